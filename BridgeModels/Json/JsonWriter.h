@@ -1,0 +1,60 @@
+// Writes values as JSON text. `encodeJson` is the whole interface for callers; JsonWriter is the part that
+// knows commas, escapes and layout.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "BridgeModels/Date.h"
+#include "BridgeModels/Json/JsonFormat.h"
+
+namespace velmora {
+
+/// A value that JSON cannot carry: a number that is not finite, a date outside the years 0 to 9999.
+class JsonEncodeError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Appends JSON tokens to a text. The caller keeps the order right (a key before each member's value);
+/// strings must be valid UTF-8. Not thread-safe.
+class JsonWriter {
+ public:
+  explicit JsonWriter(JsonFormat format) : format_(format) {}
+
+  JsonFormat format() const { return format_; }
+
+  void beginObject() { begin('{'); }
+  void endObject() { end('}'); }
+  void beginArray() { begin('['); }
+  void endArray() { end(']'); }
+  void key(std::string_view name);
+
+  void null();
+  void boolean(bool value);
+  void integer(std::int64_t value);
+  void number(double value);  ///< The shortest text that reads back the same.
+  void string(std::string_view value);
+  void date(Date value);
+
+  /// The finished text; the writer is empty afterwards.
+  std::string take() { return std::move(text_); }
+
+ private:
+  void begin(char bracket);
+  void end(char bracket);
+  void beginValue();
+  void separate();
+  void quote(std::string_view value);
+  void finiteNumber(double value, bool fixed);
+
+  JsonFormat format_;
+  std::string text_;
+  std::size_t depth_ = 0;
+  bool followsValue_ = false;
+  bool followsKey_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,40 @@
+// The person's settings for privacy, retention and policy.
+#pragma once
+
+#include <cstdint>
+
+#include "BridgeModels/BridgeEnums.h"
+#include "BridgeModels/Records.h"
+
+namespace velmora {
+
+struct PrivacyRetentionSettings {
+  bool persistentHistoryEnabled = false;
+  bool storeCommandBody = false;
+  bool storeOutputPreview = false;
+  bool maskSensitivePatterns = true;
+  bool deleteOnAppExit = true;
+  bool allowBusySessionInput = false;
+  std::int64_t retentionDays = 7;
+  std::int64_t maximumRecordCount = 1000;
+  std::int64_t outputPreviewMaxCharacters = 2000;
+  SessionPolicy sessionPolicy = SessionPolicy::safe;
+  bool menuBarEnabled = true;
+  bool launchAtLoginEnabled = false;
+
+  /// Brings every value into its range: retentionDays 1 to 365, maximumRecordCount 1 to 10000,
+  /// outputPreviewMaxCharacters 0 to 10000. Without persistent history nothing sensitive is stored either.
+  void normalize();
+
+  bool operator==(const PrivacyRetentionSettings&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(PrivacyRetentionSettings, (),
+                      (persistentHistoryEnabled, storeCommandBody, storeOutputPreview, maskSensitivePatterns,
+                       deleteOnAppExit, allowBusySessionInput, retentionDays, maximumRecordCount,
+                       outputPreviewMaxCharacters, sessionPolicy, menuBarEnabled, launchAtLoginEnabled))
+
+// A settings file written by an older build still loads.
+template <>
+inline constexpr auto defaultedMembers<PrivacyRetentionSettings> = EveryMember{};
+
+}  // namespace velmora

@@ -1,0 +1,76 @@
+// A terminal tab as the adapter reports it, and as the bridge knows it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "BridgeModels/BridgeEnums.h"
+#include "BridgeModels/Date.h"
+#include "BridgeModels/Records.h"
+#include "BridgeModels/StructuredError.h"
+#include "BridgeModels/Uuid.h"
+
+namespace velmora {
+
+/// One terminal tab as reported by the automation adapter.
+struct TerminalTabSnapshot {
+  std::string tty{};              ///< Device path, the stable key of a tab.
+  std::int64_t windowId = 0;      ///< At most 53 bits, so that it survives every JSON reader.
+  std::int64_t windowIndex = 0;   ///< Position in the terminal's window list, 1 = front-most.
+  std::int64_t tabIndex = 0;      ///< Position in the window, from 1.
+  std::string title{};
+  bool busy = false;      ///< A command is running in the tab.
+  bool selected = false;  ///< The selected tab of its window.
+
+  bool operator==(const TerminalTabSnapshot&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(TerminalTabSnapshot, (), (tty, windowId, windowIndex, tabIndex, title, busy, selected))
+
+/// A tab that the session registry knows.
+struct TerminalSession {
+  Uuid sessionId{};           ///< The id handed to clients.
+  Uuid registryGeneration{};  ///< The registry that issued the id.
+  std::string tty{};
+  std::int64_t windowId = 0;
+  std::int64_t windowIndex = 0;
+  std::int64_t tabIndex = 0;
+  std::string title{};
+  bool busy = false;
+  bool selected = false;
+  SessionValidity validity = SessionValidity::valid;
+  SessionPermission permission = SessionPermission::managed;
+  bool bridgeCreated = false;  ///< The bridge itself opened this tab.
+  Date firstSeenAt{};
+  Date lastSeenAt{};
+  std::optional<Date> lastRequestAt{};  ///< Last tool call that named the session.
+
+  TerminalSession() = default;
+  TerminalSession(const Uuid& id, const Uuid& generation, const TerminalTabSnapshot& snapshot,
+                  SessionPermission sessionPermission, bool createdByBridge, Date firstSeen, Date lastSeen,
+                  std::optional<Date> lastRequest, SessionValidity sessionValidity)
+      : sessionId(id),
+        registryGeneration(generation),
+        tty(snapshot.tty),
+        windowId(snapshot.windowId),
+        windowIndex(snapshot.windowIndex),
+        tabIndex(snapshot.tabIndex),
+        title(snapshot.title),
+        busy(snapshot.busy),
+        selected(snapshot.selected),
+        validity(sessionValidity),
+        permission(sessionPermission),
+        bridgeCreated(createdByBridge),
+        firstSeenAt(firstSeen),
+        lastSeenAt(lastSeen),
+        lastRequestAt(lastRequest) {}
+
+  SessionReference reference() const { return {sessionId, title, tty}; }
+
+  bool operator==(const TerminalSession&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(TerminalSession, (),
+                      (sessionId, registryGeneration, tty, windowId, windowIndex, tabIndex, title, busy, selected,
+                       validity, permission, bridgeCreated, firstSeenAt, lastSeenAt, lastRequestAt))
+
+}  // namespace velmora

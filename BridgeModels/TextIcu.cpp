@@ -1,0 +1,1 @@
+#include "BridgeModels/Text.h"

@@ -1,0 +1,15 @@
+// UTF-8 checks that need no Unicode tables.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+/// Whether `text` is well-formed UTF-8 (no overlong forms, surrogates or code points past U+10FFFF).
+bool isValidUtf8(std::string_view text);
+
+/// `text` with each maximal ill-formed run of bytes replaced by U+FFFD, as Unicode recommends.
+std::string repairUtf8(std::string_view text);
+
+}  // namespace velmora

@@ -1,0 +1,63 @@
+# Compile options and the helper functions that every folder's CMakeLists.txt uses.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+# The system that this build is for; it picks FooLinux.cpp or FooMac.cpp. Nothing falls back to a
+# guess: a system that is neither stops here.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(VELMORA_PLATFORM Linux)
+elseif(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
+  set(VELMORA_PLATFORM Mac)
+else()
+  message(FATAL_ERROR "Velmora has no platform files for ${CMAKE_SYSTEM_NAME}")
+endif()
+
+add_library(velmora_options INTERFACE)
+target_include_directories(velmora_options INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(velmora_options INTERFACE
+  -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wundef -Wformat=2 -Wnon-virtual-dtor
+  -Wold-style-cast -Wimplicit-fallthrough -Werror)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  target_compile_options(velmora_options INTERFACE -Wthread-safety)
+endif()
+if(VELMORA_SANITIZE)
+  add_compile_options(-fsanitize=${VELMORA_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${VELMORA_SANITIZE})
+endif()
+
+# velmora_library(NAME SOURCES... [LINKS...])
+function(velmora_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC velmora_options ${ARG_LINKS})
+endfunction()
+
+# velmora_program(NAME TARGET OUTPUT SOURCES... LINKS...)
+function(velmora_program name output)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE velmora_options ${ARG_LINKS})
+  set_target_properties(${name} PROPERTIES OUTPUT_NAME ${output})
+endfunction()
+
+# velmora_test(NAME SOURCES... LINKS... [TIMEOUT seconds]): one GoogleTest program; CTest lists each
+# of its tests.
+function(velmora_test name)
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
+  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  target_compile_definitions(${name} PRIVATE
+    VELMORA_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" VELMORA_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  include(GoogleTest)
+  gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT})
+endfunction()
