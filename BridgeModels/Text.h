@@ -1,7 +1,7 @@
 // Text as people see it and days as the calendar counts them, over ICU with a fast path for plain text.
 // A character is an extended grapheme cluster (UAX #29): CR LF is one, a family emoji is one, Hangul jamo
-// combine. Every function is pure and may be called from any thread. Texts are UTF-8; ill-formed bytes
-// count as one character each. Link the target BridgeText.
+// combine. Every function is pure and may be called from any thread. Texts are UTF-8; an ill-formed
+// sequence counts like the U+FFFD that repairUtf8 puts in its place. Link the target BridgeText.
 #pragma once
 
 #include <cstdint>
