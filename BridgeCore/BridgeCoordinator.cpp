@@ -1,0 +1,212 @@
+#include "BridgeCore/BridgeCoordinator.h"
+
+#include "BridgeCore/StructuredErrorMapper.h"
+
+namespace velmora {
+
+namespace {
+
+/// What the pipeline does differently from tool to tool.
+struct ToolTraits {
+  RequestStatus successStatus;
+  bool refusedWhilePaused;  // by the pipeline itself; sending is refused further in, after the session is known
+  bool sensitive;           // its content may be kept, so the history is written at once
+};
+
+constexpr ToolTraits traitsOf(ToolName tool) {
+  switch (tool) {
+    case ToolName::createSession:
+    case ToolName::focusSession: return {RequestStatus::delivered, true, false};
+    case ToolName::sendCommand: return {RequestStatus::delivered, false, true};
+    case ToolName::sendKey: return {RequestStatus::delivered, false, false};
+    case ToolName::readOutput: return {RequestStatus::readComplete, false, true};
+    case ToolName::status:
+    case ToolName::listSessions:
+    case ToolName::getActiveSession:
+    case ToolName::captureScreen: break;
+  }
+  return {RequestStatus::readComplete, false, false};
+}
+
+constexpr bool isFailure(ErrorCode code) {
+  return code == ErrorCode::appleScriptExecutionFailed || code == ErrorCode::internalError;
+}
+
+}  // namespace
+
+/// Who asked for what.
+struct BridgeCoordinator::Call {
+  const Uuid& requestId;
+  const ClientIdentitySummary& client;
+  ToolName tool;
+  std::optional<Uuid> sessionId{};
+};
+
+/// What the record learns of a success besides its time.
+struct BridgeCoordinator::Outcome {
+  std::optional<std::string> command{};
+  std::optional<std::string> output{};
+  std::optional<std::int64_t> outputCharacterCount{};
+  std::optional<bool> outputTruncated{};
+};
+
+template <class Payload>
+struct BridgeCoordinator::Answer {
+  Payload payload;
+  std::vector<StructuredError> warnings{};
+  Outcome outcome{};
+};
+
+BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
+                                     BridgeOperationState& operationState, RequestRecorder& recorder,
+                                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore, Clock now)
+    : registry_(registry),
+      operationState_(operationState),
+      statusService_(automation, operationState, registry, now, statusDeadline),
+      sessionService_(automation, registry, SessionPolicy::safe, now),
+      permissionService_(registry),
+      commandService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
+      keyService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
+      outputService_(automation, sessionService_, permissionService_),
+      captureService_(automation, sessionService_, permissionService_, now),
+      recorder_(recorder),
+      settingsStore_(settingsStore),
+      historyStore_(historyStore),
+      now_(now) {}
+
+ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId, const ClientIdentitySummary& client) {
+  auto result = run<StatusPayload>({requestId, client, ToolName::status}, [&] {
+    return Answer<StatusPayload>{{statusService_.snapshot()}};
+  });
+  if (result.ok) statusService_.note(requestId, std::nullopt);
+  return result;
+}
+
+ToolResult<SessionsPayload> BridgeCoordinator::listSessions(const Uuid& requestId,
+                                                            const ClientIdentitySummary& client,
+                                                            const ListSessionsInput& input) {
+  return run<SessionsPayload>({requestId, client, ToolName::listSessions}, [&] {
+    return Answer<SessionsPayload>{{sessionService_.list(input)}};
+  });
+}
+
+ToolResult<SessionPayload> BridgeCoordinator::activeSession(const Uuid& requestId,
+                                                            const ClientIdentitySummary& client) {
+  return run<SessionPayload>({requestId, client, ToolName::getActiveSession},
+                             [&] { return Answer<SessionPayload>{{sessionService_.active()}}; });
+}
+
+ToolResult<SessionPayload> BridgeCoordinator::createSession(const Uuid& requestId,
+                                                            const ClientIdentitySummary& client,
+                                                            const CreateSessionInput& input) {
+  return run<SessionPayload>({requestId, client, ToolName::createSession},
+                             [&] { return Answer<SessionPayload>{{sessionService_.create(input)}}; });
+}
+
+ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId, const ClientIdentitySummary& client,
+                                                          const SendCommandInput& input) {
+  return run<CommandPayload>({requestId, client, ToolName::sendCommand, input.sessionId}, [&] {
+    return Answer<CommandPayload>{commandService_.send(input), {}, {.command = input.command}};
+  });
+}
+
+ToolResult<KeyPayload> BridgeCoordinator::sendKey(const Uuid& requestId, const ClientIdentitySummary& client,
+                                                  const SendKeyInput& input) {
+  return run<KeyPayload>({requestId, client, ToolName::sendKey, input.sessionId},
+                         [&] { return Answer<KeyPayload>{keyService_.send(input)}; });
+}
+
+ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId, const ClientIdentitySummary& client,
+                                                        const ReadOutputInput& input) {
+  return run<OutputPayload>({requestId, client, ToolName::readOutput, input.sessionId}, [&] {
+    auto [payload, warnings] = outputService_.read(input);
+    const Outcome outcome{.output = payload.text,
+                          .outputCharacterCount = payload.returnedCharacters,
+                          .outputTruncated = payload.truncated};
+    return Answer<OutputPayload>{std::move(payload), std::move(warnings), outcome};
+  });
+}
+
+ToolResult<CapturePayload> BridgeCoordinator::captureScreen(const Uuid& requestId,
+                                                            const ClientIdentitySummary& client,
+                                                            const SessionTargetInput& input) {
+  return run<CapturePayload>({requestId, client, ToolName::captureScreen, input.sessionId},
+                             [&] { return Answer<CapturePayload>{captureService_.capture(input)}; });
+}
+
+ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId, const ClientIdentitySummary& client,
+                                                         const SessionTargetInput& input) {
+  return run<FocusPayload>({requestId, client, ToolName::focusSession, input.sessionId}, [&] {
+    const auto session = sessionService_.focus(input.sessionId, permissionService_);
+    return Answer<FocusPayload>{{session.sessionId, now_()}};
+  });
+}
+
+void BridgeCoordinator::setPaused(bool paused) {
+  operationState_.set(paused ? MCPState::paused : MCPState::active);
+}
+
+void BridgeCoordinator::setSessionPolicy(SessionPolicy policy) { sessionService_.setPolicy(policy); }
+
+TerminalSession BridgeCoordinator::setPermission(SessionPermission permission, const Uuid& sessionId) {
+  return registry_.setPermission(permission, sessionId);
+}
+
+TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission permission, const Uuid& sessionId) {
+  return setPermission(permission, sessionId);
+}
+
+void BridgeCoordinator::clearHistory() {
+  recorder_.replace({});
+  historyStore_.deleteFile();
+}
+
+template <class Payload, class Work>
+ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {
+  const auto session = open(call);
+  try {
+    if (traitsOf(call.tool).refusedWhilePaused) {
+      operationState_.requireMutationAllowed(wireName(call.tool), session);
+    }
+    Answer<Payload> answer = work();
+    close(call, answer.outcome);
+    return {.requestId = call.requestId,
+            .ok = true,
+            .data = std::move(answer.payload),
+            .warnings = std::move(answer.warnings)};
+  } catch (...) {  // nothing that reaches a client is an exception
+    return {.requestId = call.requestId, .ok = false, .error = fail(call, std::current_exception(), session)};
+  }
+}
+
+// Opens the record, and notes the call with the session that it names.
+std::optional<SessionReference> BridgeCoordinator::open(const Call& call) {
+  std::optional<SessionReference> session;
+  if (call.sessionId) session = SessionReference{.sessionId = *call.sessionId};
+  const auto record = recorder_.begin(call.requestId, call.client, call.tool, session);
+  if (call.sessionId) registry_.markRequest(*call.sessionId, record.receivedAt);
+  return session;
+}
+
+void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
+  const auto traits = traitsOf(call.tool);
+  std::optional<PrivacyRetentionSettings> settings;
+  if (traits.sensitive) {
+    settings = settingsStore_.current();
+    recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, *settings);
+  }
+  recorder_.complete(call.requestId, traits.successStatus, outcome.outputCharacterCount, outcome.outputTruncated,
+                     std::nullopt);
+  if (settings) recorder_.persist(historyStore_, *settings);
+}
+
+StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_ptr& error,
+                                        const std::optional<SessionReference>& session) {
+  auto mapped = StructuredErrorMapper::map(error, wireName(call.tool), session);
+  const auto status = isFailure(mapped.code) ? RequestStatus::failed : RequestStatus::rejected;
+  recorder_.complete(call.requestId, status, std::nullopt, std::nullopt, mapped);
+  statusService_.note(call.requestId, mapped);
+  return mapped;
+}
+
+}  // namespace velmora

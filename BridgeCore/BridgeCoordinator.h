@@ -1,0 +1,107 @@
+// The single entry point of the bridge core: one operation a tool call. It opens a request record, runs the
+// owning service, closes the record with its outcome, and writes the history after the two operations whose
+// content is sensitive. It decides the order of the steps; the services do the work.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <vector>
+
+#include "BridgeCore/BridgeOperationState.h"
+#include "BridgeCore/BridgeStatusService.h"
+#include "BridgeCore/CaptureService.h"
+#include "BridgeCore/CommandService.h"
+#include "BridgeCore/HistoryStore/HistoryStore.h"
+#include "BridgeCore/HistoryStore/PrivacySettingsStore.h"
+#include "BridgeCore/HistoryStore/RequestRecorder.h"
+#include "BridgeCore/KeyService.h"
+#include "BridgeCore/OutputService.h"
+#include "BridgeCore/SessionPermissionService.h"
+#include "BridgeCore/SessionRegistry.h"
+#include "BridgeCore/TerminalSessionService.h"
+#include "BridgeModels/ToolName.h"
+#include "BridgeModels/ToolPayloads.h"
+#include "TerminalAutomation/TerminalAutomating.h"
+
+namespace velmora {
+
+/// How long a status request waits for the terminal.
+inline constexpr std::chrono::seconds statusDeadline{5};
+
+/// Thread-safe, and holds no lock of its own: calls of different requests meet only in the monitors it is built
+/// over. What it is given must outlive it. No tool operation throws; a failure travels inside the result.
+class BridgeCoordinator {
+ public:
+  BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry, BridgeOperationState& operationState,
+                    RequestRecorder& recorder, PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
+                    Clock now);
+
+  // The nine tools. `requestId` is the caller's; `client` is who calls.
+  ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);
+  ToolResult<SessionsPayload> listSessions(const Uuid& requestId, const ClientIdentitySummary& client,
+                                           const ListSessionsInput& input);
+  ToolResult<SessionPayload> activeSession(const Uuid& requestId, const ClientIdentitySummary& client);
+  ToolResult<SessionPayload> createSession(const Uuid& requestId, const ClientIdentitySummary& client,
+                                           const CreateSessionInput& input);
+  ToolResult<CommandPayload> sendCommand(const Uuid& requestId, const ClientIdentitySummary& client,
+                                         const SendCommandInput& input);
+  ToolResult<KeyPayload> sendKey(const Uuid& requestId, const ClientIdentitySummary& client,
+                                 const SendKeyInput& input);
+  ToolResult<OutputPayload> readOutput(const Uuid& requestId, const ClientIdentitySummary& client,
+                                       const ReadOutputInput& input);
+  ToolResult<CapturePayload> captureScreen(const Uuid& requestId, const ClientIdentitySummary& client,
+                                           const SessionTargetInput& input);
+  ToolResult<FocusPayload> focusSession(const Uuid& requestId, const ClientIdentitySummary& client,
+                                        const SessionTargetInput& input);
+
+  // For the application. None of these leaves a record.
+  void setPaused(bool paused);
+  void setSessionPolicy(SessionPolicy policy);
+  /// Throws the registry's not found and stale errors.
+  TerminalSession setPermission(SessionPermission permission, const Uuid& sessionId);
+  TerminalSession changeSessionPermission(SessionPermission permission, const Uuid& sessionId);
+  /// Empties the recorder, then deletes the history file. Throws the storage error when the file stays.
+  void clearHistory();
+
+  SessionRegistry& registry() { return registry_; }
+  BridgeOperationState& operationState() { return operationState_; }
+  BridgeStatusService& statusService() { return statusService_; }
+  TerminalSessionService& sessionService() { return sessionService_; }
+  SessionPermissionService& permissionService() { return permissionService_; }
+  CommandService& commandService() { return commandService_; }
+  KeyService& keyService() { return keyService_; }
+  OutputService& outputService() { return outputService_; }
+  CaptureService& captureService() { return captureService_; }
+  RequestRecorder& recorder() { return recorder_; }
+  PrivacySettingsStore& settingsStore() { return settingsStore_; }
+  HistoryStore& historyStore() { return historyStore_; }
+
+ private:
+  struct Call;
+  struct Outcome;
+  template <class Payload>
+  struct Answer;
+
+  template <class Payload, class Work>
+  ToolResult<Payload> run(const Call& call, Work work);
+  std::optional<SessionReference> open(const Call& call);
+  void close(const Call& call, const Outcome& outcome);
+  StructuredError fail(const Call& call, const std::exception_ptr& error,
+                       const std::optional<SessionReference>& session);
+
+  SessionRegistry& registry_;
+  BridgeOperationState& operationState_;
+  BridgeStatusService statusService_;
+  TerminalSessionService sessionService_;
+  SessionPermissionService permissionService_;
+  CommandService commandService_;
+  KeyService keyService_;
+  OutputService outputService_;
+  CaptureService captureService_;
+  RequestRecorder& recorder_;
+  PrivacySettingsStore& settingsStore_;
+  HistoryStore& historyStore_;
+  const Clock now_;
+};
+
+}  // namespace velmora

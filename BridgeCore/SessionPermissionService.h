@@ -1,0 +1,28 @@
+// May this session be read, may input be sent to it? Also carries the person's permission changes into the
+// registry. It never checks validity: whoever asks has just validated the session.
+#pragma once
+
+#include "BridgeCore/SessionRegistry.h"
+#include "BridgeModels/TerminalSession.h"
+
+namespace velmora {
+
+/// Thread-safe; the predicates are pure.
+class SessionPermissionService {
+ public:
+  explicit SessionPermissionService(SessionRegistry& registry) : registry_(registry) {}
+
+  /// Read output, capture the screen: all but blocked sessions.
+  static bool canRead(const TerminalSession& session);
+  /// Send commands and keys: managed and allowed sessions only.
+  static bool canSend(const TerminalSession& session);
+  static bool canFocus(const TerminalSession& session) { return canRead(session); }
+
+  /// Returns the session as stored afterwards. Throws the registry's not found and stale errors.
+  TerminalSession set(SessionPermission permission, const Uuid& sessionId);
+
+ private:
+  SessionRegistry& registry_;
+};
+
+}  // namespace velmora

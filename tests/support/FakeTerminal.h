@@ -1,0 +1,137 @@
+// A terminal made of a list of tabs. It answers at once, remembers what it was asked, and fails or hangs on
+// demand.
+#pragma once
+
+#include <algorithm>
+#include <future>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BridgeModels/Mutex.h"
+#include "TerminalAutomation/TerminalAutomating.h"
+
+namespace velmora::testing {
+
+inline TerminalTabSnapshot tab(const std::string& tty, std::int64_t windowId = 1, std::int64_t windowIndex = 1,
+                               std::int64_t tabIndex = 1) {
+  return {.tty = tty,
+          .windowId = windowId,
+          .windowIndex = windowIndex,
+          .tabIndex = tabIndex,
+          .title = "title of " + tty,
+          .busy = false,
+          .selected = tabIndex == 1};
+}
+
+/// Thread-safe. Set it up before it is shared; `failures` maps an operation's name to what it throws.
+class FakeTerminal final : public TerminalAutomating {
+ public:
+  using TerminalAutomating::send;
+
+  std::vector<TerminalTabSnapshot> tabs;
+  TerminalTabSnapshot created = tab("/dev/ttys900", 900);
+  TerminalRuntimeStatus runtimeStatus{.running = true, .windowCount = 1, .permission = AutomationPermission::granted};
+  TerminalOutput output{.text = "output", .source = OutputSource::visible, .originalCharacterCount = 6};
+  std::map<std::string, std::exception_ptr> failures;
+  bool statusHangs = false;
+
+  ~FakeTerminal() override { release(); }
+
+  template <class Error>
+  void failWith(const std::string& operation, Error error) {
+    failures[operation] = std::make_exception_ptr(std::move(error));
+  }
+
+  std::vector<std::string> calls() const {
+    const MutexLock lock(mutex_);
+    return calls_;
+  }
+  std::size_t callCount(const std::string& operation) const {
+    const auto all = calls();
+    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [&](const auto& call) {
+      return call == operation || call.starts_with(operation + "(");
+    }));
+  }
+
+  /// Lets hanging status queries answer.
+  void release() {
+    std::vector<std::promise<TerminalRuntimeStatus>> waiting;
+    {
+      const MutexLock lock(mutex_);
+      waiting.swap(hanging_);
+    }
+    for (auto& promise : waiting) promise.set_value(runtimeStatus);
+  }
+
+  std::string displayName() const override { return "Fake"; }
+
+  std::future<TerminalRuntimeStatus> status() override {
+    if (statusHangs) {
+      const MutexLock lock(mutex_);
+      calls_.push_back("status");
+      return hanging_.emplace_back().get_future();
+    }
+    return answer("status", "status", runtimeStatus);
+  }
+  std::future<std::vector<TerminalTabSnapshot>> listSessions() override {
+    return answer("listSessions", "listSessions", tabs);
+  }
+  std::future<TerminalTabSnapshot> createWindow() override { return answer("createWindow", "createWindow", created); }
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy) override {
+    return done("send", "send(" + command + ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
+  }
+  std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
+                         bool allowBusy) override {
+    return done("sendKey", "sendKey(" + std::string(wireName(key)) + " x" + std::to_string(repeatCount) + ", " + tty +
+                               ", " + std::to_string(windowId) + busyText(allowBusy));
+  }
+  std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
+                                         std::int64_t windowId) override {
+    auto result = output;
+    result.source = source;
+    return answer("readOutput",
+                  "readOutput(" + std::string(wireName(source)) + ", " + std::to_string(maxCharacters) + ", " + tty +
+                      ", " + std::to_string(windowId) + ")",
+                  result);
+  }
+  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override {
+    return answer("captureScreen", "captureScreen(" + tty + ", " + std::to_string(windowId) + ")",
+                  TerminalScreenCapture{"/tmp/picture.png"});
+  }
+  std::future<void> focus(std::string tty, std::int64_t windowId) override {
+    return done("focus", "focus(" + tty + ", " + std::to_string(windowId) + ")");
+  }
+
+ private:
+  static std::string busyText(bool allowBusy) { return allowBusy ? ", allowBusy)" : ")"; }
+
+  std::exception_ptr note(const std::string& operation, const std::string& call) {
+    const MutexLock lock(mutex_);
+    calls_.push_back(call);
+    const auto failure = failures.find(operation);
+    return failure == failures.end() ? nullptr : failure->second;
+  }
+
+  template <class Result>
+  std::future<Result> answer(const std::string& operation, const std::string& call, Result result) {
+    if (const auto failure = note(operation, call)) return failedFuture<Result>(failure);
+    std::promise<Result> promise;
+    promise.set_value(std::move(result));
+    return promise.get_future();
+  }
+
+  std::future<void> done(const std::string& operation, const std::string& call) {
+    if (const auto failure = note(operation, call)) return failedFuture<void>(failure);
+    std::promise<void> promise;
+    promise.set_value();
+    return promise.get_future();
+  }
+
+  mutable Mutex mutex_;
+  std::vector<std::string> calls_ VELMORA_GUARDED_BY(mutex_);
+  std::vector<std::promise<TerminalRuntimeStatus>> hanging_ VELMORA_GUARDED_BY(mutex_);
+};
+
+}  // namespace velmora::testing
