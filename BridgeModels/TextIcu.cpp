@@ -197,7 +197,7 @@ icu::UnicodeString folded(std::string_view text, bool dottedI) {
   return unicode;
 }
 
-constexpr Date distantPast{-63114076800.0};  // 0001-01-01T00:00:00Z
+constexpr Date distantPast{-63113904000.0};  // 0001-01-01T00:00:00Z
 
 }  // namespace
 
