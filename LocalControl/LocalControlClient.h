@@ -1,0 +1,29 @@
+// The helper's end of the channel.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "BridgeModels/Mutex.h"
+#include "LocalControl/LocalControlMessages.h"
+#include "LocalControl/UnixSocketConnection.h"
+
+namespace velmora {
+
+/// Connects with the first `send` and keeps that connection for its whole life, after a failure too: once
+/// the stream has broken, a new client is needed. A monitor: one `send` runs at a time, on any thread.
+class LocalControlClient {
+ public:
+  explicit LocalControlClient(std::filesystem::path socketURL) : socketURL_(std::move(socketURL)) {}
+
+  /// Blocks for the answer. Throws UnixSocketError, LocalControlCodecError, JsonEncodeError,
+  /// JsonDecodeError.
+  LocalControlResponse send(const LocalControlRequest& request);
+
+ private:
+  const std::filesystem::path socketURL_;
+  Mutex mutex_;
+  std::optional<UnixSocketConnection> connection_ VELMORA_GUARDED_BY(mutex_);
+};
+
+}  // namespace velmora

@@ -1,0 +1,98 @@
+#include "LocalControl/LocalControlServer.h"
+
+#include <cerrno>
+#include <exception>
+#include <optional>
+#include <system_error>
+
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/SocketPlatform.h"
+
+namespace velmora {
+
+LocalControlServer::LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL)
+    : handler_(std::move(handler)), server_(std::move(socketURL)), stopPipe_(SocketPlatform::openPipe()) {
+  if (!stopPipe_.first) throw UnixSocketError::system("pipe", errno);
+}
+
+LocalControlServer::~LocalControlServer() {
+  stop();
+  std::thread last;
+  {
+    MutexLock lock(mutex_);
+    for (auto& served : served_) served.connection.interrupt();
+    while (!served_.empty()) allFinished_.wait(lock);
+    last = std::move(lastFinished_);
+  }
+  if (last.joinable()) last.join();
+}
+
+void LocalControlServer::start() {
+  if (acceptThread_.joinable() || !stopPipe_.second) return;
+  accepting_ = true;
+  try {
+    acceptThread_ = std::thread([this] { acceptConnections(); });
+  } catch (const std::system_error&) {
+    accepting_ = false;
+    throw;
+  }
+}
+
+void LocalControlServer::stop() noexcept {
+  stopPipe_.second.close();
+  if (acceptThread_.joinable()) acceptThread_.join();
+}
+
+void LocalControlServer::acceptConnections() {
+  try {
+    while (auto connection = server_.acceptConnectionUntil(stopPipe_.first.get())) {
+      beginServing(std::move(*connection));
+    }
+  } catch (const UnixSocketError&) {
+    // Accepting ends here on purpose, see the class's comment.
+  }
+  accepting_ = false;
+}
+
+void LocalControlServer::beginServing(UnixSocketConnection connection) {
+  const MutexLock lock(mutex_);
+  std::optional<ServedList::iterator> position;
+  try {
+    position = served_.emplace(served_.end(), std::move(connection));
+    // The thread looks at its own entry's `thread` only in finishServing, under the lock held here.
+    (*position)->thread = std::thread([this, served = *position] {
+      answerRequests(served->connection);
+      finishServing(served);
+    });
+  } catch (const std::exception&) {
+    // No thread or no memory for one: this client is turned away, the others stay.
+    if (position) served_.erase(*position);
+  }
+}
+
+void LocalControlServer::answerRequests(UnixSocketConnection& connection) {
+  try {
+    while (true) {
+      const auto request = LocalControlCodec::decode<LocalControlRequest>(connection.readFrame());
+      connection.writeFrame(LocalControlCodec::frame(handler_(request)));
+    }
+  } catch (const std::exception&) {
+    // The peer has left, or sent what is no request: the connection ends without an answer.
+  }
+}
+
+// Each thread joins the one that finished before it, so that at most one finished thread is ever left over
+// and destruction, which joins the last, has joined them all.
+void LocalControlServer::finishServing(ServedList::iterator position) {
+  ServedList finished;
+  std::thread previous;
+  {
+    const MutexLock lock(mutex_);
+    finished.splice(finished.end(), served_, position);
+    previous = std::exchange(lastFinished_, std::move(finished.front().thread));
+  }
+  allFinished_.notify_one();
+  if (previous.joinable()) previous.join();
+}
+
+}  // namespace velmora

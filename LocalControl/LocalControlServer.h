@@ -1,0 +1,77 @@
+// The application's end of the channel: accepts helpers and answers their requests.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <list>
+#include <thread>
+#include <utility>
+
+#include "BridgeModels/Mutex.h"
+#include "LocalControl/FileDescriptor.h"
+#include "LocalControl/LocalControlMessages.h"
+#include "LocalControl/UnixSocketServer.h"
+
+namespace velmora {
+
+/// Answers one request. Called from many threads at once; must not throw (a throw ends the connection).
+using LocalControlHandler = std::function<LocalControlResponse(const LocalControlRequest&)>;
+
+/// One thread accepts; one thread a connection reads a request, has it answered, writes the response, and so
+/// on until the peer leaves. Whatever is wrong with a frame, a request or the stream ends that connection
+/// without an answer and touches no other.
+///
+/// The socket listens from construction on; connections wait there until `start`. A failing accept or a peer
+/// of another user ends accepting for good (better no service than a doubtful one); connections that are
+/// being served go on. Destruction wakes every thread and joins it; it waits for requests that the handler
+/// is working on, so the handler must come to an end.
+///
+/// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
+class LocalControlServer {
+ public:
+  /// Throws what UnixSocketServer's constructor throws, and system("pipe").
+  LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL);
+  ~LocalControlServer();
+  LocalControlServer(const LocalControlServer&) = delete;
+  LocalControlServer& operator=(const LocalControlServer&) = delete;
+
+  /// Begins to accept; only the first call counts. Throws std::system_error when the system has no thread to
+  /// give; the server can be started later then.
+  void start();
+
+  /// Accepts no more, for good; connections that are being served go on.
+  void stop() noexcept;
+
+  /// False before `start`, after `stop`, and when accepting has ended by itself. Any thread.
+  bool isAccepting() const noexcept { return accepting_; }
+
+  const std::filesystem::path& socketURL() const noexcept { return server_.socketURL(); }
+
+ private:
+  struct Served {
+    explicit Served(UnixSocketConnection accepted) : connection(std::move(accepted)) {}
+    UnixSocketConnection connection;
+    std::thread thread{};
+  };
+  using ServedList = std::list<Served>;
+
+  void acceptConnections();
+  void beginServing(UnixSocketConnection connection);
+  void answerRequests(UnixSocketConnection& connection);
+  void finishServing(ServedList::iterator position);
+
+  const LocalControlHandler handler_;
+  UnixSocketServer server_;
+  std::pair<FileDescriptor, FileDescriptor> stopPipe_;  // closing the second end stops the accept thread
+  std::thread acceptThread_;
+  std::atomic<bool> accepting_ = false;
+
+  Mutex mutex_;
+  std::condition_variable_any allFinished_;
+  ServedList served_ VELMORA_GUARDED_BY(mutex_);
+  std::thread lastFinished_ VELMORA_GUARDED_BY(mutex_);  // joined by the next to finish, or by destruction
+};
+
+}  // namespace velmora

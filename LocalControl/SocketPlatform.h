@@ -1,0 +1,44 @@
+// The few socket calls that differ between the systems. Each reports failure as the system does: an empty
+// value or -1, with the reason in errno. Stateless; any thread.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "LocalControl/FileDescriptor.h"
+
+namespace velmora {
+
+/// The variables of a process's environment.
+using Environment = std::map<std::string, std::string, std::less<>>;
+
+namespace SocketPlatform {
+
+/// A new Unix stream socket, close-on-exec.
+FileDescriptor openStreamSocket();
+
+/// The next waiting connection of a listening socket: blocking, close-on-exec.
+FileDescriptor acceptConnection(int listening);
+
+/// A pipe whose two ends, to read and to write, are close-on-exec.
+std::pair<FileDescriptor, FileDescriptor> openPipe();
+
+/// As `write`, except that a peer that has gone gives EPIPE and never a signal.
+ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count);
+
+/// The effective user of the process at the other end.
+std::optional<uid_t> peerUser(int descriptor);
+
+/// The directory that the system keeps for this user's temporary files, when it has one.
+std::optional<std::filesystem::path> userTemporaryDirectory(const Environment& environment);
+
+}  // namespace SocketPlatform
+
+}  // namespace velmora

@@ -1,0 +1,63 @@
+#include "LocalControl/UnixSocketConnection.h"
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/SocketPlatform.h"
+
+namespace velmora {
+
+const char* UnixSocketError::what() const noexcept {
+  switch (kind_) {
+    case Kind::system:
+      return operation_;
+    case Kind::unsafeEndpoint:
+      return "unsafeEndpoint";
+    case Kind::peerRejected:
+      return "peerRejected";
+    case Kind::disconnected:
+      return "disconnected";
+  }
+  return "";
+}
+
+void UnixSocketConnection::verifyPeer(uid_t expectedUID) const {
+  const auto user = SocketPlatform::peerUser(descriptor());
+  if (user && *user == expectedUID) return;
+  throw UnixSocketError::peerRejected();
+}
+
+std::string UnixSocketConnection::readFrame() {
+  std::array<char, LocalControlCodec::headerSize> header{};
+  readExactly(header.data(), header.size());
+  std::string frame(header.size() + LocalControlCodec::payloadSize(header), '\0');
+  std::copy(header.begin(), header.end(), frame.begin());
+  readExactly(frame.data() + header.size(), frame.size() - header.size());
+  return frame;
+}
+
+void UnixSocketConnection::writeFrame(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto written = SocketPlatform::writeToSocket(descriptor(), bytes.data(), bytes.size());
+    if (written <= 0) throw UnixSocketError::system("write", errno);
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+void UnixSocketConnection::interrupt() noexcept { ::shutdown(descriptor(), SHUT_RDWR); }
+
+void UnixSocketConnection::readExactly(char* destination, std::size_t count) {
+  while (count > 0) {
+    const auto received = ::read(descriptor(), destination, count);
+    if (received <= 0) throw UnixSocketError::disconnected();
+    destination += received;
+    count -= static_cast<std::size_t>(received);
+  }
+}
+
+}  // namespace velmora

@@ -1,0 +1,41 @@
+// One connected stream that carries frames.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <string_view>
+
+#include "LocalControl/FileDescriptor.h"
+#include "LocalControl/UnixSocketError.h"
+
+namespace velmora {
+
+/// Owns its descriptor and closes it when it is destroyed. Used by one thread at a time, apart from
+/// `interrupt`. Reads and writes block until they are done or fail; nothing is tried twice.
+class UnixSocketConnection {
+ public:
+  explicit UnixSocketConnection(FileDescriptor descriptor) noexcept : descriptor_(std::move(descriptor)) {}
+
+  int descriptor() const noexcept { return descriptor_.get(); }
+
+  /// Throws peerRejected unless the process at the other end runs as `expectedUID`.
+  void verifyPeer(uid_t expectedUID) const;
+
+  /// The next whole frame, header and payload. Throws disconnected, and LocalControlCodecError (emptyFrame,
+  /// frameTooLarge) for a length that is out of range; nothing of that payload has been read then.
+  std::string readFrame();
+
+  /// Writes all of `bytes`. Throws system("write").
+  void writeFrame(std::string_view bytes);
+
+  /// Ends the stream both ways, which also wakes a thread that is blocked in it. Any thread.
+  void interrupt() noexcept;
+
+ private:
+  void readExactly(char* destination, std::size_t count);
+
+  FileDescriptor descriptor_;
+};
+
+}  // namespace velmora

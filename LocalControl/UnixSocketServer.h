@@ -1,0 +1,51 @@
+// Owns the listening socket and its file.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <optional>
+
+#include "LocalControl/FileDescriptor.h"
+#include "LocalControl/UnixSocketConnection.h"
+
+namespace velmora {
+
+/// Listens from construction to destruction; the socket file exists for the same span. Destruction removes
+/// the file only while it is still the one that this server made. `acceptConnection` and
+/// `acceptConnectionUntil` are called from one thread at a time; there are no locks.
+class UnixSocketServer {
+ public:
+  /// Prepares the directory, removes a stale socket, binds, sets mode 0600, listens. Throws UnixSocketError
+  /// (and what UnixSocketEndpoint::prepareDirectory throws).
+  explicit UnixSocketServer(std::filesystem::path socketURL);
+  ~UnixSocketServer();
+  UnixSocketServer(const UnixSocketServer&) = delete;
+  UnixSocketServer& operator=(const UnixSocketServer&) = delete;
+
+  const std::filesystem::path& socketURL() const noexcept { return socketURL_; }
+  int descriptor() const noexcept { return descriptor_.get(); }
+
+  /// Blocks for the next connection, of a peer that runs as the effective user. Throws system("accept"), or
+  /// peerRejected after it has closed the connection.
+  UnixSocketConnection acceptConnection();
+
+  /// The same, or nothing as soon as `stopDescriptor` becomes readable or reaches its end.
+  std::optional<UnixSocketConnection> acceptConnectionUntil(int stopDescriptor);
+
+ private:
+  struct FileIdentity {
+    dev_t device;
+    ino_t inode;
+    bool operator==(const FileIdentity&) const = default;
+  };
+
+  // The socket of the effective user that stands at the path now.
+  std::optional<FileIdentity> ownSocketFile() const;
+
+  std::filesystem::path socketURL_;
+  FileDescriptor descriptor_;
+  std::optional<FileIdentity> boundFile_;
+};
+
+}  // namespace velmora
