@@ -9,21 +9,27 @@ namespace {
 /// What the pipeline does differently from tool to tool.
 struct ToolTraits {
   RequestStatus successStatus;
-  bool refusedWhilePaused;  // by the pipeline itself; sending is refused further in, after the session is known
+  bool refusedWhilePaused;  // by the pipeline itself; sending is refused further in, after the session is
+                            // known
   bool sensitive;           // its content may be kept, so the history is written at once
 };
 
 constexpr ToolTraits traitsOf(ToolName tool) {
   switch (tool) {
     case ToolName::createSession:
-    case ToolName::focusSession: return {RequestStatus::delivered, true, false};
-    case ToolName::sendCommand: return {RequestStatus::delivered, false, true};
-    case ToolName::sendKey: return {RequestStatus::delivered, false, false};
-    case ToolName::readOutput: return {RequestStatus::readComplete, false, true};
+    case ToolName::focusSession:
+      return {RequestStatus::delivered, true, false};
+    case ToolName::sendCommand:
+      return {RequestStatus::delivered, false, true};
+    case ToolName::sendKey:
+      return {RequestStatus::delivered, false, false};
+    case ToolName::readOutput:
+      return {RequestStatus::readComplete, false, true};
     case ToolName::status:
     case ToolName::listSessions:
     case ToolName::getActiveSession:
-    case ToolName::captureScreen: break;
+    case ToolName::captureScreen:
+      break;
   }
   return {RequestStatus::readComplete, false, false};
 }
@@ -59,7 +65,8 @@ struct BridgeCoordinator::Answer {
 
 BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                                      BridgeOperationState& operationState, RequestRecorder& recorder,
-                                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore, Clock now)
+                                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
+                                     Clock now)
     : registry_(registry),
       operationState_(operationState),
       statusService_(automation, operationState, registry, now, statusDeadline),
@@ -74,10 +81,10 @@ BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegi
       historyStore_(historyStore),
       now_(now) {}
 
-ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId, const ClientIdentitySummary& client) {
-  auto result = run<StatusPayload>({requestId, client, ToolName::status}, [&] {
-    return Answer<StatusPayload>{{statusService_.snapshot()}};
-  });
+ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId,
+                                                    const ClientIdentitySummary& client) {
+  auto result = run<StatusPayload>({requestId, client, ToolName::status},
+                                   [&] { return Answer<StatusPayload>{{statusService_.snapshot()}}; });
   if (result.ok) statusService_.note(requestId, std::nullopt);
   return result;
 }
@@ -85,9 +92,8 @@ ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId, const
 ToolResult<SessionsPayload> BridgeCoordinator::listSessions(const Uuid& requestId,
                                                             const ClientIdentitySummary& client,
                                                             const ListSessionsInput& input) {
-  return run<SessionsPayload>({requestId, client, ToolName::listSessions}, [&] {
-    return Answer<SessionsPayload>{{sessionService_.list(input)}};
-  });
+  return run<SessionsPayload>({requestId, client, ToolName::listSessions},
+                              [&] { return Answer<SessionsPayload>{{sessionService_.list(input)}}; });
 }
 
 ToolResult<SessionPayload> BridgeCoordinator::activeSession(const Uuid& requestId,
@@ -103,7 +109,8 @@ ToolResult<SessionPayload> BridgeCoordinator::createSession(const Uuid& requestI
                              [&] { return Answer<SessionPayload>{{sessionService_.create(input)}}; });
 }
 
-ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId, const ClientIdentitySummary& client,
+ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId,
+                                                          const ClientIdentitySummary& client,
                                                           const SendCommandInput& input) {
   return run<CommandPayload>({requestId, client, ToolName::sendCommand, input.sessionId}, [&] {
     return Answer<CommandPayload>{commandService_.send(input), {}, {.command = input.command}};
@@ -116,7 +123,8 @@ ToolResult<KeyPayload> BridgeCoordinator::sendKey(const Uuid& requestId, const C
                          [&] { return Answer<KeyPayload>{keyService_.send(input)}; });
 }
 
-ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId, const ClientIdentitySummary& client,
+ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId,
+                                                        const ClientIdentitySummary& client,
                                                         const ReadOutputInput& input) {
   return run<OutputPayload>({requestId, client, ToolName::readOutput, input.sessionId}, [&] {
     auto [payload, warnings] = outputService_.read(input);
@@ -134,7 +142,8 @@ ToolResult<CapturePayload> BridgeCoordinator::captureScreen(const Uuid& requestI
                              [&] { return Answer<CapturePayload>{captureService_.capture(input)}; });
 }
 
-ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId, const ClientIdentitySummary& client,
+ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId,
+                                                         const ClientIdentitySummary& client,
                                                          const SessionTargetInput& input) {
   return run<FocusPayload>({requestId, client, ToolName::focusSession, input.sessionId}, [&] {
     const auto session = sessionService_.focus(input.sessionId, permissionService_);
@@ -152,7 +161,8 @@ TerminalSession BridgeCoordinator::setPermission(SessionPermission permission, c
   return registry_.setPermission(permission, sessionId);
 }
 
-TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission permission, const Uuid& sessionId) {
+TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission permission,
+                                                           const Uuid& sessionId) {
   return setPermission(permission, sessionId);
 }
 
@@ -195,8 +205,8 @@ void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
     settings = settingsStore_.current();
     recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, *settings);
   }
-  recorder_.complete(call.requestId, traits.successStatus, outcome.outputCharacterCount, outcome.outputTruncated,
-                     std::nullopt);
+  recorder_.complete(call.requestId, traits.successStatus, outcome.outputCharacterCount,
+                     outcome.outputTruncated, std::nullopt);
   if (settings) recorder_.persist(historyStore_, *settings);
 }
 

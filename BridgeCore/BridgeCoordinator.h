@@ -28,13 +28,14 @@ namespace velmora {
 /// How long a status request waits for the terminal.
 inline constexpr std::chrono::seconds statusDeadline{5};
 
-/// Thread-safe, and holds no lock of its own: calls of different requests meet only in the monitors it is built
-/// over. What it is given must outlive it. No tool operation throws; a failure travels inside the result.
+/// Thread-safe, and holds no lock of its own: calls of different requests meet only in the monitors it is
+/// built over. What it is given must outlive it. No tool operation throws; a failure travels inside the
+/// result.
 class BridgeCoordinator {
  public:
-  BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry, BridgeOperationState& operationState,
-                    RequestRecorder& recorder, PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
-                    Clock now);
+  BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
+                    BridgeOperationState& operationState, RequestRecorder& recorder,
+                    PrivacySettingsStore& settingsStore, HistoryStore& historyStore, Clock now);
 
   // The nine tools. `requestId` is the caller's; `client` is who calls.
   ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);

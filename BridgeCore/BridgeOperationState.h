@@ -19,7 +19,8 @@ class BridgeOperationState {
   void set(MCPState value);
 
   /// Throws the mcpPaused error while paused.
-  void requireMutationAllowed(std::string_view operation, const std::optional<SessionReference>& session) const;
+  void requireMutationAllowed(std::string_view operation,
+                              const std::optional<SessionReference>& session) const;
 
  private:
   mutable Mutex mutex_;

@@ -17,8 +17,13 @@ bool isControllable(const TerminalSession& session) {
 }  // namespace
 
 BridgeStatusService::BridgeStatusService(TerminalAutomating& automation, const BridgeOperationState& state,
-                                         SessionRegistry& registry, Clock now, std::chrono::nanoseconds deadline)
-    : automation_(automation), state_(state), registry_(registry), now_(std::move(now)), deadline_(deadline) {}
+                                         SessionRegistry& registry, Clock now,
+                                         std::chrono::nanoseconds deadline)
+    : automation_(automation),
+      state_(state),
+      registry_(registry),
+      now_(std::move(now)),
+      deadline_(deadline) {}
 
 void BridgeStatusService::updateClients(std::vector<ClientIdentity> clients) {
   const MutexLock lock(mutex_);
@@ -50,7 +55,8 @@ BridgeStatus BridgeStatusService::snapshot() {
     status.updatedAt = now_();
     return status;
   } catch (...) {
-    auto error = StructuredErrorMapper::map(std::current_exception(), wireName(ToolName::status), std::nullopt);
+    auto error =
+        StructuredErrorMapper::map(std::current_exception(), wireName(ToolName::status), std::nullopt);
     auto status = remembered();
     status.terminalState = TerminalState::unavailable;
     status.automationPermission = error.code == ErrorCode::automationPermissionDenied
@@ -66,7 +72,8 @@ std::shared_future<TerminalRuntimeStatus> BridgeStatusService::startOrJoinQuery(
   // The adapter's operations only queue their work, so the lock is short; holding it is what keeps two
   // snapshots from starting two queries.
   const MutexLock lock(mutex_);
-  const bool underWay = query_.valid() && query_.wait_for(std::chrono::seconds(0)) != std::future_status::ready;
+  const bool underWay =
+      query_.valid() && query_.wait_for(std::chrono::seconds(0)) != std::future_status::ready;
   if (!underWay) query_ = automation_.status().share();
   return query_;
 }

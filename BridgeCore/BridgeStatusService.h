@@ -18,8 +18,8 @@ namespace velmora {
 /// snapshot that comes while a query is under way waits on that one.
 class BridgeStatusService {
  public:
-  BridgeStatusService(TerminalAutomating& automation, const BridgeOperationState& state, SessionRegistry& registry,
-                      Clock now, std::chrono::nanoseconds deadline);
+  BridgeStatusService(TerminalAutomating& automation, const BridgeOperationState& state,
+                      SessionRegistry& registry, Clock now, std::chrono::nanoseconds deadline);
 
   /// Replaces the whole list of connected clients.
   void updateClients(std::vector<ClientIdentity> clients);

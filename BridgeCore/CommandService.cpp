@@ -6,8 +6,8 @@ namespace velmora {
 
 CommandService::CommandService(TerminalAutomating& automation, TerminalSessionService& sessions,
                                const SessionPermissionService& permissions,
-                               const BridgeOperationState& operationState, PrivacySettingsStore& settingsStore,
-                               Clock now)
+                               const BridgeOperationState& operationState,
+                               PrivacySettingsStore& settingsStore, Clock now)
     : automation_(automation),
       guard_(sessions, permissions, operationState, settingsStore),
       now_(std::move(now)) {}

@@ -11,8 +11,8 @@ namespace velmora {
 class CommandService {
  public:
   CommandService(TerminalAutomating& automation, TerminalSessionService& sessions,
-              const SessionPermissionService& permissions, const BridgeOperationState& operationState,
-              PrivacySettingsStore& settingsStore, Clock now);
+                 const SessionPermissionService& permissions, const BridgeOperationState& operationState,
+                 PrivacySettingsStore& settingsStore, Clock now);
 
   CommandPayload send(const SendCommandInput& input);
 

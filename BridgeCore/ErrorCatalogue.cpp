@@ -90,7 +90,8 @@ StructuredError sessionNotAllowed(std::string_view operation, const SessionRefer
           .recoverySuggestion = "Allow the session in Velmora or choose a managed session."};
 }
 
-StructuredError invalidArgument(const std::string& message, std::string_view operation, const Session& session) {
+StructuredError invalidArgument(const std::string& message, std::string_view operation,
+                                const Session& session) {
   return {.code = ErrorCode::invalidArgument,
           .message = message,
           .operation = std::string(operation),
@@ -100,7 +101,8 @@ StructuredError invalidArgument(const std::string& message, std::string_view ope
 }
 
 StructuredError undecodableArguments(std::string_view operation, const Session& session) {
-  return invalidArgument("Tool arguments could not be decoded using the advertised schema.", operation, session);
+  return invalidArgument("Tool arguments could not be decoded using the advertised schema.", operation,
+                         session);
 }
 
 StructuredError automationFailed(std::string_view operation, const Session& session) {
@@ -137,7 +139,8 @@ StructuredError screenCaptureUnavailable(const SessionReference& session) {
           .session = session,
           .retryable = true,
           .recoverySuggestion =
-              "Allow Screen Recording for Velmora in System Settings, keep the Terminal window visible, then retry."};
+              "Allow Screen Recording for Velmora in System Settings, keep the Terminal window visible, then "
+              "retry."};
 }
 
 StructuredError sessionBusy(BusyInput input, const SessionReference& session) {

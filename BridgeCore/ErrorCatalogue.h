@@ -21,7 +21,8 @@ StructuredError sessionNotFound(const Uuid& sessionId);
 StructuredError sessionStale(const SessionReference& session);
 StructuredError ambiguousTTY();
 StructuredError sessionNotAllowed(std::string_view operation, const SessionReference& session);
-StructuredError invalidArgument(const std::string& message, std::string_view operation, const Session& session);
+StructuredError invalidArgument(const std::string& message, std::string_view operation,
+                                const Session& session);
 StructuredError undecodableArguments(std::string_view operation, const Session& session);
 StructuredError automationFailed(std::string_view operation, const Session& session);
 StructuredError outputUnavailable(const SessionReference& session);

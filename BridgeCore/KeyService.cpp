@@ -5,8 +5,9 @@
 namespace velmora {
 
 KeyService::KeyService(TerminalAutomating& automation, TerminalSessionService& sessions,
-                       const SessionPermissionService& permissions, const BridgeOperationState& operationState,
-                       PrivacySettingsStore& settingsStore, Clock now)
+                       const SessionPermissionService& permissions,
+                       const BridgeOperationState& operationState, PrivacySettingsStore& settingsStore,
+                       Clock now)
     : automation_(automation),
       guard_(sessions, permissions, operationState, settingsStore),
       now_(std::move(now)) {}

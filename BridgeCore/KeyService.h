@@ -11,8 +11,8 @@ namespace velmora {
 class KeyService {
  public:
   KeyService(TerminalAutomating& automation, TerminalSessionService& sessions,
-              const SessionPermissionService& permissions, const BridgeOperationState& operationState,
-              PrivacySettingsStore& settingsStore, Clock now);
+             const SessionPermissionService& permissions, const BridgeOperationState& operationState,
+             PrivacySettingsStore& settingsStore, Clock now);
 
   KeyPayload send(const SendKeyInput& input);
 

@@ -11,7 +11,8 @@ namespace velmora {
 
 namespace {
 
-TerminalOutput readFrom(TerminalAutomating& automation, const ReadOutputInput& input, const TerminalSession& session) {
+TerminalOutput readFrom(TerminalAutomating& automation, const ReadOutputInput& input,
+                        const TerminalSession& session) {
   try {
     return automation.readOutput(input.source, input.maxCharacters, session.tty, session.windowId).get();
   } catch (const StructuredError&) {

@@ -151,8 +151,8 @@ TerminalSession* SessionRegistry::sessionOfTTY(const std::string& tty) {
 TerminalSession& SessionRegistry::add(const Uuid& id, const TerminalTabSnapshot& snapshot,
                                       SessionPermission permission, bool bridgeCreated, Date now) {
   sessionByTTY_[snapshot.tty] = id;
-  return sessions_[id] = TerminalSession(id, generation_, snapshot, permission, bridgeCreated, now, now, std::nullopt,
-                                         SessionValidity::valid);
+  return sessions_[id] = TerminalSession(id, generation_, snapshot, permission, bridgeCreated, now, now,
+                                         std::nullopt, SessionValidity::valid);
 }
 
 Uuid SessionRegistry::unusedId() {

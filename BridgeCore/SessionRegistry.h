@@ -1,5 +1,6 @@
 // The one authority that turns terminal tabs into stable session ids. A session id always means the same tab:
-// an id whose tab closed or changed is never handed to another tab, and a tab that lost its id gets a fresh one.
+// an id whose tab closed or changed is never handed to another tab, and a tab that lost its id gets a fresh
+// one.
 #pragma once
 
 #include <map>
@@ -15,21 +16,21 @@
 
 namespace velmora {
 
-/// Lives as long as the run and is not persisted. Thread-safe; every operation is atomic, so a reconcile never
-/// meets a lookup half-way. Failures are StructuredErrors: sessionNotFound for an id that is unknown or retired,
-/// sessionStale for one that is not valid.
+/// Lives as long as the run and is not persisted. Thread-safe; every operation is atomic, so a reconcile
+/// never meets a lookup half-way. Failures are StructuredErrors: sessionNotFound for an id that is unknown or
+/// retired, sessionStale for one that is not valid.
 ///
-/// Invariants: a tty maps to at most one id, and that id's session is valid; a tombstoned id is never returned
-/// and never issued again; every session carries the registry's generation.
+/// Invariants: a tty maps to at most one id, and that id's session is valid; a tombstoned id is never
+/// returned and never issued again; every session carries the registry's generation.
 class SessionRegistry {
  public:
   SessionRegistry(const Uuid& generation, UuidSource uuid);
 
-  /// Brings the table in line with a whole listing and returns the valid sessions. A tab that moved to another
-  /// window loses its id now and gets a new one at the next reconcile. Throws, and changes nothing, when a tty
-  /// is empty or stands twice.
-  std::vector<TerminalSession> reconcile(const std::vector<TerminalTabSnapshot>& snapshots, SessionPolicy policy,
-                                         Date now);
+  /// Brings the table in line with a whole listing and returns the valid sessions. A tab that moved to
+  /// another window loses its id now and gets a new one at the next reconcile. Throws, and changes nothing,
+  /// when a tty is empty or stands twice.
+  std::vector<TerminalSession> reconcile(const std::vector<TerminalTabSnapshot>& snapshots,
+                                         SessionPolicy policy, Date now);
 
   /// Registers a tab that the bridge itself just opened: managed, whatever the policy.
   TerminalSession registerCreated(const TerminalTabSnapshot& snapshot, Date now);
@@ -39,8 +40,8 @@ class SessionRegistry {
 
   TerminalSession session(const Uuid& id) const;
 
-  /// Checks the session against a fresh listing and refreshes it; when it no longer is that tab it turns stale
-  /// for ever.
+  /// Checks the session against a fresh listing and refreshes it; when it no longer is that tab it turns
+  /// stale for ever.
   TerminalSession validate(const Uuid& id, const std::vector<TerminalTabSnapshot>& snapshots, Date now);
 
   /// Returns the session as stored afterwards.

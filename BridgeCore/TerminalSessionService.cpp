@@ -27,7 +27,8 @@ std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInpu
 
 TerminalSession TerminalSessionService::active() {
   const auto sessions = reconciled();
-  const auto selected = std::find_if(sessions.begin(), sessions.end(), [](const auto& s) { return s.selected; });
+  const auto selected =
+      std::find_if(sessions.begin(), sessions.end(), [](const auto& s) { return s.selected; });
   if (selected == sessions.end()) throw catalogue::noSelectedTab();
   return *selected;
 }
@@ -45,7 +46,8 @@ TerminalSession TerminalSessionService::validate(const Uuid& sessionId) {
   return registry_.validate(sessionId, listing, now_());
 }
 
-TerminalSession TerminalSessionService::focus(const Uuid& sessionId, const SessionPermissionService& permissions) {
+TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
+                                              const SessionPermissionService& permissions) {
   auto session = validate(sessionId);
   if (!permissions.canFocus(session)) {
     throw catalogue::sessionNotAllowed(wireName(ToolName::focusSession), session.reference());

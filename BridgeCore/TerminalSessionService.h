@@ -1,5 +1,5 @@
-// Brings fresh listings of the terminal's tabs and the session registry together: lists, finds the active tab,
-// creates, focuses, and turns a session id into a session that is valid right now.
+// Brings fresh listings of the terminal's tabs and the session registry together: lists, finds the active
+// tab, creates, focuses, and turns a session id into a session that is valid right now.
 #pragma once
 
 #include <vector>
@@ -15,7 +15,8 @@ namespace velmora {
 /// Thread-safe. Errors of the adapter and of the registry pass through unchanged.
 class TerminalSessionService {
  public:
-  TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry, SessionPolicy policy, Clock now);
+  TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry, SessionPolicy policy,
+                         Clock now);
 
   /// How tabs found from now on are registered; those registered already keep their permission.
   void setPolicy(SessionPolicy policy);

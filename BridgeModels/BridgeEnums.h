@@ -27,6 +27,7 @@ BOOST_DEFINE_ENUM_CLASS(SessionPolicy, safe, selective)
 BOOST_DEFINE_ENUM_CLASS(OutputSource, visible, history)
 
 // Life of one recorded request.
-BOOST_DEFINE_ENUM_CLASS(RequestStatus, received, processing, delivered, readComplete, rejected, failed, cancelled)
+BOOST_DEFINE_ENUM_CLASS(RequestStatus, received, processing, delivered, readComplete, rejected, failed,
+                        cancelled)
 
 }  // namespace velmora

@@ -29,7 +29,7 @@ struct BridgeStatus {
   bool operator==(const BridgeStatus&) const = default;
 };
 BOOST_DESCRIBE_STRUCT(BridgeStatus, (),
-                      (mcpState, terminalState, automationPermission, connectedClients, windowCount, sessionCount,
-                       controllableSessionCount, lastRequestId, lastError, updatedAt))
+                      (mcpState, terminalState, automationPermission, connectedClients, windowCount,
+                       sessionCount, controllableSessionCount, lastRequestId, lastError, updatedAt))
 
 }  // namespace velmora

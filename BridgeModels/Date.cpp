@@ -91,9 +91,10 @@ std::string Date::toIso8601() const {
   const year_month_day date{sys_days{days{static_cast<int>(dayCount)}}};
   const int second = static_cast<int>(seconds - dayCount * secondsPerDay);
   std::array<char, 40> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                                   static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                                   static_cast<unsigned>(date.day()), second / 3600, second / 60 % 60, second % 60);
+  const int length =
+      std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ", static_cast<int>(date.year()),
+                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()), second / 3600,
+                    second / 60 % 60, second % 60);
   return std::string(text.data(), static_cast<std::size_t>(length));
 }
 

@@ -17,20 +17,21 @@ using JSONObject = std::map<std::string, JSONValue, std::less<>>;
 /// Exactly one of: bool, 64-bit integer, double, string, array, object, null. Objects compare as unordered
 /// maps. A number that reads as a 64-bit integer is an integer, any other number a double.
 struct JSONValue {
-  using Storage = std::variant<std::monostate, bool, std::int64_t, double, std::string, JSONArray, JSONObject>;
+  using Storage =
+      std::variant<std::monostate, bool, std::int64_t, double, std::string, JSONArray, JSONObject>;
 
   Storage storage{};
 
   JSONValue() = default;
-  JSONValue(std::nullptr_t) {}                                            // NOLINT(google-explicit-constructor)
-  JSONValue(bool value) : storage(value) {}                               // NOLINT(google-explicit-constructor)
-  JSONValue(std::int64_t value) : storage(value) {}                       // NOLINT(google-explicit-constructor)
-  JSONValue(int value) : storage(static_cast<std::int64_t>(value)) {}     // NOLINT(google-explicit-constructor)
-  JSONValue(double value) : storage(value) {}                             // NOLINT(google-explicit-constructor)
-  JSONValue(std::string value) : storage(std::move(value)) {}             // NOLINT(google-explicit-constructor)
-  JSONValue(const char* value) : storage(std::string(value)) {}           // NOLINT(google-explicit-constructor)
-  JSONValue(JSONArray value) : storage(std::move(value)) {}               // NOLINT(google-explicit-constructor)
-  JSONValue(JSONObject value) : storage(std::move(value)) {}              // NOLINT(google-explicit-constructor)
+  JSONValue(std::nullptr_t) {}                                         // NOLINT(google-explicit-constructor)
+  JSONValue(bool value) : storage(value) {}                            // NOLINT(google-explicit-constructor)
+  JSONValue(std::int64_t value) : storage(value) {}                    // NOLINT(google-explicit-constructor)
+  JSONValue(int value) : storage(static_cast<std::int64_t>(value)) {}  // NOLINT(google-explicit-constructor)
+  JSONValue(double value) : storage(value) {}                          // NOLINT(google-explicit-constructor)
+  JSONValue(std::string value) : storage(std::move(value)) {}          // NOLINT(google-explicit-constructor)
+  JSONValue(const char* value) : storage(std::string(value)) {}        // NOLINT(google-explicit-constructor)
+  JSONValue(JSONArray value) : storage(std::move(value)) {}            // NOLINT(google-explicit-constructor)
+  JSONValue(JSONObject value) : storage(std::move(value)) {}           // NOLINT(google-explicit-constructor)
 
   bool isNull() const { return std::holds_alternative<std::monostate>(storage); }
   const JSONObject* object() const { return std::get_if<JSONObject>(&storage); }

@@ -15,10 +15,10 @@ namespace velmora {
 
 /// One terminal tab as reported by the automation adapter.
 struct TerminalTabSnapshot {
-  std::string tty{};              ///< Device path, the stable key of a tab.
-  std::int64_t windowId = 0;      ///< At most 53 bits, so that it survives every JSON reader.
-  std::int64_t windowIndex = 0;   ///< Position in the terminal's window list, 1 = front-most.
-  std::int64_t tabIndex = 0;      ///< Position in the window, from 1.
+  std::string tty{};             ///< Device path, the stable key of a tab.
+  std::int64_t windowId = 0;     ///< At most 53 bits, so that it survives every JSON reader.
+  std::int64_t windowIndex = 0;  ///< Position in the terminal's window list, 1 = front-most.
+  std::int64_t tabIndex = 0;     ///< Position in the window, from 1.
   std::string title{};
   bool busy = false;      ///< A command is running in the tab.
   bool selected = false;  ///< The selected tab of its window.
@@ -70,7 +70,7 @@ struct TerminalSession {
   bool operator==(const TerminalSession&) const = default;
 };
 BOOST_DESCRIBE_STRUCT(TerminalSession, (),
-                      (sessionId, registryGeneration, tty, windowId, windowIndex, tabIndex, title, busy, selected,
-                       validity, permission, bridgeCreated, firstSeenAt, lastSeenAt, lastRequestAt))
+                      (sessionId, registryGeneration, tty, windowId, windowIndex, tabIndex, title, busy,
+                       selected, validity, permission, bridgeCreated, firstSeenAt, lastSeenAt, lastRequestAt))
 
 }  // namespace velmora

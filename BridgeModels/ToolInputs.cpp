@@ -4,7 +4,8 @@ namespace velmora {
 
 void CreateSessionInput::validate() const {
   if (kind == SessionCreationKind::tab) {
-    throw ToolValidationError("Terminal.app's scripting dictionary cannot create tabs; create a window instead.");
+    throw ToolValidationError(
+        "Terminal.app's scripting dictionary cannot create tabs; create a window instead.");
   }
   if (inSessionId) throw ToolValidationError("inSessionId is not valid for window creation.");
 }

@@ -35,7 +35,7 @@ template <class Enum>
 inline constexpr auto enumCases = detail::casesOf<Enum>(boost::describe::describe_enumerators<Enum>{});
 
 template <class Enum>
-  requires std::is_enum_v<Enum>
+requires std::is_enum_v<Enum>
 constexpr std::string_view wireName(Enum value) {
   for (const auto& entry : enumCases<Enum>) {
     if (entry.value == value) return entry.wireName;
@@ -44,7 +44,7 @@ constexpr std::string_view wireName(Enum value) {
 }
 
 template <class Enum>
-  requires std::is_enum_v<Enum>
+requires std::is_enum_v<Enum>
 constexpr std::optional<Enum> fromWireName(std::string_view name) {
   for (const auto& entry : enumCases<Enum>) {
     if (entry.wireName == name) return entry.value;

@@ -2,8 +2,9 @@
 // permissions or policy: it addresses a tab by its tty and window id and returns raw rows.
 //
 // Every operation starts at once and hands back a future; the adapter works through them one at a time on its
-// own thread. Failures arrive through the future: a PlatformError, or a StructuredError with the adapter's own
-// words. An adapter may be shared by any number of threads. Destroying it waits for the operation under way.
+// own thread. Failures arrive through the future: a PlatformError, or a StructuredError with the adapter's
+// own words. An adapter may be shared by any number of threads. Destroying it waits for the operation under
+// way.
 #pragma once
 
 #include <cstdint>
@@ -44,16 +45,17 @@ class TerminalAutomating {
   virtual std::future<TerminalTabSnapshot> createWindow() = 0;
 
   /// Types `command` and submits it. Without `allowBusy` a tab that is busy by now is refused.
-  virtual std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy) = 0;
+  virtual std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
+                                 bool allowBusy) = 0;
 
   /// Presses `key` `repeatCount` times. An adapter that cannot press keys inherits the failure.
-  virtual std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
-                                 bool allowBusy);
+  virtual std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty,
+                                 std::int64_t windowId, bool allowBusy);
 
   /// The tab's text; at most about `maxCharacters` of its end are wanted. The count in the result is that of
   /// the whole text.
-  virtual std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
-                                                 std::int64_t windowId) = 0;
+  virtual std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters,
+                                                 std::string tty, std::int64_t windowId) = 0;
 
   /// Writes a picture of the tab to a PNG file of its own.
   virtual std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) = 0;
@@ -78,7 +80,8 @@ std::future<Result> failedFuture(std::exception_ptr error) {
   return promise.get_future();
 }
 
-inline std::future<void> TerminalAutomating::send(TerminalKey, std::int64_t, std::string, std::int64_t, bool) {
+inline std::future<void> TerminalAutomating::send(TerminalKey, std::int64_t, std::string, std::int64_t,
+                                                  bool) {
   return failedFuture<void>(std::make_exception_ptr(
       PlatformError("Velmora.Automation", platformErrorCode::eventNotHandled,
                     "Special key input is not supported by this automation adapter.")));

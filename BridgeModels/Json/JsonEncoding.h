@@ -19,7 +19,7 @@
 namespace velmora {
 
 template <class Record>
-  requires DescribedRecord<Record>
+requires DescribedRecord<Record>
 void writeJson(JsonWriter& writer, const Record& record);
 void writeJson(JsonWriter& writer, const JSONValue& value);
 
@@ -30,16 +30,14 @@ inline void writeJson(JsonWriter& writer, const Uuid& value) { writer.string(val
 inline void writeJson(JsonWriter& writer, Date value) { writer.date(value); }
 
 template <class Integer>
-  requires(std::is_integral_v<Integer> && !std::is_same_v<Integer, bool>)
-void writeJson(JsonWriter& writer, Integer value) {
+requires(std::is_integral_v<Integer> && !std::is_same_v<Integer, bool>) void writeJson(JsonWriter& writer,
+                                                                                       Integer value) {
   writer.integer(static_cast<std::int64_t>(value));
 }
 
 template <class Enum>
-  requires std::is_enum_v<Enum>
-void writeJson(JsonWriter& writer, Enum value) {
-  writer.string(wireName(value));
-}
+requires std::is_enum_v<Enum>
+void writeJson(JsonWriter& writer, Enum value) { writer.string(wireName(value)); }
 
 template <class Element>
 void writeJson(JsonWriter& writer, const std::vector<Element>& elements) {
@@ -102,7 +100,7 @@ inline constexpr auto membersSorted = [] {
 }  // namespace detail
 
 template <class Record>
-  requires DescribedRecord<Record>
+requires DescribedRecord<Record>
 void writeJson(JsonWriter& writer, const Record& record) {
   const auto& members =
       writer.format() == JsonFormat::store ? detail::membersSorted<Record> : detail::membersInOrder<Record>;

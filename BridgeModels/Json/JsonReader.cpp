@@ -109,12 +109,23 @@ void JsonReader::read(Date& out) const {
 
 void JsonReader::read(JSONValue& out) const {
   switch (value_.kind()) {
-    case boost::json::kind::null: out = nullptr; return;
-    case boost::json::kind::bool_: out = value_.get_bool(); return;
-    case boost::json::kind::string: out = std::string(text()); return;
-    case boost::json::kind::array: read(out.storage.emplace<JSONArray>()); return;
-    case boost::json::kind::object: read(out.storage.emplace<JSONObject>()); return;
-    default: break;
+    case boost::json::kind::null:
+      out = nullptr;
+      return;
+    case boost::json::kind::bool_:
+      out = value_.get_bool();
+      return;
+    case boost::json::kind::string:
+      out = std::string(text());
+      return;
+    case boost::json::kind::array:
+      read(out.storage.emplace<JSONArray>());
+      return;
+    case boost::json::kind::object:
+      read(out.storage.emplace<JSONObject>());
+      return;
+    default:
+      break;
   }
   if (const auto integer = asInteger(value_)) {
     out = *integer;

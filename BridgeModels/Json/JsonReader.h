@@ -61,7 +61,7 @@ class JsonReader {
   void read(JSONObject& out) const;
 
   template <class Enum>
-    requires std::is_enum_v<Enum>
+  requires std::is_enum_v<Enum>
   void read(Enum& out) const {
     const auto name = text();
     const auto found = fromWireName<Enum>(name);
@@ -87,10 +87,8 @@ class JsonReader {
   }
 
   template <class Record>
-    requires DescribedRecord<Record>
-  void read(Record& out) const {
-    readMembers(out, object(), MembersOf<Record>{});
-  }
+  requires DescribedRecord<Record>
+  void read(Record& out) const { readMembers(out, object(), MembersOf<Record>{}); }
 
  private:
   template <class Record, template <class...> class List, class... Member>
@@ -99,7 +97,8 @@ class JsonReader {
   }
 
   template <class Value>
-  void readMember(Value& out, const boost::json::object& object, std::string_view name, bool hasDefault) const {
+  void readMember(Value& out, const boost::json::object& object, std::string_view name,
+                  bool hasDefault) const {
     const JsonPath place{.parent = &path_, .key = name};
     const auto* found = present(object, name);
     if (found != nullptr) return JsonReader(*found, place, format_).read(out);

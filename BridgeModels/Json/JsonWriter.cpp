@@ -92,11 +92,21 @@ void JsonWriter::quote(std::string_view value) {
     const char character = value.front();
     value.remove_prefix(1);
     switch (character) {
-      case '"': text_.append("\\\""); break;
-      case '\\': text_.append("\\\\"); break;
-      case '\n': text_.append("\\n"); break;
-      case '\r': text_.append("\\r"); break;
-      case '\t': text_.append("\\t"); break;
+      case '"':
+        text_.append("\\\"");
+        break;
+      case '\\':
+        text_.append("\\\\");
+        break;
+      case '\n':
+        text_.append("\\n");
+        break;
+      case '\r':
+        text_.append("\\r");
+        break;
+      case '\t':
+        text_.append("\\t");
+        break;
       default: {
         constexpr std::string_view digits = "0123456789abcdef";
         text_.append("\\u00");
@@ -111,7 +121,8 @@ void JsonWriter::quote(std::string_view value) {
 void JsonWriter::finiteNumber(double value, bool fixed) {
   if (!std::isfinite(value)) throw JsonEncodeError("JSON has no number for " + std::to_string(value));
   beginValue();
-  std::array<char, 400> digits{};  // the longest fixed form of a double has 1 + 309 or 2 + 324 digits and signs
+  std::array<char, 400>
+      digits{};  // the longest fixed form of a double has 1 + 309 or 2 + 324 digits and signs
   auto* end = digits.data() + digits.size();
   const auto result = fixed ? std::to_chars(digits.data(), end, value, std::chars_format::fixed)
                             : std::to_chars(digits.data(), end, value);

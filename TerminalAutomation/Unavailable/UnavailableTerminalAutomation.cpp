@@ -32,7 +32,8 @@ std::future<void> UnavailableTerminalAutomation::send(std::string, std::string, 
   return unavailable<void>();
 }
 
-std::future<void> UnavailableTerminalAutomation::send(TerminalKey, std::int64_t, std::string, std::int64_t, bool) {
+std::future<void> UnavailableTerminalAutomation::send(TerminalKey, std::int64_t, std::string, std::int64_t,
+                                                      bool) {
   return unavailable<void>();
 }
 
@@ -45,6 +46,8 @@ std::future<TerminalScreenCapture> UnavailableTerminalAutomation::captureScreen(
   return unavailable<TerminalScreenCapture>();
 }
 
-std::future<void> UnavailableTerminalAutomation::focus(std::string, std::int64_t) { return unavailable<void>(); }
+std::future<void> UnavailableTerminalAutomation::focus(std::string, std::int64_t) {
+  return unavailable<void>();
+}
 
 }  // namespace velmora

@@ -14,7 +14,8 @@ class UnavailableTerminalAutomation final : public TerminalAutomating {
   std::future<TerminalRuntimeStatus> status() override;
   std::future<std::vector<TerminalTabSnapshot>> listSessions() override;
   std::future<TerminalTabSnapshot> createWindow() override;
-  std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy) override;
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
+                         bool allowBusy) override;
   std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
                          bool allowBusy) override;
   std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,

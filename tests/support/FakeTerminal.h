@@ -14,8 +14,8 @@
 
 namespace velmora::testing {
 
-inline TerminalTabSnapshot tab(const std::string& tty, std::int64_t windowId = 1, std::int64_t windowIndex = 1,
-                               std::int64_t tabIndex = 1) {
+inline TerminalTabSnapshot tab(const std::string& tty, std::int64_t windowId = 1,
+                               std::int64_t windowIndex = 1, std::int64_t tabIndex = 1) {
   return {.tty = tty,
           .windowId = windowId,
           .windowIndex = windowIndex,
@@ -32,7 +32,8 @@ class FakeTerminal final : public TerminalAutomating {
 
   std::vector<TerminalTabSnapshot> tabs;
   TerminalTabSnapshot created = tab("/dev/ttys900", 900);
-  TerminalRuntimeStatus runtimeStatus{.running = true, .windowCount = 1, .permission = AutomationPermission::granted};
+  TerminalRuntimeStatus runtimeStatus{
+      .running = true, .windowCount = 1, .permission = AutomationPermission::granted};
   TerminalOutput output{.text = "output", .source = OutputSource::visible, .originalCharacterCount = 6};
   std::map<std::string, std::exception_ptr> failures;
   bool statusHangs = false;
@@ -78,22 +79,26 @@ class FakeTerminal final : public TerminalAutomating {
   std::future<std::vector<TerminalTabSnapshot>> listSessions() override {
     return answer("listSessions", "listSessions", tabs);
   }
-  std::future<TerminalTabSnapshot> createWindow() override { return answer("createWindow", "createWindow", created); }
-  std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy) override {
-    return done("send", "send(" + command + ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
+  std::future<TerminalTabSnapshot> createWindow() override {
+    return answer("createWindow", "createWindow", created);
+  }
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
+                         bool allowBusy) override {
+    return done("send",
+                "send(" + command + ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
   }
   std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
                          bool allowBusy) override {
-    return done("sendKey", "sendKey(" + std::string(wireName(key)) + " x" + std::to_string(repeatCount) + ", " + tty +
-                               ", " + std::to_string(windowId) + busyText(allowBusy));
+    return done("sendKey", "sendKey(" + std::string(wireName(key)) + " x" + std::to_string(repeatCount) +
+                               ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
   }
   std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
                                          std::int64_t windowId) override {
     auto result = output;
     result.source = source;
     return answer("readOutput",
-                  "readOutput(" + std::string(wireName(source)) + ", " + std::to_string(maxCharacters) + ", " + tty +
-                      ", " + std::to_string(windowId) + ")",
+                  "readOutput(" + std::string(wireName(source)) + ", " + std::to_string(maxCharacters) +
+                      ", " + tty + ", " + std::to_string(windowId) + ")",
                   result);
   }
   std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override {
