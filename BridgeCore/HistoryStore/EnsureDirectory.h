@@ -1,0 +1,14 @@
+// Makes a directory that only the user may enter.
+#pragma once
+
+#include <filesystem>
+
+#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+
+namespace velmora {
+
+/// Creates `directory`, with those above it that are missing, and sets its mode to 0700, also when it
+/// existed. Throws what the file system reports for the creation, a storage error for the mode.
+void ensureDirectory(StoreFileSystem& files, const std::filesystem::path& directory);
+
+}  // namespace velmora

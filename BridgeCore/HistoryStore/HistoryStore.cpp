@@ -1,0 +1,108 @@
+#include "BridgeCore/HistoryStore/HistoryStore.h"
+
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <exception>
+#include <system_error>
+
+#include "BridgeCore/HistoryStore/EnsureDirectory.h"
+#include "BridgeCore/HistoryStore/StagedFile.h"
+#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/Json/JsonReader.h"
+#include "BridgeModels/Text.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int64_t supportedSchema = 1;
+
+struct HistoryDocument {
+  std::int64_t schemaVersion = supportedSchema;
+  std::vector<MCPRequestRecord> records{};
+};
+BOOST_DESCRIBE_STRUCT(HistoryDocument, (), (schemaVersion, records))
+
+void removeWhatMayNotBeStored(MCPRequestRecord& record, const PrivacyRetentionSettings& settings) {
+  if (!settings.storeCommandBody) {
+    record.commandBody.reset();
+    record.commandSummary.reset();
+  }
+  if (!settings.storeOutputPreview) record.outputPreview.reset();
+  if (record.outputPreview) {
+    const auto kept = firstCharacters(*record.outputPreview, settings.outputPreviewMaxCharacters);
+    record.outputPreview->resize(kept.size());
+  }
+}
+
+}  // namespace
+
+HistoryStore::HistoryStore(StoreFileSystem& files, std::filesystem::path file)
+    : files_(files), file_(std::move(file)) {}
+
+std::vector<MCPRequestRecord> HistoryStore::load() {
+  const MutexLock lock(mutex_);
+  fileIsUnreadable_ = false;
+  if (!files_.exists(file_)) return {};
+  fileIsUnreadable_ = true;
+  auto document = [&] {
+    try {
+      return decodeJson<HistoryDocument>(files_.read(file_), JsonFormat::store);
+    } catch (const std::exception&) {
+      throw storageError(StorageFailure::historyUnreadable);
+    }
+  }();
+  if (document.schemaVersion != supportedSchema) throw storageError(StorageFailure::historySchema);
+  fileIsUnreadable_ = false;
+  return std::move(document.records);
+}
+
+void HistoryStore::save(std::vector<MCPRequestRecord> records, const PrivacyRetentionSettings& settings) {
+  if (!settings.persistentHistoryEnabled) return deleteFile();
+  const MutexLock lock(mutex_);
+  try {
+    for (auto& record : records) removeWhatMayNotBeStored(record, settings);
+    write(records);
+  } catch (const std::exception&) {
+    throw storageError(StorageFailure::historyUnsaved);
+  }
+  try {
+    files_.setMode(file_, S_IRUSR | S_IWUSR);
+  } catch (const std::system_error&) {
+    throw storageError(StorageFailure::historyPermissions);
+  }
+}
+
+void HistoryStore::write(const std::vector<MCPRequestRecord>& records) {
+  ensureDirectory(files_, file_.parent_path());
+  StagedFile staged(files_, file_, encodeJson(HistoryDocument{.records = records}, JsonFormat::store));
+  if (fileIsUnreadable_ && files_.exists(file_)) files_.rename(file_, placeOfUnreadable(file_));
+  fileIsUnreadable_ = false;
+  staged.commit();
+}
+
+void HistoryStore::deleteFile() {
+  const MutexLock lock(mutex_);
+  deleteFile(files_, file_);
+  fileIsUnreadable_ = false;
+}
+
+void HistoryStore::deleteFile(StoreFileSystem& files, const std::filesystem::path& file) {
+  try {
+    for (const auto& path : {file, placeOfUnreadable(file), StagedFile::placeBeside(file)}) {
+      if (files.exists(path)) files.remove(path);
+    }
+  } catch (const std::system_error&) {
+    throw storageError(StorageFailure::historyUndeleted);
+  }
+}
+
+std::filesystem::path HistoryStore::placeOfUnreadable(const std::filesystem::path& file) {
+  auto place = file;
+  place += ".unreadable";
+  return place;
+}
+
+}  // namespace velmora

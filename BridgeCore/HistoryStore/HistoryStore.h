@@ -1,0 +1,49 @@
+// Keeps the request history in one JSON file, when the person wants it kept, and removes from it what the
+// settings do not allow to be stored.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "BridgeModels/MCPRequestRecord.h"
+#include "BridgeModels/Mutex.h"
+#include "BridgeModels/PrivacyRetentionSettings.h"
+
+namespace velmora {
+
+/// A monitor: every operation is atomic, file access included, so a save and a deletion never interleave.
+/// Failures are storage errors (StructuredError). A failed save leaves the previous file as it was.
+class HistoryStore {
+ public:
+  /// No file is touched.
+  HistoryStore(StoreFileSystem& files, std::filesystem::path file);
+
+  const std::filesystem::path& file() const { return file_; }
+
+  /// The stored records, newest first; none when there is no file. A file that cannot be read stays, and
+  /// the next save keeps it as `placeOfUnreadable` instead of writing over it.
+  std::vector<MCPRequestRecord> load();
+
+  /// Replaces the file with `records`, without the command text and output previews that the settings do
+  /// not allow. Without persistent history it deletes the file.
+  void save(std::vector<MCPRequestRecord> records, const PrivacyRetentionSettings& settings);
+
+  void deleteFile();
+
+  /// Deletes a history file, an unreadable one kept beside it and what a crash left of a save.
+  static void deleteFile(StoreFileSystem& files, const std::filesystem::path& file);
+
+  /// "history.json.unreadable" for "history.json".
+  static std::filesystem::path placeOfUnreadable(const std::filesystem::path& file);
+
+ private:
+  void write(const std::vector<MCPRequestRecord>& records) VELMORA_REQUIRES(mutex_);
+
+  StoreFileSystem& files_;
+  const std::filesystem::path file_;
+  Mutex mutex_;
+  bool fileIsUnreadable_ VELMORA_GUARDED_BY(mutex_) = false;
+};
+
+}  // namespace velmora

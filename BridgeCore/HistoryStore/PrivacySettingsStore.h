@@ -1,0 +1,39 @@
+// Owns the person's settings: the value that every request reads, and the file that keeps it.
+#pragma once
+
+#include <filesystem>
+
+#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "BridgeModels/Mutex.h"
+#include "BridgeModels/PrivacyRetentionSettings.h"
+
+namespace velmora {
+
+/// A monitor: every operation is atomic, file access included. The value in memory changes only when a load
+/// or a save succeeded as a whole. Errors of the file system (std::system_error) and of the decoder
+/// (JsonDecodeError) pass through; the store's own are StructuredErrors.
+class PrivacySettingsStore {
+ public:
+  /// No file is touched. `initial` is current, as it is, until a load or a save.
+  PrivacySettingsStore(StoreFileSystem& files, std::filesystem::path file,
+                       const PrivacyRetentionSettings& initial);
+
+  const std::filesystem::path& file() const { return file_; }
+
+  PrivacyRetentionSettings current() const;
+
+  /// Takes the settings from the file, brought into their ranges, and returns them; without a file the
+  /// current value stays and is returned. The file is not written.
+  PrivacyRetentionSettings load();
+
+  /// Writes the settings, brought into their ranges, and makes them current.
+  void save(PrivacyRetentionSettings settings);
+
+ private:
+  StoreFileSystem& files_;
+  const std::filesystem::path file_;
+  mutable Mutex mutex_;
+  PrivacyRetentionSettings settings_ VELMORA_GUARDED_BY(mutex_);
+};
+
+}  // namespace velmora

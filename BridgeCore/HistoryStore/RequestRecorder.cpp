@@ -1,0 +1,148 @@
+#include "BridgeCore/HistoryStore/RequestRecorder.h"
+
+#include <algorithm>
+
+#include "BridgeCore/HistoryStore/HistoryQuery.h"
+#include "BridgeModels/Text.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::int64_t summaryCharacters = 256;
+
+// Cut towards zero, and never negative: clocks are set back now and then.
+std::int64_t millisecondsBetween(Date start, Date end) {
+  const double milliseconds = (end.secondsSinceReferenceDate - start.secondsSinceReferenceDate) * 1000;
+  return milliseconds > 0 ? static_cast<std::int64_t>(milliseconds) : 0;
+}
+
+// Records of the same time stay as they are in both directions, so the lists in memory and on disk can be
+// turned into one another any number of times.
+std::vector<MCPRequestRecord> oldestFirst(std::vector<MCPRequestRecord> records) {
+  std::stable_sort(records.begin(), records.end(),
+                   [](const auto& a, const auto& b) { return a.receivedAt < b.receivedAt; });
+  return records;
+}
+
+std::vector<MCPRequestRecord> newestFirst(std::vector<MCPRequestRecord> records) {
+  std::stable_sort(records.begin(), records.end(),
+                   [](const auto& a, const auto& b) { return a.receivedAt > b.receivedAt; });
+  return records;
+}
+
+}  // namespace
+
+MCPRequestRecord RequestRecorder::begin(const Uuid& requestId, const ClientIdentitySummary& client,
+                                        ToolName tool, const std::optional<SessionReference>& session) {
+  MCPRequestRecord record{.requestId = requestId,
+                          .receivedAt = now_(),
+                          .client = client,
+                          .toolName = tool,
+                          .sessionSnapshot = session,
+                          .status = RequestStatus::processing};
+  const MutexLock lock(mutex_);
+  records_.push_back(record);
+  firstWithId_.try_emplace(requestId, records_.size() - 1);
+  return record;
+}
+
+void RequestRecorder::complete(const Uuid& requestId, RequestStatus status,
+                               std::optional<std::int64_t> outputCharacterCount,
+                               std::optional<bool> outputTruncated,
+                               const std::optional<StructuredError>& error) {
+  const auto completedAt = now_();
+  const MutexLock lock(mutex_);
+  auto* record = find(requestId);
+  if (record == nullptr) return;
+  record->status = status;
+  record->completedAt = completedAt;
+  record->durationMilliseconds = millisecondsBetween(record->receivedAt, completedAt);
+  record->outputCharacterCount = outputCharacterCount;
+  record->outputTruncated = outputTruncated;
+  record->error = error;
+}
+
+void RequestRecorder::setSensitiveContent(const Uuid& requestId, const std::optional<std::string>& command,
+                                          const std::optional<std::string>& output,
+                                          const PrivacyRetentionSettings& settings) {
+  const MutexLock lock(mutex_);
+  auto* record = find(requestId);
+  if (record == nullptr) return;
+  if (settings.storeCommandBody && command) {
+    record->commandBody = command;
+    record->commandSummary = firstCharacters(*command, summaryCharacters);
+  }
+  if (settings.storeOutputPreview && output) {
+    record->outputPreview = firstCharacters(*output, settings.outputPreviewMaxCharacters);
+  }
+}
+
+void RequestRecorder::persist(HistoryStore& store, const PrivacyRetentionSettings& settings) {
+  const MutexLock order(storeOrder_);
+  const auto now = now_();
+  std::vector<MCPRequestRecord> retained;
+  {
+    const MutexLock lock(mutex_);
+    retained = HistoryQueryService::retain(records_, settings, now);
+    setRecords(oldestFirst(retained));
+  }
+  store.save(std::move(retained), settings);
+}
+
+void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings& settings) {
+  const MutexLock order(storeOrder_);
+  std::vector<MCPRequestRecord> scrubbed;
+  {
+    const MutexLock lock(mutex_);
+    for (auto& record : records_) {
+      if (!settings.storeCommandBody) {
+        record.commandBody.reset();
+        record.commandSummary.reset();
+      }
+      if (!settings.storeOutputPreview) record.outputPreview.reset();
+    }
+    scrubbed = records_;
+  }
+  store.save(newestFirst(std::move(scrubbed)), settings);
+}
+
+void RequestRecorder::clear(HistoryStore& store) {
+  const MutexLock order(storeOrder_);
+  replace({});
+  store.deleteFile();
+}
+
+std::vector<MCPRequestRecord> RequestRecorder::snapshot() const {
+  const MutexLock lock(mutex_);
+  return records_;
+}
+
+void RequestRecorder::replace(std::vector<MCPRequestRecord> records) {
+  const MutexLock lock(mutex_);
+  setRecords(std::move(records));
+}
+
+void RequestRecorder::prepend(std::vector<MCPRequestRecord> loaded) {
+  auto records = oldestFirst(std::move(loaded));
+  const MutexLock lock(mutex_);
+  records.insert(records.end(), records_.begin(), records_.end());
+  setRecords(std::move(records));
+}
+
+MCPRequestRecord* RequestRecorder::find(const Uuid& requestId) {
+  const auto found = firstWithId_.find(requestId);
+  return found == firstWithId_.end() ? nullptr : &records_[found->second];
+}
+
+void RequestRecorder::setRecords(std::vector<MCPRequestRecord> records) {
+  std::unordered_map<Uuid, std::size_t> firstWithId;
+  firstWithId.reserve(records.size());
+  for (std::size_t index = 0; index < records.size(); ++index) {
+    firstWithId.try_emplace(records[index].requestId, index);
+  }
+  records_ = std::move(records);
+  firstWithId_ = std::move(firstWithId);
+}
+
+}  // namespace velmora

@@ -1,0 +1,67 @@
+// The history of this run in memory: one record a tool call, from the moment the call arrives.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "BridgeCore/HistoryStore/HistoryStore.h"
+#include "BridgeModels/Date.h"
+#include "BridgeModels/MCPRequestRecord.h"
+#include "BridgeModels/Mutex.h"
+#include "BridgeModels/PrivacyRetentionSettings.h"
+
+namespace velmora {
+
+/// A monitor. The list is ordered oldest first; between two persists it grows by one record a call. What
+/// names an unknown request does nothing, and of two records with the same id the first is meant. The
+/// operations that use a store run one after the other, so an older list never replaces a newer one on disk;
+/// the others do not wait for them. They throw the store's errors; the list in memory stays changed.
+class RequestRecorder {
+ public:
+  explicit RequestRecorder(Clock now) : now_(std::move(now)) {}
+
+  /// Appends a record in processing, received now, and returns it.
+  MCPRequestRecord begin(const Uuid& requestId, const ClientIdentitySummary& client, ToolName tool,
+                         const std::optional<SessionReference>& session);
+
+  /// Closes the record, now.
+  void complete(const Uuid& requestId, RequestStatus status, std::optional<std::int64_t> outputCharacterCount,
+                std::optional<bool> outputTruncated, const std::optional<StructuredError>& error);
+
+  /// Fills in the command and the output as far as the settings allow it. Nothing is masked.
+  void setSensitiveContent(const Uuid& requestId, const std::optional<std::string>& command,
+                           const std::optional<std::string>& output,
+                           const PrivacyRetentionSettings& settings);
+
+  /// Drops what retention does not keep and saves the rest.
+  void persist(HistoryStore& store, const PrivacyRetentionSettings& settings);
+
+  /// Removes what the settings no longer allow to be stored, and saves.
+  void scrub(HistoryStore& store, const PrivacyRetentionSettings& settings);
+
+  /// Empties the list and deletes the store's file.
+  void clear(HistoryStore& store);
+
+  std::vector<MCPRequestRecord> snapshot() const;
+
+  void replace(std::vector<MCPRequestRecord> records);
+
+  /// Puts loaded records, newest first as a store returns them, before those of this run.
+  void prepend(std::vector<MCPRequestRecord> loaded);
+
+ private:
+  MCPRequestRecord* find(const Uuid& requestId) VELMORA_REQUIRES(mutex_);
+  void setRecords(std::vector<MCPRequestRecord> records) VELMORA_REQUIRES(mutex_);
+
+  const Clock now_;
+  Mutex storeOrder_;  // taken before mutex_; the only one held while a store works
+  mutable Mutex mutex_;
+  std::vector<MCPRequestRecord> records_ VELMORA_GUARDED_BY(mutex_);
+  std::unordered_map<Uuid, std::size_t> firstWithId_ VELMORA_GUARDED_BY(mutex_);  // indices of records_
+};
+
+}  // namespace velmora

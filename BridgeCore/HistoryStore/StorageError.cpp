@@ -1,0 +1,39 @@
+#include "BridgeCore/HistoryStore/StorageError.h"
+
+namespace velmora {
+
+namespace {
+
+const char* messageOf(StorageFailure failure) {
+  switch (failure) {
+    case StorageFailure::historyUnreadable:
+      return "Stored history could not be read.";
+    case StorageFailure::historySchema:
+      return "The history schema is not supported.";
+    case StorageFailure::historyUnsaved:
+      return "History could not be saved locally.";
+    case StorageFailure::historyPermissions:
+      return "History file permissions could not be applied.";
+    case StorageFailure::historyUndeleted:
+      return "History could not be deleted.";
+    case StorageFailure::settingsSchema:
+      return "The settings schema is not supported.";
+    case StorageFailure::settingsPermissions:
+      return "Settings file permissions could not be applied.";
+    case StorageFailure::directoryPermissions:
+      return "Application Support permissions could not be applied.";
+  }
+  return "";
+}
+
+}  // namespace
+
+StructuredError storageError(StorageFailure failure) {
+  return {.code = ErrorCode::historyStorageFailed,
+          .message = messageOf(failure),
+          .operation = "history_storage",
+          .retryable = true,
+          .recoverySuggestion = "Check local disk permissions and available space, then retry."};
+}
+
+}  // namespace velmora

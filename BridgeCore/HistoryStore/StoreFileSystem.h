@@ -1,0 +1,54 @@
+// The few file operations that the stores are made of, each of which a test can make fail.
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace velmora {
+
+/// Every operation throws std::system_error when the system refuses. Must be thread-safe.
+class StoreFileSystem {
+ public:
+  virtual ~StoreFileSystem() = default;
+
+  /// False only when there is certainly no such file; one that cannot be looked at exists.
+  virtual bool exists(const std::filesystem::path& path) = 0;
+
+  virtual std::string read(const std::filesystem::path& path) = 0;
+
+  /// Writes a file that must not exist yet, mode 0600, and flushes it to the disk. After a failure part of
+  /// it may be there.
+  virtual void create(const std::filesystem::path& path, std::string_view bytes) = 0;
+
+  /// Replaces `to` in one step.
+  virtual void rename(const std::filesystem::path& from, const std::filesystem::path& to) = 0;
+
+  /// Succeeds also when there is no such file.
+  virtual void remove(const std::filesystem::path& path) = 0;
+
+  virtual void setMode(const std::filesystem::path& path, mode_t mode) = 0;
+
+  /// Creates the directory and those above it that are missing.
+  virtual void createDirectories(const std::filesystem::path& path) = 0;
+
+  /// Flushes a directory's entries to the disk, so that a rename survives a power failure.
+  virtual void flushDirectory(const std::filesystem::path& path) = 0;
+};
+
+/// The real one. It has no state.
+class PosixStoreFileSystem final : public StoreFileSystem {
+ public:
+  bool exists(const std::filesystem::path& path) override;
+  std::string read(const std::filesystem::path& path) override;
+  void create(const std::filesystem::path& path, std::string_view bytes) override;
+  void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+  void remove(const std::filesystem::path& path) override;
+  void setMode(const std::filesystem::path& path, mode_t mode) override;
+  void createDirectories(const std::filesystem::path& path) override;
+  void flushDirectory(const std::filesystem::path& path) override;
+};
+
+}  // namespace velmora
