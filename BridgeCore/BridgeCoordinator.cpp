@@ -166,10 +166,7 @@ TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission per
   return setPermission(permission, sessionId);
 }
 
-void BridgeCoordinator::clearHistory() {
-  recorder_.replace({});
-  historyStore_.deleteFile();
-}
+void BridgeCoordinator::clearHistory() { recorder_.clear(historyStore_); }
 
 template <class Payload, class Work>
 ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {

@@ -6,18 +6,13 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <functional>
-#include <map>
 #include <optional>
-#include <string>
 #include <utility>
 
+#include "BridgeModels/Environment.h"
 #include "LocalControl/FileDescriptor.h"
 
 namespace velmora {
-
-/// The variables of a process's environment.
-using Environment = std::map<std::string, std::string, std::less<>>;
 
 namespace SocketPlatform {
 
