@@ -1,0 +1,126 @@
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/Json/JsonReader.h"
+#include "LocalControl/LocalControlRouter.h"
+#include "tests/support/CoreFixture.h"
+#include "tests/support/Golden.h"
+
+namespace velmora {
+namespace {
+
+using testing::numberedUuid;
+
+class LocalControlRouterTest : public testing::CoreFixture {
+ protected:
+  LocalControlResponse route(ToolName tool, JSONObject arguments, std::int64_t version = 1) {
+    return router.route({.protocolVersion = version,
+                         .requestId = numberedUuid(500),
+                         .client = {"some client", "1.0", 42},
+                         .operation = tool,
+                         .arguments = std::move(arguments)});
+  }
+
+  RequestRecorder recorder{time.clock()};
+  HistoryStore historyStore{files, directory.path() / "Velmora" / "history.json"};
+  BridgeCoordinator coordinator{terminal,      registry,     state,       recorder,
+                                settingsStore, historyStore, time.clock()};
+  LocalControlRouter router{coordinator};
+};
+
+TEST_F(LocalControlRouterTest, RefusesEveryOtherVersionWithoutTheCoordinator) {
+  for (const std::int64_t version : {0, 2, -1}) {
+    EXPECT_EQ(
+        route(ToolName::readOutput, {}, version),
+        (LocalControlResponse{
+            .requestId = numberedUuid(500),
+            .ok = false,
+            .error = StructuredError{.code = ErrorCode::invalidArgument,
+                                     .message = "Unsupported local control protocol version.",
+                                     .operation = "terminal_read_output",
+                                     .retryable = false,
+                                     .recoverySuggestion = "Correct the request arguments and try again."}}));
+  }
+  EXPECT_TRUE(recorder.snapshot().empty());
+}
+
+TEST_F(LocalControlRouterTest, IgnoresTheArgumentsOfToolsThatTakeNone) {
+  registerTab();
+  EXPECT_TRUE(route(ToolName::status, {{"x", 1}}).ok);
+  EXPECT_TRUE(route(ToolName::getActiveSession, {{"sessionId", 7}}).ok);
+}
+
+TEST_F(LocalControlRouterTest, UndecodableArgumentsNeverReachTheCoordinator) {
+  const JSONObject target{{"sessionId", numberedUuid(1).toString()}};
+  const std::vector<std::pair<ToolName, JSONObject>> cases = {
+      {ToolName::sendKey, {{"key", "tab"}}},
+      {ToolName::sendKey, {{"sessionId", numberedUuid(1).toString()}, {"key", "Tab"}}},
+      {ToolName::sendCommand, {{"sessionId", "no uuid"}, {"command", "ls"}}},
+      {ToolName::sendCommand, {{"sessionId", numberedUuid(1).toString()}, {"command", 7}}},
+      {ToolName::readOutput, {{"sessionId", numberedUuid(1).toString()}, {"maxCharacters", 1.5}}},
+      {ToolName::listSessions, {{"includeBusy", "yes"}}},
+      {ToolName::createSession, {{"kind", "Window"}}},
+      {ToolName::captureScreen, {}},
+      {ToolName::focusSession, {}},
+  };
+  for (const auto& [tool, arguments] : cases) {
+    const auto response = route(tool, arguments);
+    EXPECT_FALSE(response.ok);
+    ASSERT_TRUE(response.error);
+    EXPECT_EQ(response.error->message, "Tool arguments could not be decoded using the advertised schema.");
+    EXPECT_EQ(response.error->operation, wireName(tool));
+    EXPECT_EQ(response.error->session, std::nullopt);
+  }
+  EXPECT_TRUE(recorder.snapshot().empty());
+}
+
+TEST_F(LocalControlRouterTest, PassesTheClientOnWithoutItsProcess) {
+  route(ToolName::listSessions, {});
+  EXPECT_EQ(recorder.snapshot()[0].client, (ClientIdentitySummary{"some client", "1.0"}));
+}
+
+TEST_F(LocalControlRouterTest, CarriesThePayloadAsAnObject) {
+  const auto id = registerTab();
+  const auto response = route(ToolName::readOutput, {{"sessionId", id.toString()}});
+  ASSERT_TRUE(response.data && response.data->object());
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : *response.data->object()) keys.push_back(key);
+  EXPECT_EQ(keys,
+            (std::vector<std::string>{"returnedCharacters", "sessionId", "source", "text", "truncated"}));
+}
+
+TEST_F(LocalControlRouterTest, EveryToolsResponseIsPinned) {
+  const auto id = registerTab().toString();
+  const auto pin = [&](ToolName tool, JSONObject arguments) {
+    const auto response = route(tool, std::move(arguments));
+    EXPECT_TRUE(response.ok) << wireName(tool);
+    testing::expectGolden("responses/" + std::string(wireName(tool)) + ".json", encodeJson(response));
+    EXPECT_EQ(decodeJson<LocalControlResponse>(encodeJson(response)), response);
+  };
+  time.advance(0.25);
+  pin(ToolName::status, {});
+  pin(ToolName::listSessions, {});
+  pin(ToolName::getActiveSession, {});
+  pin(ToolName::createSession, {});
+  pin(ToolName::sendCommand, {{"sessionId", id}, {"command", "ls"}});
+  pin(ToolName::sendKey, {{"sessionId", id}, {"key", "return"}, {"repeatCount", 2}});
+  pin(ToolName::readOutput, {{"sessionId", id}, {"maxCharacters", 3}});
+  pin(ToolName::captureScreen, {{"sessionId", id}});
+  pin(ToolName::focusSession, {{"sessionId", id}});
+}
+
+TEST_F(LocalControlRouterTest, AFailureCarriesItsErrorAndNoData) {
+  const auto response = route(ToolName::focusSession, {{"sessionId", numberedUuid(99).toString()}});
+  EXPECT_FALSE(response.ok);
+  EXPECT_FALSE(response.data);
+  EXPECT_EQ(response.error->code, ErrorCode::sessionNotFound);
+  testing::expectGolden("responses/failure.json", encodeJson(response));
+}
+
+TEST_F(LocalControlRouterTest, ValuesOutOfRangeAreRefusedFurtherIn) {
+  const auto response =
+      route(ToolName::readOutput, {{"sessionId", numberedUuid(99).toString()}, {"maxCharacters", 0}});
+  EXPECT_EQ(response.error->message, "maxCharacters must be between 1 and 50000.");
+  EXPECT_EQ(recorder.snapshot().size(), 1u);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <future>
+#include <optional>
+
+#include "LocalControl/LocalControlClient.h"
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/LocalControlServer.h"
+#include "LocalControl/UnixSocketClient.h"
+#include "tests/LocalControl/OtherUser.h"
+#include "tests/LocalControl/SocketTesting.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+using namespace std::string_literals;
+
+LocalControlResponse echo(const LocalControlRequest& request) {
+  LocalControlResponse response;
+  response.requestId = request.requestId;
+  response.ok = true;
+  response.data = request.arguments;
+  return response;
+}
+
+class LocalControlServerTest : public ::testing::Test {
+ protected:
+  void SetUp() override { start(echo); }
+
+  void start(LocalControlHandler handler) {
+    server_.emplace(std::move(handler), socket_);
+    server_->start();
+  }
+  UnixSocketConnection connected() const { return UnixSocketClient::connect(socket_); }
+
+  static std::string answerOn(UnixSocketConnection& connection, const LocalControlRequest& request) {
+    connection.writeFrame(LocalControlCodec::frame(request));
+    return connection.readFrame();
+  }
+  static std::string expectedAnswerTo(const LocalControlRequest& request) {
+    return LocalControlCodec::frame(echo(request));
+  }
+
+  // Writes `bytes` and expects the server to close without an answer, and to serve others all the same.
+  void expectSilentEndAfter(const std::string& bytes) {
+    auto other = connected();
+    EXPECT_EQ(answerOn(other, sampleRequest("before")), expectedAnswerTo(sampleRequest("before")));
+    auto bad = connected();
+    bad.writeFrame(bytes);
+    EXPECT_EQ(errorOf<UnixSocketError>([&] { bad.readFrame(); }), UnixSocketError::disconnected());
+    EXPECT_EQ(answerOn(other, sampleRequest("after")), expectedAnswerTo(sampleRequest("after")));
+    auto next = connected();
+    EXPECT_EQ(answerOn(next, sampleRequest("next")), expectedAnswerTo(sampleRequest("next")));
+  }
+
+  TemporaryDirectory temporary_;
+  const std::filesystem::path socket_ = temporary_ / "d" / "control-v1.sock";
+  std::optional<LocalControlServer> server_;
+};
+
+TEST_F(LocalControlServerTest, AnswersARequest) {
+  LocalControlClient client(socket_);
+  EXPECT_EQ(client.send(sampleRequest()), echo(sampleRequest()));
+}
+
+TEST_F(LocalControlServerTest, AnswersTwoRequestsSentBackToBackInOrder) {
+  auto connection = connected();
+  connection.writeFrame(LocalControlCodec::frame(sampleRequest("first")) +
+                        LocalControlCodec::frame(sampleRequest("second")));
+  EXPECT_EQ(connection.readFrame(), expectedAnswerTo(sampleRequest("first")));
+  EXPECT_EQ(connection.readFrame(), expectedAnswerTo(sampleRequest("second")));
+}
+
+TEST_F(LocalControlServerTest, AnswersARequestThatArrivesOneByteAtATime) {
+  auto connection = connected();
+  for (const char byte : LocalControlCodec::frame(sampleRequest())) connection.writeFrame({&byte, 1});
+  EXPECT_EQ(connection.readFrame(), expectedAnswerTo(sampleRequest()));
+}
+
+TEST_F(LocalControlServerTest, PassesOtherProtocolVersionsToTheHandler) {
+  auto request = sampleRequest();
+  request.protocolVersion = 2;
+  auto connection = connected();
+  EXPECT_EQ(answerOn(connection, request), expectedAnswerTo(request));
+}
+
+TEST_F(LocalControlServerTest, ServesAConnectionWhileAnotherWaitsForItsAnswer) {
+  std::promise<void> entered;
+  std::promise<void> released;
+  server_.reset();
+  start([&](const LocalControlRequest& request) {
+    if (request.arguments.at("command") == JSONValue("slow")) {
+      entered.set_value();
+      released.get_future().wait();
+    }
+    return echo(request);
+  });
+  auto slow = connected();
+  slow.writeFrame(LocalControlCodec::frame(sampleRequest("slow")));
+  entered.get_future().wait();
+  auto quick = connected();
+  EXPECT_EQ(answerOn(quick, sampleRequest("quick")), expectedAnswerTo(sampleRequest("quick")));
+  released.set_value();
+  EXPECT_EQ(slow.readFrame(), expectedAnswerTo(sampleRequest("slow")));
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentAZeroLength) {
+  expectSilentEndAfter("\0\0\0\0"s);
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentALengthOverTheLimit) {
+  expectSilentEndAfter("\0\x10\0\1"s);
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentGarbage) {
+  expectSilentEndAfter("GET / HTTP/1.1\r\n\r\n");
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoUtf8) { expectSilentEndAfter("\0\0\0\1\xFF"s); }
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoJson) { expectSilentEndAfter("\0\0\0\1{"s); }
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoRequest) {
+  expectSilentEndAfter("\0\0\0\2{}"s);
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseAnswerIsTooLarge) {
+  server_.reset();
+  start([](const LocalControlRequest& request) {
+    auto response = echo(request);
+    if (request.arguments.at("command") == JSONValue("large")) {
+      response.data = std::string(LocalControlCodec::maximumPayloadSize, 'x');
+    }
+    return response;
+  });
+  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("large")));
+}
+
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseHandlerThrows) {
+  server_.reset();
+  start([](const LocalControlRequest& request) {
+    if (request.arguments.at("command") == JSONValue("throw")) throw std::runtime_error("handler");
+    return echo(request);
+  });
+  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("throw")));
+}
+
+TEST_F(LocalControlServerTest, SurvivesAPeerThatLeavesBeforeItsAnswer) {
+  std::promise<void> entered;
+  std::promise<void> left;
+  server_.reset();
+  start([&](const LocalControlRequest& request) {
+    if (request.arguments.at("command") == JSONValue("leave")) {
+      entered.set_value();
+      left.get_future().wait();
+    }
+    return echo(request);
+  });
+  {
+    auto leaving = connected();
+    leaving.writeFrame(LocalControlCodec::frame(sampleRequest("leave")));
+    entered.get_future().wait();
+  }
+  left.set_value();
+  auto next = connected();
+  EXPECT_EQ(answerOn(next, sampleRequest()), expectedAnswerTo(sampleRequest()));
+}
+
+TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAcceptFailsAndServesOnWhomItServes) {
+  auto served = connected();
+  EXPECT_EQ(answerOn(served, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  FileDescriptor late = SocketPlatform::openStreamSocket();
+  {
+    const NoMoreDescriptors limit;
+    const auto address = UnixSocketEndpoint::address(socket_);
+    ASSERT_EQ(
+        ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
+        0);
+    yieldUntil([this] { return !server_->isAccepting(); });
+  }
+  server_->start();
+  EXPECT_FALSE(server_->isAccepting());
+  EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
+  // Nobody has taken this one, and with the server it goes.
+  UnixSocketConnection waiting(std::move(late));
+  waiting.writeFrame(LocalControlCodec::frame(sampleRequest()));
+  server_.reset();
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { waiting.readFrame(); }), UnixSocketError::disconnected());
+}
+
+TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAPeerIsOfAnotherUser) {
+  auto served = connected();
+  EXPECT_EQ(answerOn(served, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  if (::geteuid() == 0) {
+    openToEveryone(temporary_, socket_.parent_path(), socket_);
+    const OtherUser stranger(socket_);
+    EXPECT_EQ(stranger.outcome(), OtherUser::closedByServer);
+    yieldUntil([this] { return !server_->isAccepting(); });
+    EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
+    auto late = connected();
+    late.writeFrame(LocalControlCodec::frame(sampleRequest()));
+    server_.reset();
+    EXPECT_EQ(errorOf<UnixSocketError>([&] { late.readFrame(); }), UnixSocketError::disconnected());
+  }
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { served.verifyPeer(::geteuid() + 1); }),
+            UnixSocketError::peerRejected());
+}
+
+TEST_F(LocalControlServerTest, ServesConnectionsThatWaitedForItsStart) {
+  server_.reset();
+  server_.emplace(echo, socket_);
+  EXPECT_FALSE(server_->isAccepting());
+  auto early = connected();
+  early.writeFrame(LocalControlCodec::frame(sampleRequest()));
+  server_->start();
+  EXPECT_TRUE(server_->isAccepting());
+  EXPECT_EQ(early.readFrame(), expectedAnswerTo(sampleRequest()));
+}
+
+TEST_F(LocalControlServerTest, AcceptsNoMoreAfterStopAndServesOnWhomItServes) {
+  auto served = connected();
+  EXPECT_EQ(answerOn(served, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  server_->stop();
+  EXPECT_FALSE(server_->isAccepting());
+  EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
+  server_->start();
+  EXPECT_FALSE(server_->isAccepting());
+}
+
+TEST_F(LocalControlServerTest, EndsWithReadersBlockedBeforeAndInsideAFrame) {
+  auto idle = connected();
+  EXPECT_EQ(answerOn(idle, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  auto half = connected();
+  EXPECT_EQ(answerOn(half, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  half.writeFrame("\0\0"s);
+  server_.reset();
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { idle.readFrame(); }), UnixSocketError::disconnected());
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { half.readFrame(); }), UnixSocketError::disconnected());
+}
+
+TEST_F(LocalControlServerTest, EndsWithAWriterBlockedByAPeerThatDoesNotRead) {
+  std::promise<void> entered;
+  server_.reset();
+  start([&](const LocalControlRequest& request) {
+    entered.set_value();
+    auto response = echo(request);
+    response.data = std::string(LocalControlCodec::maximumPayloadSize - 1000, 'x');
+    return response;
+  });
+  auto connection = connected();
+  connection.writeFrame(LocalControlCodec::frame(sampleRequest()));
+  entered.get_future().wait();
+  yieldUntil([&] { return waitingBytes(connection.descriptor()) > 0; });
+  server_.reset();
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { connection.readFrame(); }), UnixSocketError::disconnected());
+}
+
+TEST_F(LocalControlServerTest, RemovesItsSocketWhenDestroyed) {
+  EXPECT_TRUE(std::filesystem::is_socket(socket_));
+  server_.reset();
+  EXPECT_FALSE(std::filesystem::exists(socket_));
+}
+
+TEST_F(LocalControlServerTest, EndsWithoutHavingStarted) {
+  server_.reset();
+  server_.emplace(echo, socket_);
+  server_.reset();
+  EXPECT_FALSE(std::filesystem::exists(socket_));
+}
+
+TEST_F(LocalControlServerTest, PassesTheSocketsErrorsOn) {
+  std::ofstream(temporary_ / "file") << "kept";
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { LocalControlServer(echo, temporary_ / "file"); }),
+            UnixSocketError::unsafeEndpoint());
+}
+
+}  // namespace
+}  // namespace velmora
