@@ -1,0 +1,24 @@
+#include <fcntl.h>
+#include <sys/pidfd.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+#include "TerminalAutomation/Tmux/ChildPlatform.h"
+
+namespace velmora {
+
+std::array<int, 2> closeOnExecPipe() {
+  std::array<int, 2> ends{};
+  if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category(), "pipe2");
+  return ends;
+}
+
+void keepOnlyStandardStreams(posix_spawn_file_actions_t& actions, short&) {
+  posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+}
+
+int exitDescriptor(pid_t process) { return pidfd_open(process, 0); }
+
+}  // namespace velmora

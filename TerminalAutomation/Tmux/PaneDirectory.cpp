@@ -1,0 +1,106 @@
+#include "TerminalAutomation/Tmux/PaneDirectory.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+namespace velmora {
+
+namespace {
+
+/// Smaller comes nearer to the front.
+using RowRank = std::tuple<std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t>;
+
+std::vector<ClientRow> byLatestActivity(std::vector<ClientRow> clients) {
+  std::stable_sort(clients.begin(), clients.end(), [](const ClientRow& left, const ClientRow& right) {
+    return std::tie(left.activity, left.created) > std::tie(right.activity, right.created);
+  });
+  return clients;
+}
+
+RowRank rankOf(const PaneRow& row, const std::vector<ClientRow>& clients) {
+  std::int64_t shown = std::numeric_limits<std::int64_t>::max();
+  for (std::size_t i = 0; i < clients.size(); ++i) {
+    if (clients[i].session == row.session && clients[i].window == row.window) {
+      shown = static_cast<std::int64_t>(i);
+      break;
+    }
+  }
+  return {shown, -row.sessionActivity, row.session, row.stackIndex, row.window};
+}
+
+}  // namespace
+
+std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing) {
+  const std::vector<ClientRow> clients = byLatestActivity(listing.clients);
+
+  struct Window {
+    RowRank rank;
+    std::int64_t session;
+  };
+  std::map<std::int64_t, Window> windows;
+  std::map<std::string, std::pair<bool, std::int64_t>> owners;  // tty: alive, pane; the greater one has it
+  for (const PaneRow& row : listing.panes) {
+    const RowRank rank = rankOf(row, clients);
+    const auto [window, isNew] = windows.try_emplace(row.window, Window{rank, row.session});
+    if (!isNew && rank < window->second.rank) window->second = {rank, row.session};
+    auto& owner = owners[row.tty];
+    owner = std::max(owner, {!row.dead, row.pane});
+  }
+
+  std::vector<std::pair<RowRank, std::int64_t>> order;
+  order.reserve(windows.size());
+  for (const auto& [number, window] : windows) order.emplace_back(window.rank, number);
+  std::sort(order.begin(), order.end());
+  std::map<std::int64_t, std::int64_t> indexes;
+  for (std::size_t i = 0; i < order.size(); ++i) indexes[order[i].second] = static_cast<std::int64_t>(i) + 1;
+
+  std::vector<ArrangedPane> panes;
+  std::map<std::int64_t, std::int64_t> tabs;
+  std::map<std::int64_t, bool> seen;
+  for (const PaneRow& row : listing.panes) {
+    // A session may show one window twice; the first of its rows counts.
+    if (windows.at(row.window).session != row.session || seen[row.pane]) continue;
+    seen[row.pane] = true;
+    const std::int64_t tab = ++tabs[row.window];
+    if (row.tty.empty() || owners.at(row.tty).second != row.pane) continue;
+    panes.push_back({row, indexes.at(row.window), tab});
+  }
+  std::stable_sort(panes.begin(), panes.end(), [](const ArrangedPane& left, const ArrangedPane& right) {
+    return std::tie(left.windowIndex, left.tabIndex) < std::tie(right.windowIndex, right.tabIndex);
+  });
+  return panes;
+}
+
+std::string paneTitle(const PaneRow& row) {
+  // Until a program sets a title, tmux gives the host's name.
+  const bool named =
+      !row.title.empty() && row.title != row.host && row.title != row.host.substr(0, row.host.find('.'));
+  const std::string& title = named ? row.title : row.windowName;
+  return title.empty() ? row.sessionName : row.sessionName + ": " + title;
+}
+
+std::int64_t WindowIds::windowId(const PaneRow& row) {
+  constexpr std::int64_t startRange = std::int64_t{1} << 29;
+  constexpr std::int64_t numberRange = std::int64_t{1} << 24;
+  // Generations lie twelve days apart, so that they do not meet another server's start.
+  constexpr std::int64_t generationStep = std::int64_t{1} << 20;
+
+  if (occupants_.size() >= mostRemembered) {
+    std::erase_if(occupants_,
+                  [&row](const auto& entry) { return entry.second.serverProcess != row.serverProcess; });
+    if (occupants_.size() >= mostRemembered) occupants_.erase(occupants_.begin());
+  }
+  const auto [entry, isNew] =
+      occupants_.try_emplace({row.serverStart, row.window, row.tty},
+                             Occupant{row.pane, row.process, row.serverProcess, /*generation=*/0});
+  Occupant& occupant = entry->second;
+  if (occupant.pane != row.pane || occupant.process != row.process ||
+      occupant.serverProcess != row.serverProcess) {
+    occupant = {row.pane, row.process, row.serverProcess, occupant.generation + 1};
+  }
+  const std::int64_t start = (row.serverStart + occupant.generation * generationStep) % startRange;
+  return start * numberRange + row.window % numberRange;
+}
+
+}  // namespace velmora

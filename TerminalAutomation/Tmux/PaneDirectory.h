@@ -1,0 +1,53 @@
+// Turns tmux's rows into tabs: each pane once, windows from the front to the back, ids that never name
+// another shell.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "TerminalAutomation/Tmux/TmuxRows.h"
+
+namespace velmora {
+
+struct ArrangedPane {
+  PaneRow row;
+  std::int64_t windowIndex = 0;  ///< From 1, the window that the user looked at last.
+  std::int64_t tabIndex = 0;     ///< From 1, in the order of the window's panes.
+};
+
+/// Windows that an attached client shows come first, the one with the latest key press in front; then the
+/// others, by session and by how lately they were current there. A window in several sessions has the row
+/// of the one that comes first. Panes without a terminal, and dead ones whose terminal has gone to another
+/// pane, are left out.
+std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing);
+
+/// "session: what the program calls itself", or the window's name when it does not.
+std::string paneTitle(const PaneRow& row);
+
+/// Hands out window ids. tmux numbers the windows of each server from 0 and the system uses terminal names
+/// again, so the id carries the server's start, and changes when another program has taken a terminal over
+/// within the same window. Not thread-safe.
+class WindowIds {
+ public:
+  /// (start mod 2^29) * 2^24 + number: 53 bits.
+  std::int64_t windowId(const PaneRow& row);
+
+ private:
+  struct Occupant {
+    std::int64_t pane;
+    pid_t process;
+    pid_t serverProcess;
+    std::int64_t generation;  ///< How many others had the terminal in this window before.
+  };
+
+  static constexpr std::size_t mostRemembered = 20'000;
+
+  std::map<std::tuple<std::int64_t, std::int64_t, std::string>, Occupant> occupants_;  // start, window, tty
+};
+
+}  // namespace velmora

@@ -1,0 +1,42 @@
+// What the system knows of the program in a pane. One .cpp file per platform.
+#pragma once
+
+#include <sys/types.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmora {
+
+struct ProcessState {
+  std::string name{};  ///< Of the executable, without its folder.
+  pid_t group = 0;
+  pid_t foregroundGroup = 0;  ///< The group that its terminal listens to.
+  bool running = false;       ///< On the processor or waiting for it, not for an event.
+
+  bool operator==(const ProcessState&) const = default;
+};
+
+/// Implementations are thread-safe and answer "nothing" rather than fail.
+class ProcessTable {
+ public:
+  virtual ~ProcessTable() = default;
+
+  virtual std::optional<ProcessState> state(pid_t process) const = 0;
+
+  /// Its argument vector; empty when it cannot be read.
+  virtual std::vector<std::string> arguments(pid_t process) const = 0;
+
+  /// Whether the terminal collects whole lines itself (ICANON), which line editors switch off.
+  virtual std::optional<bool> collectsLines(const std::string& tty) const = 0;
+};
+
+/// The system's own table.
+std::unique_ptr<ProcessTable> systemProcessTable();
+
+/// The part that the platforms share: asks the terminal itself.
+std::optional<bool> terminalCollectsLines(const std::string& tty);
+
+}  // namespace velmora

@@ -1,0 +1,76 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <charconv>
+#include <string_view>
+
+#include "TerminalAutomation/Tmux/ProcessTable.h"
+
+namespace velmora {
+
+namespace {
+
+std::string readProcFile(pid_t process, const char* name) {
+  std::string content;
+  const std::string path = "/proc/" + std::to_string(process) + "/" + name;
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) return content;
+  std::array<char, 4096> block;
+  ssize_t count = 0;
+  // An argument list can be long; its beginning says enough.
+  while (content.size() < 65536 && (count = read(file, block.data(), block.size())) > 0) {
+    content.append(block.data(), static_cast<std::size_t>(count));
+  }
+  close(file);
+  return content;
+}
+
+class ProcFs final : public ProcessTable {
+ public:
+  std::optional<ProcessState> state(pid_t process) const override {
+    // "pid (name) state ppid pgrp session tty_nr tpgid ...": the name may hold anything, also ')'.
+    const std::string stat = readProcFile(process, "stat");
+    const std::size_t open = stat.find('(');
+    const std::size_t close = stat.rfind(')');
+    if (open == std::string::npos || close == std::string::npos || close < open || close + 2 >= stat.size()) {
+      return std::nullopt;
+    }
+    ProcessState result;
+    result.name = stat.substr(open + 1, close - open - 1);
+    std::string_view rest = std::string_view(stat).substr(close + 2);
+    result.running = rest.front() == 'R';
+    rest.remove_prefix(1);
+    std::array<pid_t, 5> numbers{};  // ppid, pgrp, session, tty_nr, tpgid
+    for (pid_t& number : numbers) {
+      while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
+      const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+      if (error != std::errc()) return std::nullopt;
+      rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+    }
+    result.group = numbers[1];
+    result.foregroundGroup = numbers[4];
+    return result;
+  }
+
+  std::vector<std::string> arguments(pid_t process) const override {
+    const std::string content = readProcFile(process, "cmdline");
+    std::vector<std::string> result;
+    for (std::size_t start = 0; start < content.size();) {
+      const std::size_t end = std::min(content.find('\0', start), content.size());
+      result.push_back(content.substr(start, end - start));
+      start = end + 1;
+    }
+    return result;
+  }
+
+  std::optional<bool> collectsLines(const std::string& tty) const override {
+    return terminalCollectsLines(tty);
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<ProcessTable> systemProcessTable() { return std::make_unique<ProcFs>(); }
+
+}  // namespace velmora

@@ -1,0 +1,206 @@
+#include "TerminalAutomation/Tmux/TmuxErrors.h"
+
+#include "BridgeModels/Utf8.h"
+
+namespace velmora {
+
+namespace {
+
+StructuredError make(ErrorCode code, std::string message, std::string_view operation, bool retryable,
+                     std::string suggestion) {
+  return {.code = code,
+          .message = std::move(message),
+          .operation = std::string(operation),
+          .session = std::nullopt,
+          .retryable = retryable,
+          .recoverySuggestion = std::move(suggestion)};
+}
+
+StructuredError notPermitted(std::string message, std::string_view operation, std::string suggestion) {
+  return make(ErrorCode::automationPermissionDenied, std::move(message), operation, /*retryable=*/false,
+              std::move(suggestion));
+}
+
+/// For a call that broke off: what happened, and what the user should know of its effect.
+StructuredError brokenOff(std::string message, std::string_view operation, TmuxEffect effect,
+                          std::string suggestion) {
+  switch (effect) {
+    case TmuxEffect::none:
+      return make(ErrorCode::terminalNotAvailable, std::move(message), operation, /*retryable=*/true,
+                  std::move(suggestion));
+    case TmuxEffect::created:
+      return make(ErrorCode::terminalNotAvailable,
+                  message + " It is unknown whether the session was created.", operation, /*retryable=*/false,
+                  "List the sessions before you create another one.");
+    case TmuxEffect::typed:
+      break;
+  }
+  // Repeating at once could run a command twice.
+  return make(ErrorCode::terminalNotAvailable,
+              message + " The outcome is unknown: the input may have been typed.", operation,
+              /*retryable=*/false, "Read the session's output to see what happened before you send again.");
+}
+
+std::string firstLine(std::string_view text) {
+  constexpr std::size_t longest = 200;
+  return repairUtf8(text.substr(0, std::min(text.find('\n'), longest)));
+}
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+StructuredError refusal(const TmuxAnswer& answer, std::string_view operation, TmuxEffect effect) {
+  const std::string_view error = answer.errorOutput;
+  if (contains(error, "Permission denied") || contains(error, "unsafe permissions")) {
+    return notPermitted("tmux refused the connection: " + firstLine(error) + ".", operation,
+                        "Check the owner and the permissions of the tmux socket and its folder.");
+  }
+  if (contains(error, "access not allowed")) {
+    return notPermitted("The tmux server does not admit this user.", operation,
+                        "Allow the user with tmux server-access -a, then retry.");
+  }
+  if (contains(error, "client is read-only")) {
+    return notPermitted("The tmux server admits this user for reading only.", operation,
+                        "Allow writing with tmux server-access -w, then retry.");
+  }
+  if (contains(error, "no server running") || contains(error, "No such file or directory") ||
+      contains(error, "Connection refused")) {
+    return tmuxError::notRunning(operation);
+  }
+  if (contains(error, "too old for client") || contains(error, "protocol version mismatch")) {
+    return tmuxError::versionsMixed("", operation);
+  }
+  if (saysServerLost(answer)) {
+    if (effect == TmuxEffect::none) return tmuxError::notRunning(operation);
+    return brokenOff("The tmux server ended during the call.", operation, effect, "");
+  }
+  return make(ErrorCode::appleScriptExecutionFailed,
+              "tmux could not complete the operation" + (error.empty() ? "." : ": " + firstLine(error) + "."),
+              operation, /*retryable=*/true, "Check the tmux server, then retry.");
+}
+
+}  // namespace
+
+std::optional<StructuredError> tmuxFailure(const TmuxAnswer& answer, std::string_view operation,
+                                           TmuxEffect effect) {
+  switch (answer.end) {
+    case TmuxAnswer::End::exited:
+      if (answer.exitStatus == 0 && answer.errorOutput.empty()) return std::nullopt;
+      return refusal(answer, operation, effect);
+    case TmuxAnswer::End::timedOut:
+      return brokenOff("tmux did not answer in time.", operation, effect,
+                       "Check that the tmux server responds, then retry.");
+    case TmuxAnswer::End::cancelled:
+      return brokenOff("Velmora is shutting down.", operation, effect, "Start Velmora again, then retry.");
+    case TmuxAnswer::End::outputTooLarge:
+      return make(ErrorCode::outputUnavailable, "The terminal's history is too large to be read.", operation,
+                  /*retryable=*/true,
+                  "Retry with visible output, or clear the history with tmux clear-history.");
+    case TmuxAnswer::End::notInstalled:
+      return make(ErrorCode::terminalNotAvailable, answer.errorOutput, operation, /*retryable=*/true,
+                  "Install tmux 3.2 or newer, then retry.");
+    case TmuxAnswer::End::unsafeSocket:
+      break;
+  }
+  return notPermitted(answer.errorOutput + ".", operation,
+                      "Make the folder and the socket your own and private (chmod 700), then retry.");
+}
+
+bool saysNoSessions(const TmuxAnswer& answer) {
+  return answer.end == TmuxAnswer::End::exited && answer.exitStatus == 1 &&
+         (contains(answer.errorOutput, "no current target") ||
+          contains(answer.errorOutput, "no current session") || contains(answer.errorOutput, "no sessions"));
+}
+
+bool saysServerLost(const TmuxAnswer& answer) {
+  return answer.end == TmuxAnswer::End::exited &&
+         (contains(answer.errorOutput, "server exited") || contains(answer.errorOutput, "lost server"));
+}
+
+namespace tmuxError {
+
+StructuredError notRunning(std::string_view operation) {
+  return make(ErrorCode::terminalNotRunning, "No tmux server is running.", operation, /*retryable=*/true,
+              "Create a session with terminal_create_session or start tmux, then retry.");
+}
+
+StructuredError versionTooOld(std::string_view version, std::string_view operation) {
+  return make(ErrorCode::terminalNotAvailable,
+              "tmux " + std::string(version) + " is too old; Velmora needs 3.2 or newer.", operation,
+              /*retryable=*/false, "Install a newer tmux and restart its server.");
+}
+
+StructuredError versionsMixed(std::string_view clientVersion, std::string_view operation) {
+  const std::string program =
+      clientVersion.empty() ? "the installed program" : "the program " + std::string(clientVersion);
+  return make(ErrorCode::terminalNotAvailable,
+              "The running tmux server and " + program + " are of versions that do not work together.",
+              operation,
+              /*retryable=*/false, "End the tmux sessions and restart the tmux server, then retry.");
+}
+
+StructuredError stale(std::string_view operation) {
+  return make(ErrorCode::sessionStale, "The tmux pane of this session is gone or has moved.", operation,
+              /*retryable=*/false, "List sessions and use the newly issued sessionId.");
+}
+
+StructuredError dead(std::string_view operation) {
+  return make(ErrorCode::sessionStale, "The program in this tmux pane has ended.", operation,
+              /*retryable=*/false, "List sessions and choose another one, or create a new one.");
+}
+
+StructuredError inputOff(std::string_view operation) {
+  return make(ErrorCode::sessionNotAllowed, "Input to this tmux pane is switched off.", operation,
+              /*retryable=*/false, "Allow input with tmux select-pane -e, or choose another session.");
+}
+
+StructuredError busy(std::string_view operation) {
+  return make(
+      ErrorCode::sessionBusy, "The terminal session is busy: a program is running in the tmux pane.",
+      operation, /*retryable=*/true,
+      "Wait for the program to finish and retry, or enable busy session input in Velmora settings only when "
+      "you intend to send input to it.");
+}
+
+StructuredError textHasNul(std::string_view operation) {
+  return make(ErrorCode::invalidArgument, "Command must not contain a NUL character.", operation,
+              /*retryable=*/false, "Correct the request arguments and try again.");
+}
+
+StructuredError badRepeatCount(std::string_view operation) {
+  return make(ErrorCode::invalidArgument, "repeatCount must be between 1 and 50.", operation,
+              /*retryable=*/false, "Correct the request arguments and try again.");
+}
+
+StructuredError sessionEndedAtOnce(bool destroyUnattached, std::string_view operation) {
+  return make(ErrorCode::terminalNotAvailable,
+              destroyUnattached
+                  ? "tmux ended the new session at once because its option destroy-unattached is on."
+                  : "The new tmux session ended at once.",
+              operation, /*retryable=*/false,
+              destroyUnattached ? "Switch the option off (tmux set -g destroy-unattached off), then retry."
+                                : "Check that the default shell of tmux starts, then retry.");
+}
+
+StructuredError unreadableAnswer(std::string_view operation) {
+  return make(ErrorCode::appleScriptExecutionFailed, "tmux gave an answer that cannot be understood.",
+              operation,
+              /*retryable=*/true, "Check the tmux server, then retry.");
+}
+
+StructuredError terminalDidNotOpen(std::string_view operation) {
+  return make(ErrorCode::terminalNotAvailable,
+              "The session is selected in tmux, but the desktop's terminal did not show it.", operation,
+              /*retryable=*/true, "Attach to it in a terminal with tmux attach-session.");
+}
+
+StructuredError pictureFailed(std::string_view reason, std::string_view operation) {
+  return make(ErrorCode::screenCaptureUnavailable,
+              "The picture of the tmux pane could not be made: " + firstLine(reason) + ".", operation,
+              /*retryable=*/true, "Check the temporary folder's permissions and free space, then retry.");
+}
+
+}  // namespace tmuxError
+
+}  // namespace velmora

@@ -1,0 +1,76 @@
+#include "TerminalAutomation/Tmux/TmuxExecutor.h"
+
+#include <thread>
+#include <utility>
+
+#include "TerminalAutomation/Tmux/TmuxOperations.h"
+
+namespace velmora {
+
+namespace {
+
+TmuxExecutorOptions completed(TmuxExecutorOptions options) {
+  if (!options.sleep)
+    options.sleep = [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); };
+  if (options.homeDirectory.empty()) {
+    const auto home = options.environment.find("HOME");
+    options.homeDirectory = home == options.environment.end() || home->second.empty() ? "/" : home->second;
+  }
+  return options;
+}
+
+}  // namespace
+
+TmuxExecutor::TmuxExecutor(TmuxExecutorOptions options)
+    : TmuxExecutor(options, TmuxParts::ofSystem(options)) {}
+
+TmuxExecutor::TmuxExecutor(TmuxExecutorOptions options, TmuxParts parts)
+    : options_(completed(std::move(options))),
+      parts_(std::move(parts)),
+      operations_(std::make_unique<TmuxOperations>(options_, parts_)) {}
+
+TmuxExecutor::~TmuxExecutor() { parts_.transport->cancel(); }
+
+std::future<TerminalRuntimeStatus> TmuxExecutor::status() {
+  return executor_.submit([this] { return operations_->status(); });
+}
+
+std::future<std::vector<TerminalTabSnapshot>> TmuxExecutor::listSessions() {
+  return executor_.submit([this] { return operations_->listSessions(); });
+}
+
+std::future<TerminalTabSnapshot> TmuxExecutor::createWindow() {
+  return executor_.submit([this] { return operations_->createWindow(); });
+}
+
+std::future<void> TmuxExecutor::send(std::string command, std::string tty, std::int64_t windowId,
+                                     bool allowBusy) {
+  return executor_.submit([this, command = std::move(command), tty = std::move(tty), windowId, allowBusy] {
+    operations_->sendCommand(command, tty, windowId, allowBusy);
+  });
+}
+
+std::future<void> TmuxExecutor::send(TerminalKey key, std::int64_t repeatCount, std::string tty,
+                                     std::int64_t windowId, bool allowBusy) {
+  return executor_.submit([this, key, repeatCount, tty = std::move(tty), windowId, allowBusy] {
+    operations_->sendKey(key, repeatCount, tty, windowId, allowBusy);
+  });
+}
+
+std::future<TerminalOutput> TmuxExecutor::readOutput(OutputSource source, std::int64_t maxCharacters,
+                                                     std::string tty, std::int64_t windowId) {
+  return executor_.submit([this, source, maxCharacters, tty = std::move(tty), windowId] {
+    return operations_->readOutput(source, maxCharacters, tty, windowId);
+  });
+}
+
+std::future<TerminalScreenCapture> TmuxExecutor::captureScreen(std::string tty, std::int64_t windowId) {
+  return executor_.submit(
+      [this, tty = std::move(tty), windowId] { return operations_->captureScreen(tty, windowId); });
+}
+
+std::future<void> TmuxExecutor::focus(std::string tty, std::int64_t windowId) {
+  return executor_.submit([this, tty = std::move(tty), windowId] { operations_->focus(tty, windowId); });
+}
+
+}  // namespace velmora

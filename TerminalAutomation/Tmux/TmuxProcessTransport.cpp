@@ -1,0 +1,105 @@
+#include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+#include <utility>
+
+#include "TerminalAutomation/Tmux/TmuxSocket.h"
+
+namespace velmora {
+
+namespace {
+
+bool isProgram(const std::filesystem::path& path) {
+  struct stat status {};
+  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+}
+
+bool mayInherit(std::string_view name) {
+  static constexpr std::array<std::string_view, 13> names{
+      "HOME",  "PATH", "USER",    "LOGNAME",         "SHELL",         "LANG",
+      "TERM",  "TZ",   "DISPLAY", "WAYLAND_DISPLAY", "SSH_AUTH_SOCK", "DBUS_SESSION_BUS_ADDRESS",
+      "TMPDIR"};
+  return std::find(names.begin(), names.end(), name) != names.end() || name.starts_with("LC_") ||
+         name.starts_with("XDG_") || name == "XAUTHORITY";
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> findProgram(const std::string& name, const Environment& environment) {
+  std::string folders;
+  if (const auto path = environment.find("PATH"); path != environment.end()) folders = path->second + ":";
+  folders += "/usr/local/bin:/opt/homebrew/bin:/usr/bin:/bin";
+  for (std::size_t start = 0; start <= folders.size();) {
+    const std::size_t end = std::min(folders.find(':', start), folders.size());
+    const std::filesystem::path folder = folders.substr(start, end - start);
+    // An empty or relative entry means the current folder, which is nobody's choice here.
+    if (folder.is_absolute() && isProgram(folder / name)) return folder / name;
+    start = end + 1;
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment) {
+  std::vector<std::string> result;
+  for (const auto& [name, value] : environment) {
+    if (mayInherit(name)) result.push_back(name + "=" + value);
+  }
+  return result;
+}
+
+TmuxProcessTransport::TmuxProcessTransport(Environment environment,
+                                           std::optional<std::filesystem::path> socket,
+                                           std::optional<std::filesystem::path> program)
+    : environment_(std::move(environment)),
+      childEnvironment_(cleanedTmuxEnvironment(environment_)),
+      socket_(chooseTmuxSocket(socket, environment_)),
+      program_(std::move(program)) {}
+
+TmuxAnswer TmuxProcessTransport::run(const TmuxInvocation& invocation) {
+  using End = TmuxAnswer::End;
+  if (auto defect = tmuxSocketDefect(socket_))
+    return {.end = End::unsafeSocket, .errorOutput = std::move(*defect)};
+  const auto program = program_ ? program_ : findProgram("tmux", environment_);
+  if (!program) return {.end = End::notInstalled, .errorOutput = "The program tmux was not found."};
+
+  // -u: UTF-8 whatever the locale.
+  std::vector<std::string> arguments{"-u", "-S", socket_.string()};
+  arguments.insert(arguments.end(), invocation.arguments.begin(), invocation.arguments.end());
+  ChildResult result = runner_.run({.program = *program,
+                                    .arguments = std::move(arguments),
+                                    .environment = childEnvironment_,
+                                    .standardInput = invocation.standardInput,
+                                    .deadline = invocation.deadline,
+                                    .outputLimit = invocation.outputLimit});
+  TmuxAnswer answer{.exitStatus = result.exitStatus,
+                    .output = std::move(result.output),
+                    .errorOutput = std::move(result.errorOutput)};
+  switch (result.end) {
+    case ChildResult::End::exited:
+      answer.end = End::exited;
+      break;
+    case ChildResult::End::timedOut:
+      answer.end = End::timedOut;
+      break;
+    case ChildResult::End::cancelled:
+      answer.end = End::cancelled;
+      break;
+    case ChildResult::End::outputTooLarge:
+      answer.end = End::outputTooLarge;
+      break;
+    case ChildResult::End::notStarted:
+      answer.end = End::notInstalled;
+      answer.errorOutput = "The program " + program->string() +
+                           " could not be started: " + std::strerror(result.startError) + ".";
+      break;
+  }
+  return answer;
+}
+
+}  // namespace velmora

@@ -1,0 +1,70 @@
+// tmux's answer to a listing: one line a pane, one line a client, fields parted by tabs.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmora {
+
+/// A pane of a window of a session. A window that several sessions show has a row for each.
+struct PaneRow {
+  pid_t serverProcess = 0;
+  std::int64_t serverStart = 0;  ///< Unix seconds.
+  std::string version{};
+  std::string host{};
+  std::int64_t session = 0;  ///< The numbers of $1, @2 and %3.
+  std::int64_t window = 0;
+  std::int64_t pane = 0;
+  std::string tty{};
+  pid_t process = 0;  ///< The first process in the pane.
+  bool dead = false;  ///< The program has ended, its text is kept.
+  bool inputOff = false;
+  bool synchronized = false;       ///< What is typed goes to the window's other panes too.
+  bool applicationCursor = false;  ///< Cursor keys send ESC O rather than ESC [.
+  bool active = false;
+  std::int64_t stackIndex = 0;       ///< Of the window in its session, 0 = current, 1 = last, ...
+  std::int64_t sessionActivity = 0;  ///< Unix seconds.
+  std::string sessionName{};
+  std::string windowName{};
+  std::string title{};
+
+  bool operator==(const PaneRow&) const = default;
+};
+
+/// A terminal that shows a window.
+struct ClientRow {
+  std::int64_t activity = 0;  ///< Unix seconds of the last key.
+  std::int64_t created = 0;
+  std::int64_t session = 0;
+  std::int64_t window = 0;
+  std::string name{};
+
+  bool operator==(const ClientRow&) const = default;
+};
+
+struct TmuxListing {
+  std::vector<PaneRow> panes;
+  std::vector<ClientRow> clients;
+};
+
+/// The values of `-F` for list-panes (and new-session -P) and for list-clients. tmux escapes or refuses
+/// tabs and line ends in every field that they name; the freest text stands last.
+const std::string& paneRowFormat();
+const std::string& clientRowFormat();
+
+/// Nothing when any line has another shape: then the answer is not a listing.
+std::optional<TmuxListing> parseListing(std::string_view output);
+
+/// "3.3a" is 303, "next-3.8" 308. Versions without a number ("master") are newer than all others.
+int tmuxVersionNumber(std::string_view version);
+
+inline constexpr int oldestTmuxVersion = 302;
+/// From here on paste-buffer rewrites control characters unless it is told not to.
+inline constexpr int cleaningPasteTmuxVersion = 307;
+
+}  // namespace velmora
