@@ -2,12 +2,10 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
-#include <string>
+
+#include "BridgeModels/Environment.h"
 
 namespace velmora {
-
-using Environment = std::map<std::string, std::string>;
 
 /// The user's directory for application data, from the environment alone. Throws std::runtime_error when
 /// the environment names no home.

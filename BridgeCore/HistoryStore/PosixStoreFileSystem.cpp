@@ -34,13 +34,11 @@ class Descriptor {
 
 bool wasInterrupted(ssize_t result) { return result < 0 && errno == EINTR; }
 
-// Flushes to the disk; false when the file system has no such operation for this kind of file.
-bool flush(const Descriptor& file, const std::filesystem::path& path) {
+void flush(const Descriptor& file, const std::filesystem::path& path) {
   while (::fsync(file.number()) != 0) {
-    if (errno == EINVAL) return false;
+    if (errno == EINVAL) return;  // the file system cannot flush this kind of file
     if (errno != EINTR) fail("flush", path);
   }
-  return true;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "BridgeCore/HistoryStore/RequestRecorder.h"
 
-#include <algorithm>
-
 #include "BridgeCore/HistoryStore/HistoryQuery.h"
 #include "BridgeModels/Text.h"
 
@@ -17,18 +15,10 @@ std::int64_t millisecondsBetween(Date start, Date end) {
   return milliseconds > 0 ? static_cast<std::int64_t>(milliseconds) : 0;
 }
 
-// Records of the same time stay as they are in both directions, so the lists in memory and on disk can be
-// turned into one another any number of times.
-std::vector<MCPRequestRecord> oldestFirst(std::vector<MCPRequestRecord> records) {
-  std::stable_sort(records.begin(), records.end(),
-                   [](const auto& a, const auto& b) { return a.receivedAt < b.receivedAt; });
-  return records;
-}
-
-std::vector<MCPRequestRecord> newestFirst(std::vector<MCPRequestRecord> records) {
-  std::stable_sort(records.begin(), records.end(),
-                   [](const auto& a, const auto& b) { return a.receivedAt > b.receivedAt; });
-  return records;
+// Turns oldest first into newest first and back. Files keep whole seconds only, so sorting by time would mix
+// up the records of a second.
+std::vector<MCPRequestRecord> reversed(const std::vector<MCPRequestRecord>& records) {
+  return {records.rbegin(), records.rend()};
 }
 
 }  // namespace
@@ -84,8 +74,8 @@ void RequestRecorder::persist(HistoryStore& store, const PrivacyRetentionSetting
   std::vector<MCPRequestRecord> retained;
   {
     const MutexLock lock(mutex_);
-    retained = HistoryQueryService::retain(records_, settings, now);
-    setRecords(oldestFirst(retained));
+    retained = HistoryQueryService::retain(reversed(records_), settings, now);
+    setRecords(reversed(retained));
   }
   store.save(std::move(retained), settings);
 }
@@ -102,9 +92,9 @@ void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings&
       }
       if (!settings.storeOutputPreview) record.outputPreview.reset();
     }
-    scrubbed = records_;
+    scrubbed = reversed(records_);
   }
-  store.save(newestFirst(std::move(scrubbed)), settings);
+  store.save(std::move(scrubbed), settings);
 }
 
 void RequestRecorder::clear(HistoryStore& store) {
@@ -123,8 +113,8 @@ void RequestRecorder::replace(std::vector<MCPRequestRecord> records) {
   setRecords(std::move(records));
 }
 
-void RequestRecorder::prepend(std::vector<MCPRequestRecord> loaded) {
-  auto records = oldestFirst(std::move(loaded));
+void RequestRecorder::prepend(const std::vector<MCPRequestRecord>& loaded) {
+  auto records = reversed(loaded);
   const MutexLock lock(mutex_);
   records.insert(records.end(), records_.begin(), records_.end());
   setRecords(std::move(records));

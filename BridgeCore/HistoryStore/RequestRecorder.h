@@ -51,7 +51,7 @@ class RequestRecorder {
   void replace(std::vector<MCPRequestRecord> records);
 
   /// Puts loaded records, newest first as a store returns them, before those of this run.
-  void prepend(std::vector<MCPRequestRecord> loaded);
+  void prepend(const std::vector<MCPRequestRecord>& loaded);
 
  private:
   MCPRequestRecord* find(const Uuid& requestId) VELMORA_REQUIRES(mutex_);

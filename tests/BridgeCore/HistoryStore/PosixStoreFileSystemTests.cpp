@@ -1,0 +1,137 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <system_error>
+#include <thread>
+
+#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+using testing::contentOf;
+using testing::modeOf;
+using testing::namesIn;
+using testing::writeFile;
+
+class PosixStoreFileSystemTest : public ::testing::Test {
+ protected:
+  template <class Work>
+  static std::error_code codeOf(Work work) {
+    try {
+      work();
+    } catch (const std::system_error& error) {
+      return error.code();
+    }
+    return {};
+  }
+
+  TemporaryDirectory directory;
+  PosixStoreFileSystem files;
+};
+
+TEST_F(PosixStoreFileSystemTest, SeesWhatIsThereAndWhatIsNot) {
+  writeFile(directory / "file", "x");
+  std::filesystem::create_symlink(directory / "nowhere", directory / "dangling");
+  EXPECT_TRUE(files.exists(directory / "file"));
+  EXPECT_TRUE(files.exists(directory.path()));
+  EXPECT_FALSE(files.exists(directory / "none"));
+  EXPECT_FALSE(files.exists(directory / "none" / "deeper"));
+  EXPECT_FALSE(files.exists(directory / "file" / "below a file"));
+  EXPECT_FALSE(files.exists(directory / "dangling"));
+}
+
+TEST_F(PosixStoreFileSystemTest, CountsAFileThatCannotBeLookedAtAsThere) {
+  std::filesystem::create_symlink(directory / "loop", directory / "loop");
+  EXPECT_TRUE(files.exists(directory / "loop"));
+}
+
+TEST_F(PosixStoreFileSystemTest, ReadsWholeFilesOfAnySize) {
+  for (const std::size_t size : {0u, 1u, 4096u, 1'000'003u}) {
+    std::string content(size, 'a');
+    if (size > 0) content.back() = '\0';
+    writeFile(directory / "file", content);
+    EXPECT_TRUE(files.read(directory / "file") == content) << size;
+  }
+}
+
+TEST_F(PosixStoreFileSystemTest, ReadsAFileWhoseSizeIsNotTold) {
+  const auto fifo = directory / "fifo";
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  const std::string content(100'000, 'x');
+  std::thread writer([&] { writeFile(fifo, content); });
+  EXPECT_TRUE(files.read(fifo) == content);
+  writer.join();
+}
+
+TEST_F(PosixStoreFileSystemTest, ReportsWhatCannotBeRead) {
+  EXPECT_EQ(codeOf([&] { files.read(directory / "none"); }), std::errc::no_such_file_or_directory);
+  EXPECT_EQ(codeOf([&] { files.read(directory.path()); }), std::errc::is_a_directory);
+}
+
+TEST_F(PosixStoreFileSystemTest, CreatesFilesForTheUserAloneWhateverTheMask) {
+  const auto mask = ::umask(0);
+  files.create(directory / "file", "content");
+  ::umask(mask);
+  EXPECT_EQ(contentOf(directory / "file"), "content");
+  EXPECT_EQ(modeOf(directory / "file"), 0600u);
+}
+
+TEST_F(PosixStoreFileSystemTest, CreatesNothingWhereSomethingStands) {
+  writeFile(directory / "file", "old");
+  std::filesystem::create_symlink(directory / "target", directory / "link");
+  EXPECT_EQ(codeOf([&] { files.create(directory / "file", "new"); }), std::errc::file_exists);
+  EXPECT_EQ(codeOf([&] { files.create(directory / "link", "new"); }), std::errc::file_exists);
+  EXPECT_EQ(contentOf(directory / "file"), "old");
+  EXPECT_FALSE(std::filesystem::exists(directory / "target"));
+}
+
+TEST_F(PosixStoreFileSystemTest, ReportsAWriteThatDidNotFit) {
+  struct rlimit before {};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto handler = ::signal(SIGXFSZ, SIG_IGN);
+  const struct rlimit small { .rlim_cur = 1000, .rlim_max = before.rlim_max };
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  const auto code = codeOf([&] { files.create(directory / "file", std::string(5000, 'x')); });
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, handler);
+  EXPECT_EQ(code, std::errc::file_too_large);
+}
+
+TEST_F(PosixStoreFileSystemTest, RenamesOverAnotherFile) {
+  writeFile(directory / "new", "new");
+  writeFile(directory / "old", "old");
+  files.rename(directory / "new", directory / "old");
+  EXPECT_EQ(contentOf(directory / "old"), "new");
+  EXPECT_THAT(namesIn(directory.path()), ::testing::ElementsAre("old"));
+  EXPECT_EQ(codeOf([&] { files.rename(directory / "new", directory / "old"); }),
+            std::errc::no_such_file_or_directory);
+}
+
+TEST_F(PosixStoreFileSystemTest, RemovesAFileOnceAndForAll) {
+  writeFile(directory / "file", "x");
+  files.remove(directory / "file");
+  files.remove(directory / "file");
+  EXPECT_THAT(namesIn(directory.path()), ::testing::IsEmpty());
+  EXPECT_NE(codeOf([&] { files.remove(directory.path()); }), std::error_code());
+}
+
+TEST_F(PosixStoreFileSystemTest, CreatesMissingDirectoriesAndFlushesThem) {
+  files.createDirectories(directory / "a" / "b");
+  files.createDirectories(directory / "a" / "b");
+  files.flushDirectory(directory / "a" / "b");
+  EXPECT_TRUE(std::filesystem::is_directory(directory / "a" / "b"));
+  EXPECT_EQ(codeOf([&] { files.flushDirectory(directory / "none"); }), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(PosixStoreFileSystemTest, ReportsAModeThatCannotBeSet) {
+  EXPECT_EQ(codeOf([&] { files.setMode(directory / "none", 0600); }), std::errc::no_such_file_or_directory);
+}
+
+}  // namespace
+}  // namespace velmora

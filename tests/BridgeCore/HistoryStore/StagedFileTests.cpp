@@ -1,0 +1,89 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "BridgeCore/HistoryStore/StagedFile.h"
+#include "tests/support/Files.h"
+#include "tests/support/HookedFileSystem.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+using testing::contentOf;
+using ::testing::ElementsAre;
+using testing::namesIn;
+
+class StagedFileTest : public ::testing::Test {
+ protected:
+  void replace() { StagedFile(files, directory / "file", "new content").commit(); }
+
+  TemporaryDirectory directory;
+  testing::HookedFileSystem files;
+};
+
+TEST_F(StagedFileTest, ReplacesTheContentInOneStep) {
+  testing::writeFile(directory / "file", "old content");
+  replace();
+  EXPECT_EQ(contentOf(directory / "file"), "new content");
+  EXPECT_EQ(testing::modeOf(directory / "file"), 0600u);
+  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
+}
+
+TEST_F(StagedFileTest, LeavesTheFileAloneUntilItIsCommitted) {
+  testing::writeFile(directory / "file", "old content");
+  {
+    const StagedFile staged(files, directory / "file", "new content");
+    EXPECT_EQ(contentOf(directory / "file"), "old content");
+    EXPECT_EQ(contentOf(StagedFile::placeBeside(directory / "file")), "new content");
+  }
+  EXPECT_EQ(contentOf(directory / "file"), "old content");
+  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
+}
+
+TEST_F(StagedFileTest, WritesOverWhatACrashLeftBehind) {
+  testing::writeFile(StagedFile::placeBeside(directory / "file"), "half a lin");
+  replace();
+  EXPECT_EQ(contentOf(directory / "file"), "new content");
+  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
+}
+
+TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverAStepFails) {
+  int step = 0;
+  for (;; ++step) {
+    testing::writeFile(directory / "file", "old content");
+    files.failAt(step, false, std::errc::no_space_on_device);
+    try {
+      replace();
+    } catch (const std::system_error& error) {
+      EXPECT_EQ(error.code(), std::errc::no_space_on_device);
+    }
+    const bool failed = files.failed();
+    files.work();
+    if (!failed) break;
+    EXPECT_THAT(contentOf(directory / "file"), ::testing::AnyOf("old content", "new content")) << step;
+    EXPECT_THAT(namesIn(directory.path()), ElementsAre("file")) << step;
+  }
+  EXPECT_EQ(step, 4);  // remove, create, rename, flush
+}
+
+TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverTheMachineStops) {
+  for (int step = 0;; ++step) {
+    testing::writeFile(directory / "file", "old content");
+    files.failAt(step, true);
+    try {
+      replace();
+    } catch (const std::system_error&) {
+      EXPECT_TRUE(files.failed());
+    }
+    const bool failed = files.failed();
+    files.work();
+    if (!failed) break;
+    EXPECT_THAT(contentOf(directory / "file"), ::testing::AnyOf("old content", "new content")) << step;
+    replace();
+    EXPECT_EQ(contentOf(directory / "file"), "new content") << step;
+    EXPECT_THAT(namesIn(directory.path()), ElementsAre("file")) << step;
+  }
+}
+
+}  // namespace
+}  // namespace velmora
