@@ -1,0 +1,70 @@
+// Builds the whole bridge in one place and in one order: terminal adapter, registry, operation state, recorder,
+// stores, coordinator, router, socket, server. The application and the headless program are thin shells over it.
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "BridgeCore/BridgeCoordinator.h"
+#include "BridgeModels/Environment.h"
+#include "LocalControl/LocalControlRouter.h"
+#include "LocalControl/LocalControlServer.h"
+
+namespace velmora {
+
+struct BridgeHostOptions {
+  Environment environment{};
+  /// Makes the terminal adapter, given the directory for its temporary files. When it throws, the stand-by
+  /// adapter takes its place, so that the bridge still starts and says what is wrong.
+  std::function<std::unique_ptr<TerminalAutomating>(const std::filesystem::path& temporaryDirectory)> makeTerminal{};
+  Clock now = Date::now;
+  UuidSource uuid = Uuid::random;
+};
+
+/// Belongs to one thread, except for what its accessors hand out. The socket listens from construction on and
+/// clients wait there; they are served once the local state is loaded, so that no request runs under settings
+/// that are not the person's. Destruction ends the server first and waits for the requests under way.
+class BridgeHost {
+ public:
+  /// Throws std::runtime_error when the environment names no place for the settings.
+  explicit BridgeHost(BridgeHostOptions options);
+  ~BridgeHost();
+
+  /// Loads the settings and, when the person keeps one, the history. Nothing here is fatal: what cannot be
+  /// read keeps its default, stays on disk, and is named in the returned sentences.
+  std::vector<std::string> loadLocalState();
+
+  /// Starts to serve, if the server could be made.
+  void startServing();
+
+  /// Ends the server, after the requests under way, and deletes the history when the settings ask for it.
+  void prepareForTermination();
+
+  BridgeCoordinator& coordinator() { return coordinator_; }
+  TerminalAutomating& terminal() { return *terminal_; }
+  const std::filesystem::path& socketURL() const { return socketURL_; }
+
+  /// Absent when the socket could not be made; `serverProblem` says why.
+  LocalControlServer* localServer() { return localServer_.get(); }
+  const std::string& serverProblem() const { return serverProblem_; }
+
+ private:
+  const std::filesystem::path socketURL_;
+  PosixStoreFileSystem files_;
+  std::unique_ptr<TerminalAutomating> terminal_;
+  SessionRegistry registry_;
+  BridgeOperationState operationState_;
+  RequestRecorder recorder_;
+  HistoryStore historyStore_;
+  PrivacySettingsStore settingsStore_;
+  BridgeCoordinator coordinator_;
+  LocalControlRouter router_;
+  std::string serverProblem_;
+  std::unique_ptr<LocalControlServer> localServer_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,21 @@
+#include "BridgeHost/ProcessEnvironment.h"
+
+#include <unistd.h>
+
+#include <string_view>
+
+extern char** environ;  // NOLINT(readability-redundant-declaration): not every system's unistd.h declares it
+
+namespace velmora {
+
+Environment processEnvironment() {
+  Environment environment;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    const std::string_view text(*entry);
+    const auto equals = text.find('=');
+    if (equals != std::string_view::npos) environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+  }
+  return environment;
+}
+
+}  // namespace velmora

@@ -1,0 +1,80 @@
+// The bridge without a window. It takes no arguments, prints one line (the socket's path) when it is ready, and
+// serves until SIGINT or SIGTERM. Diagnostics go to stderr.
+
+#include <spdlog/sinks/stdout_color_sinks.h>
+#include <spdlog/spdlog.h>
+
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+
+#include "BridgeHost/BridgeHost.h"
+#include "BridgeHost/PlatformTerminal.h"
+#include "BridgeHost/ProcessEnvironment.h"
+#include "LocalControl/UnixSocketClient.h"
+#include "LocalControl/UnixSocketEndpoint.h"
+
+namespace {
+
+using namespace velmora;
+
+// Blocked before the first thread starts, so that every thread inherits it and `sigwait` alone receives them.
+sigset_t blockTerminationSignals() {
+  std::signal(SIGPIPE, SIG_IGN);
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  return signals;
+}
+
+bool isAnswering(const std::filesystem::path& socketURL) {
+  try {
+    UnixSocketClient::connect(socketURL);
+    return true;
+  } catch (const UnixSocketError&) {
+    return false;
+  }
+}
+
+int serve(const sigset_t& signals) {
+  const auto environment = processEnvironment();
+  const auto socketURL = UnixSocketEndpoint::defaultURL(environment);
+  if (isAnswering(socketURL)) {
+    spdlog::error("Velmora is already running at {}.", socketURL.string());
+    return EXIT_FAILURE;
+  }
+  BridgeHost host({.environment = environment, .makeTerminal = [&](const auto& temporaryDirectory) {
+                     return makePlatformTerminal(environment, temporaryDirectory);
+                   }});
+  if (host.localServer() == nullptr) {
+    spdlog::error("The socket {} could not be made: {}.", socketURL.string(), host.serverProblem());
+    return EXIT_FAILURE;
+  }
+  for (const auto& problem : host.loadLocalState()) spdlog::warn("{}", problem);
+  host.startServing();
+  std::cout << socketURL.string() << std::endl;
+
+  int received = 0;
+  sigwait(&signals, &received);
+  host.prepareForTermination();
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const auto signals = blockTerminationSignals();
+  spdlog::set_default_logger(spdlog::stderr_color_mt("velmora-headless"));
+  if (argc > 1) {
+    std::fprintf(stderr, "%s: takes no arguments; it serves until SIGINT or SIGTERM\n", argv[0]);
+    return 2;
+  }
+  try {
+    return serve(signals);
+  } catch (const std::exception& error) {
+    spdlog::critical("{}", error.what());
+    return EXIT_FAILURE;
+  }
+}

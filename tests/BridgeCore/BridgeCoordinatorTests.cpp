@@ -1,0 +1,275 @@
+#include <filesystem>
+
+#include "BridgeCore/BridgeCoordinator.h"
+#include "BridgeCore/ErrorCatalogue.h"
+#include "tests/support/CoreFixture.h"
+#include "tests/support/SampleRecords.h"
+#include "tests/support/Thrown.h"
+
+namespace velmora {
+namespace {
+
+using testing::numberedUuid;
+using testing::tab;
+
+const ClientIdentitySummary client{"test client", "1.0"};
+const Uuid request = numberedUuid(500);
+
+class BridgeCoordinatorTest : public testing::CoreFixture {
+ protected:
+  MCPRequestRecord lastRecord() { return recorder.snapshot().back(); }
+
+  void keepHistory() {
+    settingsStore.save(
+        {.persistentHistoryEnabled = true, .storeCommandBody = true, .storeOutputPreview = true});
+  }
+
+  bool historyExists() const { return std::filesystem::exists(historyStore.file()); }
+
+  RequestRecorder recorder{time.clock()};
+  HistoryStore historyStore{files, directory.path() / "Velmora" / "history.json"};
+  BridgeCoordinator coordinator{terminal,      registry,     state,       recorder,
+                                settingsStore, historyStore, time.clock()};
+};
+
+TEST_F(BridgeCoordinatorTest, EveryToolAnswersAndLeavesARecord) {
+  const auto id = registerTab();
+  const auto expect = [&](ToolName tool, RequestStatus status, auto result) {
+    EXPECT_TRUE(result.ok) << wireName(tool);
+    EXPECT_TRUE(result.data) << wireName(tool);
+    EXPECT_EQ(result.requestId, request);
+    EXPECT_EQ(result.error, std::nullopt);
+    const auto record = lastRecord();
+    EXPECT_EQ(record.requestId, request);
+    EXPECT_EQ(record.client, client);
+    EXPECT_EQ(record.toolName, tool);
+    EXPECT_EQ(record.status, status) << wireName(tool);
+    EXPECT_EQ(record.error, std::nullopt);
+    EXPECT_EQ(record.durationMilliseconds, 0);
+    const bool namesSession = tool >= ToolName::sendCommand;
+    const auto expected = namesSession ? std::optional(SessionReference{.sessionId = id}) : std::nullopt;
+    EXPECT_EQ(record.sessionSnapshot, expected) << wireName(tool);
+    recorder.replace({});
+  };
+  expect(ToolName::status, RequestStatus::readComplete, coordinator.status(request, client));
+  expect(ToolName::listSessions, RequestStatus::readComplete, coordinator.listSessions(request, client, {}));
+  expect(ToolName::getActiveSession, RequestStatus::readComplete, coordinator.activeSession(request, client));
+  expect(ToolName::createSession, RequestStatus::delivered, coordinator.createSession(request, client, {}));
+  expect(ToolName::sendCommand, RequestStatus::delivered,
+         coordinator.sendCommand(request, client, {id, "ls"}));
+  expect(ToolName::sendKey, RequestStatus::delivered,
+         coordinator.sendKey(request, client, {id, TerminalKey::tab, 1}));
+  expect(ToolName::readOutput, RequestStatus::readComplete,
+         coordinator.readOutput(request, client, {.sessionId = id}));
+  expect(ToolName::captureScreen, RequestStatus::readComplete,
+         coordinator.captureScreen(request, client, {id}));
+  expect(ToolName::focusSession, RequestStatus::delivered, coordinator.focusSession(request, client, {id}));
+}
+
+TEST_F(BridgeCoordinatorTest, APauseStopsTheFourChangesOnly) {
+  const auto id = registerTab();
+  coordinator.setPaused(true);
+  const auto expectPaused = [&](ToolName tool, const auto& result) {
+    EXPECT_FALSE(result.ok);
+    EXPECT_FALSE(result.data);
+    ASSERT_TRUE(result.error);
+    EXPECT_EQ(result.error->code, ErrorCode::mcpPaused);
+    EXPECT_EQ(result.error->operation, wireName(tool));
+    EXPECT_EQ(lastRecord().status, RequestStatus::rejected);
+    EXPECT_EQ(lastRecord().error, result.error);
+  };
+  const auto creation = coordinator.createSession(request, client, {});
+  expectPaused(ToolName::createSession, creation);
+  EXPECT_EQ(creation.error->session, std::nullopt);
+  recorder.replace({});
+  const auto focusing = coordinator.focusSession(request, client, {id});
+  expectPaused(ToolName::focusSession, focusing);
+  EXPECT_EQ(focusing.error->session, SessionReference{.sessionId = id});
+  recorder.replace({});
+  expectPaused(ToolName::sendCommand, coordinator.sendCommand(request, client, {id, "ls"}));
+  recorder.replace({});
+  expectPaused(ToolName::sendKey, coordinator.sendKey(request, client, {id, TerminalKey::tab, 1}));
+  EXPECT_EQ(terminal.callCount("createWindow") + terminal.callCount("focus") + terminal.callCount("send") +
+                terminal.callCount("sendKey"),
+            0u);
+  EXPECT_TRUE(coordinator.status(request, client).ok);
+  EXPECT_TRUE(coordinator.listSessions(request, client, {}).ok);
+  EXPECT_TRUE(coordinator.activeSession(request, client).ok);
+  EXPECT_TRUE(coordinator.readOutput(request, client, {.sessionId = id}).ok);
+  EXPECT_TRUE(coordinator.captureScreen(request, client, {id}).ok);
+  coordinator.setPaused(false);
+  EXPECT_TRUE(coordinator.focusSession(request, client, {id}).ok);
+}
+
+TEST_F(BridgeCoordinatorTest, OnlyAutomationAndInternalFailuresCountAsFailed) {
+  const auto statusAfter = [&](std::int64_t code) {
+    terminal.failWith("listSessions", PlatformError("d", code));
+    const auto result = coordinator.listSessions(request, client, {});
+    EXPECT_FALSE(result.ok);
+    const auto status = lastRecord().status;
+    recorder.replace({});
+    return status;
+  };
+  EXPECT_EQ(statusAfter(-1708), RequestStatus::failed);
+  EXPECT_EQ(statusAfter(-600), RequestStatus::rejected);
+  EXPECT_EQ(statusAfter(-1743), RequestStatus::rejected);
+  terminal.failWith("listSessions", StructuredError{.code = ErrorCode::internalError});
+  coordinator.listSessions(request, client, {});
+  EXPECT_EQ(lastRecord().status, RequestStatus::failed);
+}
+
+TEST_F(BridgeCoordinatorTest, AValidationErrorIsAnInvalidArgumentOfTheTool) {
+  const auto id = registerTab();
+  const auto result = coordinator.sendCommand(request, client, {id, ""});
+  ASSERT_TRUE(result.error);
+  EXPECT_EQ(*result.error, catalogue::invalidArgument("Command must not be empty.", "terminal_send_command",
+                                                      SessionReference{.sessionId = id}));
+  EXPECT_EQ(lastRecord().status, RequestStatus::rejected);
+}
+
+TEST_F(BridgeCoordinatorTest, TheStatusServiceLearnsOfFailuresAndOfStatusCalls) {
+  terminal.failWith("listSessions", PlatformError("d", -600));
+  const auto failure = coordinator.listSessions(numberedUuid(1), client, {});
+  auto status = coordinator.statusService().snapshot();
+  EXPECT_EQ(status.lastRequestId, numberedUuid(1));
+  EXPECT_EQ(status.lastError, failure.error);
+  terminal.failures.clear();
+  coordinator.listSessions(numberedUuid(2), client, {});
+  EXPECT_EQ(coordinator.statusService().snapshot().lastRequestId, numberedUuid(1)) << "successes go unnoted";
+  const auto answer = coordinator.status(numberedUuid(3), client);
+  EXPECT_EQ(answer.data->status.lastError, failure.error)
+      << "the answer shows what was known when it was made";
+  status = coordinator.statusService().snapshot();
+  EXPECT_EQ(status.lastRequestId, numberedUuid(3));
+  EXPECT_EQ(status.lastError, std::nullopt);
+}
+
+TEST_F(BridgeCoordinatorTest, CommandsAndReadsAreKeptAsTheSettingsAllow) {
+  keepHistory();
+  const auto id = registerTab();
+  coordinator.sendCommand(numberedUuid(1), client, {id, "make\ntest"});
+  EXPECT_EQ(lastRecord().commandBody, "make\ntest");
+  EXPECT_EQ(lastRecord().commandSummary, "make\ntest");
+  EXPECT_EQ(lastRecord().outputPreview, std::nullopt);
+  EXPECT_EQ(historyStore.load().size(), 1u);
+  time.advance(1);
+  coordinator.readOutput(numberedUuid(2), client, {.sessionId = id});
+  const auto stored = historyStore.load();
+  ASSERT_EQ(stored.size(), 2u);
+  EXPECT_EQ(stored[0].requestId, numberedUuid(2)) << "the file is newest first";
+  EXPECT_EQ(stored[0].outputPreview, "output");
+  EXPECT_EQ(stored[0].outputCharacterCount, 6);
+  EXPECT_EQ(stored[0].outputTruncated, false);
+  EXPECT_EQ(stored[0].commandBody, std::nullopt);
+}
+
+TEST_F(BridgeCoordinatorTest, OtherToolsReachTheFileWithTheNextWrite) {
+  keepHistory();
+  const auto id = registerTab();
+  coordinator.listSessions(request, client, {});
+  coordinator.sendKey(request, client, {id, TerminalKey::tab, 1});
+  coordinator.captureScreen(request, client, {id});
+  EXPECT_FALSE(historyExists());
+  coordinator.readOutput(request, client, {.sessionId = id});
+  EXPECT_EQ(historyStore.load().size(), 4u);
+}
+
+TEST_F(BridgeCoordinatorTest, AFailedCallWritesNoHistory) {
+  keepHistory();
+  const auto id = registerTab();
+  coordinator.setPaused(true);
+  EXPECT_FALSE(coordinator.sendCommand(request, client, {id, "ls"}).ok);
+  EXPECT_FALSE(historyExists());
+  EXPECT_EQ(lastRecord().commandBody, std::nullopt);
+}
+
+TEST_F(BridgeCoordinatorTest, AFailedHistoryWriteFailsTheCallThoughTheCommandArrived) {
+  keepHistory();
+  const auto id = registerTab();
+  std::filesystem::create_directory(historyStore.file());  // a directory stands where the file should go
+  std::filesystem::create_directory(historyStore.file() / "inside");
+  const auto result = coordinator.sendCommand(request, client, {id, "ls"});
+  EXPECT_FALSE(result.ok);
+  ASSERT_TRUE(result.error);
+  EXPECT_EQ(result.error->code, ErrorCode::historyStorageFailed);
+  EXPECT_EQ(result.error->operation, "history_storage");
+  EXPECT_EQ(terminal.callCount("send"), 1u);
+  EXPECT_EQ(lastRecord().status, RequestStatus::rejected);
+  EXPECT_EQ(lastRecord().error, result.error);
+}
+
+TEST_F(BridgeCoordinatorTest, ATruncatedReadSucceedsWithAWarning) {
+  const auto id = registerTab();
+  terminal.output = {"0123456789", OutputSource::visible, 10};
+  const auto result = coordinator.readOutput(request, client, {id, OutputSource::visible, 3});
+  EXPECT_TRUE(result.ok);
+  ASSERT_EQ(result.warnings.size(), 1u);
+  EXPECT_EQ(result.warnings[0].code, ErrorCode::outputTruncated);
+  EXPECT_EQ(lastRecord().outputCharacterCount, 3);
+  EXPECT_EQ(lastRecord().outputTruncated, true);
+}
+
+TEST_F(BridgeCoordinatorTest, TwoCallsOfOneIdUpdateTheFirstRecord) {
+  coordinator.listSessions(request, client, {});
+  terminal.failWith("listSessions", PlatformError("d", -600));
+  coordinator.listSessions(request, client, {});
+  const auto records = recorder.snapshot();
+  ASSERT_EQ(records.size(), 2u);
+  EXPECT_EQ(records[0].status, RequestStatus::rejected);
+  EXPECT_EQ(records[1].status, RequestStatus::processing);
+}
+
+TEST_F(BridgeCoordinatorTest, AClockThatGoesBackGivesNoNegativeDuration) {
+  auto step = 100.0;
+  const Clock backwards = [&] { return Date{step -= 10}; };
+  RequestRecorder ownRecorder(backwards);
+  BridgeCoordinator own(terminal, registry, state, ownRecorder, settingsStore, historyStore, backwards);
+  own.listSessions(request, client, {});
+  EXPECT_EQ(ownRecorder.snapshot()[0].durationMilliseconds, 0);
+}
+
+TEST_F(BridgeCoordinatorTest, ACallMarksTheSessionThatItNames) {
+  const auto id = registerTab();
+  EXPECT_EQ(registry.session(id).lastRequestAt, std::nullopt);
+  time.advance(9);
+  coordinator.setPaused(true);
+  coordinator.focusSession(request, client, {id});
+  EXPECT_EQ(registry.session(id).lastRequestAt, time.now()) << "a refused call names it too";
+  EXPECT_FALSE(coordinator.captureScreen(request, client, {numberedUuid(99)}).ok);
+}
+
+TEST_F(BridgeCoordinatorTest, PermissionChangesLeaveNoRecord) {
+  const auto id = registerTab();
+  EXPECT_EQ(coordinator.setPermission(SessionPermission::blocked, id).permission, SessionPermission::blocked);
+  EXPECT_EQ(coordinator.changeSessionPermission(SessionPermission::allowed, id).permission,
+            SessionPermission::allowed);
+  EXPECT_EQ(registry.session(id).permission, SessionPermission::allowed);
+  EXPECT_EQ(
+      testing::structuredError([&] { coordinator.setPermission(SessionPermission::allowed, Uuid{}); }).code,
+      ErrorCode::sessionNotFound);
+  EXPECT_TRUE(recorder.snapshot().empty());
+}
+
+TEST_F(BridgeCoordinatorTest, ThePolicyReachesTheSessionService) {
+  coordinator.setSessionPolicy(SessionPolicy::selective);
+  terminal.tabs = {tab("/dev/ttys001")};
+  EXPECT_EQ(coordinator.listSessions(request, client, {}).data->sessions[0].permission,
+            SessionPermission::readOnly);
+}
+
+TEST_F(BridgeCoordinatorTest, ClearingTheHistoryEmptiesMemoryAndDisk) {
+  keepHistory();
+  const auto id = registerTab();
+  coordinator.sendCommand(request, client, {id, "ls"});
+  ASSERT_TRUE(historyExists());
+  coordinator.clearHistory();
+  EXPECT_TRUE(recorder.snapshot().empty());
+  EXPECT_FALSE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, WaitsFiveSecondsForTheTerminalsStatus) {
+  EXPECT_EQ(coordinator.statusService().deadline(), std::chrono::seconds(5));
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,87 @@
+#include "BridgeCore/CommandService.h"
+#include "tests/support/CoreFixture.h"
+#include "tests/support/Thrown.h"
+
+namespace velmora {
+namespace {
+
+using testing::structuredError;
+
+class CommandServiceTest : public testing::CoreFixture {
+ protected:
+  StructuredError refusalOf(const Uuid& id, const std::string& command = "ls") {
+    const auto error = structuredError([&] { service.send({id, command}); });
+    EXPECT_EQ(terminal.callCount("send"), 0u) << "nothing may be typed";
+    return error;
+  }
+
+  CommandService service{terminal, sessions, permissions, state, settingsStore, time.clock()};
+};
+
+TEST_F(CommandServiceTest, DeliversTheTextUnchanged) {
+  const auto id = registerTab();
+  time.advance(3);
+  EXPECT_EQ(service.send({id, "  echo 'a\nb' "}), CommandPayload(id, time.now()));
+  EXPECT_EQ(terminal.calls().back(), "send(  echo 'a\nb' , /dev/ttys001, 11)");
+}
+
+TEST_F(CommandServiceTest, ChecksTheInputBeforeTheSession) {
+  EXPECT_THROW(service.send({Uuid{}, ""}), ToolValidationError);
+  EXPECT_THROW(service.send({Uuid{}, std::string(65537, 'x')}), ToolValidationError);
+  EXPECT_TRUE(terminal.calls().empty());
+  const auto id = registerTab();
+  EXPECT_NO_THROW(service.send({id, std::string(65536, 'x')}));
+}
+
+TEST_F(CommandServiceTest, ChecksTheSessionBeforeThePause) {
+  state.set(MCPState::paused);
+  EXPECT_EQ(refusalOf(Uuid{}).code, ErrorCode::sessionNotFound);
+  const auto id = registerTab();
+  const auto error = refusalOf(id);
+  EXPECT_EQ(error.code, ErrorCode::mcpPaused);
+  EXPECT_EQ(error.operation, "terminal_send_command");
+  ASSERT_TRUE(error.session);
+  EXPECT_EQ(error.session->tty, "/dev/ttys001");
+}
+
+TEST_F(CommandServiceTest, ChecksThePauseBeforeThePermission) {
+  const auto id = registerTab(SessionPermission::readOnly);
+  state.set(MCPState::paused);
+  EXPECT_EQ(refusalOf(id).code, ErrorCode::mcpPaused);
+}
+
+TEST_F(CommandServiceTest, ChecksThePermissionBeforeBusy) {
+  for (const auto permission : {SessionPermission::readOnly, SessionPermission::blocked}) {
+    const auto id = registerTab(permission);
+    terminal.tabs[0].busy = true;
+    const auto error = refusalOf(id);
+    EXPECT_EQ(error.code, ErrorCode::sessionNotAllowed);
+    EXPECT_EQ(error.operation, "terminal_send_command");
+    EXPECT_FALSE(error.retryable);
+  }
+}
+
+TEST_F(CommandServiceTest, RefusesABusyTabUnlessThePersonAllowsIt) {
+  const auto id = registerTab(SessionPermission::allowed);
+  terminal.tabs[0].busy = true;
+  EXPECT_EQ(refusalOf(id),
+            catalogue::sessionBusy(catalogue::BusyInput::command, registry.session(id).reference()));
+  allowBusyInput();
+  service.send({id, "y"});
+  EXPECT_EQ(terminal.calls().back(), "send(y, /dev/ttys001, 11, allowBusy)");
+}
+
+TEST_F(CommandServiceTest, AMovedTabIsRefusedAsStale) {
+  const auto id = registerTab();
+  terminal.tabs[0].windowId = 12;
+  EXPECT_EQ(refusalOf(id).code, ErrorCode::sessionStale);
+}
+
+TEST_F(CommandServiceTest, ErrorsOfTheAdapterPassUnchanged) {
+  const auto id = registerTab();
+  terminal.failWith("send", PlatformError("d", -1743));
+  EXPECT_THROW(service.send({id, "ls"}), PlatformError);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,102 @@
+#include <thread>
+
+#include "BridgeCore/TerminalSessionService.h"
+#include "tests/support/CoreFixture.h"
+#include "tests/support/Thrown.h"
+
+namespace velmora {
+namespace {
+
+using testing::structuredError;
+using testing::tab;
+
+class TerminalSessionServiceTest : public testing::CoreFixture {};
+
+TEST_F(TerminalSessionServiceTest, ListsByPolicyAndFilters) {
+  sessions.setPolicy(SessionPolicy::selective);
+  terminal.tabs = {tab("/dev/a", 1), tab("/dev/b", 2, 2)};
+  EXPECT_TRUE(sessions.list({.includeReadOnly = false}).empty());
+  EXPECT_EQ(registry.currentSessions().size(), 2u) << "what a filter drops is registered all the same";
+  EXPECT_EQ(sessions.list({}).size(), 2u);
+}
+
+TEST_F(TerminalSessionServiceTest, DropsBusyTabsOnlyWhenAsked) {
+  terminal.tabs = {tab("/dev/a", 1), tab("/dev/b", 2, 2)};
+  terminal.tabs[1].busy = true;
+  EXPECT_EQ(sessions.list({.includeBusy = true}).size(), 2u);
+  const auto idle = sessions.list({.includeBusy = false});
+  ASSERT_EQ(idle.size(), 1u);
+  EXPECT_EQ(idle[0].tty, "/dev/a");
+}
+
+TEST_F(TerminalSessionServiceTest, ListsBlockedSessionsLikeTheOthers) {
+  const auto id = registerTab(SessionPermission::blocked);
+  const auto listed = sessions.list({.includeReadOnly = false, .includeBusy = false});
+  ASSERT_EQ(listed.size(), 1u);
+  EXPECT_EQ(listed[0].sessionId, id);
+}
+
+TEST_F(TerminalSessionServiceTest, TheActiveSessionIsTheFirstSelectedOne) {
+  terminal.tabs = {tab("/dev/c", 2, 2, 1), tab("/dev/b", 1, 1, 2), tab("/dev/a", 1, 1, 1)};
+  terminal.tabs[2].selected = false;
+  terminal.tabs[1].selected = true;
+  EXPECT_EQ(sessions.active().tty, "/dev/b");
+}
+
+TEST_F(TerminalSessionServiceTest, WithoutASelectedTabThereIsNoActiveSession) {
+  EXPECT_EQ(structuredError([&] { sessions.active(); }).code, ErrorCode::noTerminalWindows);
+  terminal.tabs = {tab("/dev/a", 1, 1, 2)};
+  const auto error = structuredError([&] { sessions.active(); });
+  EXPECT_EQ(error.code, ErrorCode::noTerminalWindows);
+  EXPECT_TRUE(error.retryable);
+}
+
+TEST_F(TerminalSessionServiceTest, CreatesManagedWindowsWhateverThePolicy) {
+  sessions.setPolicy(SessionPolicy::selective);
+  time.advance(5);
+  const auto created = sessions.create({});
+  EXPECT_EQ(created.permission, SessionPermission::managed);
+  EXPECT_TRUE(created.bridgeCreated);
+  EXPECT_EQ(created.firstSeenAt, time.now());
+  terminal.tabs = {terminal.created};
+  sessions.setPolicy(SessionPolicy::safe);
+  EXPECT_EQ(sessions.list({})[0].permission, SessionPermission::managed);
+}
+
+TEST_F(TerminalSessionServiceTest, RefusesToCreateBeforeItTouchesTheTerminal) {
+  EXPECT_THROW(sessions.create({.kind = SessionCreationKind::tab}), ToolValidationError);
+  EXPECT_THROW(sessions.create({.inSessionId = Uuid{}}), ToolValidationError);
+  EXPECT_TRUE(terminal.calls().empty());
+}
+
+TEST_F(TerminalSessionServiceTest, ValidatesAgainstAListingOfItsOwn) {
+  const auto id = registerTab();
+  const auto before = terminal.callCount("listSessions");
+  terminal.tabs[0].title = "changed";
+  EXPECT_EQ(sessions.validate(id).title, "changed");
+  EXPECT_EQ(terminal.callCount("listSessions"), before + 1);
+  terminal.tabs.clear();
+  EXPECT_EQ(structuredError([&] { sessions.validate(id); }).code, ErrorCode::sessionStale);
+}
+
+TEST_F(TerminalSessionServiceTest, FocusesReadOnlyButNotBlockedSessions) {
+  const auto id = registerTab(SessionPermission::readOnly);
+  EXPECT_EQ(sessions.focus(id, permissions).sessionId, id);
+  EXPECT_EQ(terminal.calls().back(), "focus(/dev/ttys001, 11)");
+  registry.setPermission(SessionPermission::blocked, id);
+  const auto error = structuredError([&] { sessions.focus(id, permissions); });
+  EXPECT_EQ(error.code, ErrorCode::sessionNotAllowed);
+  EXPECT_EQ(error.operation, "terminal_focus_session");
+  EXPECT_EQ(terminal.callCount("focus"), 1u);
+}
+
+TEST_F(TerminalSessionServiceTest, ErrorsOfTheAdapterPassUnchanged) {
+  terminal.failWith("listSessions", PlatformError("d", -600));
+  EXPECT_THROW(sessions.list({}), PlatformError);
+  EXPECT_THROW(sessions.active(), PlatformError);
+  terminal.failWith("createWindow", PlatformError("d", -1728));
+  EXPECT_THROW(sessions.create({}), PlatformError);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,160 @@
+#include "BridgeHost/BridgeHost.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "LocalControl/LocalControlClient.h"
+#include "tests/support/FakeTerminal.h"
+#include "tests/support/FakeTime.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+using testing::numberedUuid;
+using testing::tab;
+
+class BridgeHostTest : public ::testing::Test {
+ protected:
+  BridgeHostOptions options() {
+    return {.environment = {{"HOME", directory.path().string()},
+                            {"XDG_DATA_HOME", (directory / "data").string()},
+                            {"XDG_RUNTIME_DIR", directory.path().string()}},
+            .makeTerminal =
+                [this](const std::filesystem::path& temporaryDirectory) {
+                  temporaryDirectoryGiven = temporaryDirectory;
+                  auto made = std::make_unique<testing::FakeTerminal>();
+                  terminal = made.get();
+                  terminal->tabs = {tab("/dev/ttys001", 11)};
+                  return made;
+                },
+            .now = time.clock(),
+            .uuid = testing::countingUuids()};
+  }
+
+  void writeFile(const std::string& name, const std::string& text) {
+    std::filesystem::create_directories(directory / "data/Velmora");
+    std::ofstream(directory / "data/Velmora" / name) << text;
+  }
+  void writeSettings(const PrivacyRetentionSettings& settings) {
+    writeFile("settings.json", R"({"schemaVersion":1,"settings":)" + encodeJson(settings) + "}");
+  }
+  bool exists(const std::string& name) const { return std::filesystem::exists(directory / "data/Velmora" / name); }
+
+  LocalControlResponse call(BridgeHost& host, ToolName tool, JSONObject arguments = {}) {
+    LocalControlClient client(host.socketURL());
+    return client.send({.requestId = numberedUuid(900),
+                        .client = {"test", std::nullopt, 1},
+                        .operation = tool,
+                        .arguments = std::move(arguments)});
+  }
+
+  TemporaryDirectory directory;
+  testing::FakeTime time{800000000};
+  testing::FakeTerminal* terminal = nullptr;
+  std::filesystem::path temporaryDirectoryGiven;
+};
+
+TEST_F(BridgeHostTest, ServesCallsFromTheSocketToTheTerminal) {
+  BridgeHost host(options());
+  EXPECT_EQ(host.socketURL(), directory / "app.velmora.Velmora/control-v1.sock");
+  EXPECT_EQ(temporaryDirectoryGiven, directory.path());
+  EXPECT_TRUE(host.loadLocalState().empty());
+  host.startServing();
+  const auto listed = call(host, ToolName::listSessions);
+  ASSERT_TRUE(listed.ok);
+  const auto id = *listed.data->find("sessions")->array()->front().find("sessionId")->string();
+  EXPECT_TRUE(call(host, ToolName::sendCommand, {{"sessionId", id}, {"command", "ls"}}).ok);
+  EXPECT_EQ(terminal->calls().back(), "send(ls, /dev/ttys001, 11)");
+  EXPECT_EQ(host.coordinator().recorder().snapshot().size(), 2u);
+}
+
+TEST_F(BridgeHostTest, LoadsThePersonsSettingsAndPolicy) {
+  writeSettings({.allowBusySessionInput = true, .sessionPolicy = SessionPolicy::selective});
+  BridgeHost host(options());
+  EXPECT_TRUE(host.loadLocalState().empty());
+  EXPECT_TRUE(host.coordinator().settingsStore().current().allowBusySessionInput);
+  const auto sessions = host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions;
+  EXPECT_EQ(sessions[0].permission, SessionPermission::readOnly);
+}
+
+TEST_F(BridgeHostTest, PutsALoadedHistoryBeforeThatOfTheRun) {
+  writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
+  {
+    BridgeHost earlier(options());
+    earlier.loadLocalState();
+    const auto id = earlier.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
+    time.advance(1);
+    earlier.coordinator().sendCommand(numberedUuid(2), {"c", std::nullopt}, {id.sessionId, "ls"});
+    earlier.prepareForTermination();
+  }
+  ASSERT_TRUE(exists("history.json"));
+  time.advance(1);
+  BridgeHost host(options());
+  host.coordinator().status(numberedUuid(3), {"c", std::nullopt});
+  EXPECT_TRUE(host.loadLocalState().empty());
+  std::vector<Uuid> ids;
+  for (const auto& record : host.coordinator().recorder().snapshot()) ids.push_back(record.requestId);
+  EXPECT_EQ(ids, (std::vector{numberedUuid(1), numberedUuid(2), numberedUuid(3)}));
+}
+
+TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
+  writeFile("settings.json", "{");
+  {
+    BridgeHost host(options());
+    EXPECT_EQ(host.loadLocalState().size(), 1u);
+    EXPECT_EQ(host.coordinator().settingsStore().current(), PrivacyRetentionSettings{});
+    EXPECT_TRUE(exists("settings.json"));
+  }
+  writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
+  writeFile("history.json", "no history");
+  BridgeHost host(options());
+  ASSERT_EQ(host.loadLocalState().size(), 1u);
+  EXPECT_TRUE(exists("history.json"));
+  const auto session = host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
+  EXPECT_TRUE(host.coordinator().sendCommand(numberedUuid(2), {"c", std::nullopt}, {session.sessionId, "ls"}).ok);
+  EXPECT_TRUE(exists("history.json.unreadable"));
+  host.coordinator().clearHistory();
+  EXPECT_FALSE(exists("history.json"));
+  EXPECT_FALSE(exists("history.json.unreadable"));
+}
+
+TEST_F(BridgeHostTest, DeletesTheHistoryOnExitOnlyWhenAsked) {
+  for (const bool deletes : {true, false}) {
+    writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = deletes});
+    writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
+    writeFile("history.json.unreadable", "old");
+    BridgeHost host(options());
+    host.loadLocalState();
+    host.prepareForTermination();
+    EXPECT_EQ(exists("history.json"), !deletes);
+    EXPECT_EQ(exists("history.json.unreadable"), !deletes);
+  }
+}
+
+TEST_F(BridgeHostTest, WorksWithoutAServerAndSaysWhy) {
+  std::filesystem::create_directories(directory / "app.velmora.Velmora");
+  std::ofstream(directory / "app.velmora.Velmora/control-v1.sock") << "a regular file";
+  BridgeHost host(options());
+  EXPECT_EQ(host.localServer(), nullptr);
+  EXPECT_FALSE(host.serverProblem().empty());
+  host.startServing();
+  EXPECT_TRUE(host.coordinator().status(numberedUuid(1), {"c", std::nullopt}).ok);
+}
+
+TEST_F(BridgeHostTest, AnAdapterThatCannotBeMadeIsReplacedByTheStandBy) {
+  auto broken = options();
+  broken.makeTerminal = [](const auto&) -> std::unique_ptr<TerminalAutomating> {
+    throw PlatformError("Velmora.AppleScript", -2700, "Bundled Terminal AppleScript failed to compile.");
+  };
+  BridgeHost host(broken);
+  const auto status = host.coordinator().status(numberedUuid(1), {"c", std::nullopt}).data->status;
+  EXPECT_EQ(status.terminalState, TerminalState::notRunning);
+  EXPECT_EQ(host.coordinator().listSessions(numberedUuid(2), {"c", std::nullopt}, {}).error->code,
+            ErrorCode::appleScriptExecutionFailed);
+}
+
+}  // namespace
+}  // namespace velmora
