@@ -1,5 +1,5 @@
 #include <fcntl.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,6 +19,9 @@ void keepOnlyStandardStreams(posix_spawn_file_actions_t& actions, short&) {
   posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 }
 
-int exitDescriptor(pid_t process) { return pidfd_open(process, 0); }
+int exitDescriptor(pid_t process) {
+  // Always close-on-exec.
+  return static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+}
 
 }  // namespace velmora
