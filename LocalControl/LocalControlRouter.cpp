@@ -33,22 +33,25 @@ Input inputOf(const LocalControlRequest& request) {
 LocalControlResponse LocalControlRouter::route(const LocalControlRequest& request) {
   const auto operation = wireName(request.operation);
   if (request.protocolVersion != localControlProtocolVersion) {
-    return refusal(request, StructuredErrorMapper::invalidArgument("Unsupported local control protocol version.",
-                                                                   operation, std::nullopt));
+    return refusal(request, StructuredErrorMapper::invalidArgument(
+                                "Unsupported local control protocol version.", operation, std::nullopt));
   }
   const auto& id = request.requestId;
   const ClientIdentitySummary client{request.client.name, request.client.version};
   try {
     switch (request.operation) {
-      case ToolName::status: return responseOf(coordinator_.status(id, client));
+      case ToolName::status:
+        return responseOf(coordinator_.status(id, client));
       case ToolName::listSessions:
         return responseOf(coordinator_.listSessions(id, client, inputOf<ListSessionsInput>(request)));
-      case ToolName::getActiveSession: return responseOf(coordinator_.activeSession(id, client));
+      case ToolName::getActiveSession:
+        return responseOf(coordinator_.activeSession(id, client));
       case ToolName::createSession:
         return responseOf(coordinator_.createSession(id, client, inputOf<CreateSessionInput>(request)));
       case ToolName::sendCommand:
         return responseOf(coordinator_.sendCommand(id, client, inputOf<SendCommandInput>(request)));
-      case ToolName::sendKey: return responseOf(coordinator_.sendKey(id, client, inputOf<SendKeyInput>(request)));
+      case ToolName::sendKey:
+        return responseOf(coordinator_.sendKey(id, client, inputOf<SendKeyInput>(request)));
       case ToolName::readOutput:
         return responseOf(coordinator_.readOutput(id, client, inputOf<ReadOutputInput>(request)));
       case ToolName::captureScreen:

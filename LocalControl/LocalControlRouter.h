@@ -1,4 +1,5 @@
-// Hands each decoded request to the coordinator's operation for its tool and turns the result into a response.
+// Hands each decoded request to the coordinator's operation for its tool and turns the result into a
+// response.
 #pragma once
 
 #include "BridgeCore/BridgeCoordinator.h"
