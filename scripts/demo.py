@@ -102,7 +102,7 @@ def talk(helper):
     step("terminal_send_command: several lines, quotes, Korean, emoji",
          COMMAND + "\n-> " + sent["deliveryStatus"] + "\n" + output["text"])
 
-    pressed = helper.call("terminal_send_key", sessionId=session, key="upArrow", repeatCount=2)
+    pressed = helper.call("terminal_send_key", sessionId=session, key="upArrow", repeatCount=3)
     helper.call("terminal_send_key", sessionId=session, key="return")
     end = time.monotonic() + DEADLINE_SECONDS
     while True:
