@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <functional>
 #include <future>
 #include <set>
 #include <thread>
@@ -405,6 +407,38 @@ TEST_F(RequestRecorderTest, LeavesNoFileWhenAClearFollowsASaveUnderWay) {
   clearing.join();
   EXPECT_FALSE(std::filesystem::exists(store.file()));
   EXPECT_THAT(recorder.snapshot(), IsEmpty());
+}
+
+TEST_F(RequestRecorderTest, RunsWhatUsesAStoreOneAfterTheOther) {
+  HistoryStore other(files, directory / "other" / "history.json");
+  const std::vector<std::function<void()>> operations{
+      [&] { recorder.persist(other, everything); },
+      [&] { recorder.scrub(other, everything); },
+      [&] { recorder.clear(other); },
+  };
+  for (const auto& operation : operations) {
+    std::promise<void> reached;
+    std::promise<void> goOn;
+    std::atomic<bool> firstIsUnderWay{true};
+    std::atomic<int> overtakers{0};
+    files.before = [&](const auto& name, const auto& path) {
+      if (path.native().starts_with((directory / "other").native())) {
+        if (firstIsUnderWay) ++overtakers;
+      } else if (name == "create") {
+        reached.set_value();
+        goOn.get_future().wait();
+        firstIsUnderWay = false;
+      }
+    };
+    std::thread first([this] { recorder.persist(store, everything); });
+    reached.get_future().wait();
+    std::thread second(operation);
+    for (int chance = 0; chance < 5000; ++chance) std::this_thread::yield();
+    goOn.set_value();
+    first.join();
+    second.join();
+    EXPECT_EQ(overtakers, 0);
+  }
 }
 
 TEST_F(RequestRecorderTest, LosesNoCallAmongManyThreads) {
