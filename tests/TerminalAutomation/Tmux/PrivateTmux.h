@@ -34,6 +34,12 @@ inline bool eventually(const std::function<bool()>& condition,
   return true;
 }
 
+/// Whether the process runs; one that has ended and waits for its parent does not.
+inline bool isAlive(pid_t process) {
+  const std::string stat = contentOf("/proc/" + std::to_string(process) + "/stat");
+  return !stat.empty() && stat.find(") Z") == std::string::npos;
+}
+
 class PrivateTmux : public ::testing::Test {
  protected:
   PrivateTmux() {
@@ -110,8 +116,7 @@ class PrivateTmux : public ::testing::Test {
     const auto process = serverProcess();
     if (!process) return;
     ask({"kill-server"});
-    if (!eventually([&] { return ::kill(*process, 0) != 0; }, std::chrono::seconds(5)))
-      ::kill(*process, SIGKILL);
+    if (!eventually([&] { return !isAlive(*process); }, std::chrono::seconds(5))) ::kill(*process, SIGKILL);
   }
 
   std::vector<TerminalTabSnapshot> tabs() { return executor().listSessions().get(); }

@@ -1,5 +1,4 @@
 #include "TerminalAutomation/Tmux/TmuxDelivery.h"
-
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 
 namespace velmora {

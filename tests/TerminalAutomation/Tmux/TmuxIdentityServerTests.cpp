@@ -125,7 +125,7 @@ TEST_F(TmuxIdentity, RefusesTheOldNameAfterItsTerminalWentToAnotherPaneOfTheWind
   const auto old = tabOf("%1");
   const std::string process = tmux({"display-message", "-p", "-t", "%1", "#{pane_pid}"});
   tmux({"kill-pane", "-t", "%1"});
-  ASSERT_TRUE(eventually([&] { return ::kill(static_cast<pid_t>(std::stol(process)), 0) != 0; }));
+  ASSERT_TRUE(eventually([&] { return !testing::isAlive(static_cast<pid_t>(std::stol(process))); }));
   // The lowest free number is given next, unless another program on this machine takes it first.
   ASSERT_TRUE(eventually([&] {
     const std::string pane = tmux({"split-window", "-d", "-P", "-F", "#{pane_id} #{pane_tty}"});

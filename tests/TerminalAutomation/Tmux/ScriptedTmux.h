@@ -1,0 +1,123 @@
+// A tmux that answers as the test says, and remembers what it was asked.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "TerminalAutomation/Tmux/TmuxOptions.h"
+#include "TerminalAutomation/Tmux/TmuxRows.h"
+
+namespace velmora::testing {
+
+/// A row as tmux prints it for paneRowFormat().
+inline std::string paneLine(const PaneRow& row) {
+  const auto flag = [](bool value) { return std::string(value ? "1" : "0"); };
+  std::string line = "R";
+  for (const std::string& field :
+       {std::to_string(row.serverProcess), std::to_string(row.serverStart), row.version, row.host,
+        "$" + std::to_string(row.session), "@" + std::to_string(row.window), "%" + std::to_string(row.pane),
+        row.tty, std::to_string(row.process), flag(row.dead), flag(row.inputOff), flag(row.synchronized),
+        flag(row.applicationCursor), flag(row.active), std::to_string(row.stackIndex),
+        std::to_string(row.sessionActivity), row.sessionName, row.windowName, row.title}) {
+    line += "\t" + field;
+  }
+  return line + "\n";
+}
+
+inline std::string clientLine(const ClientRow& row) {
+  return "C\t" + std::to_string(row.activity) + "\t" + std::to_string(row.created) + "\t$" +
+         std::to_string(row.session) + "\t@" + std::to_string(row.window) + "\t" + row.name + "\n";
+}
+
+/// A pane of tmux 3.3a that is its window's active one.
+inline PaneRow samplePane(std::int64_t pane, std::int64_t window, std::int64_t session = 0) {
+  return {.serverProcess = 100,
+          .serverStart = 1'700'000'000,
+          .version = "3.3a",
+          .host = "desk",
+          .session = session,
+          .window = window,
+          .pane = pane,
+          .tty = "/dev/pts/" + std::to_string(pane),
+          .process = static_cast<pid_t>(1'000 + pane),
+          .active = true,
+          .stackIndex = window,
+          .sessionActivity = 500,
+          .sessionName = "s" + std::to_string(session),
+          .windowName = "shell",
+          .title = "desk"};
+}
+
+class ScriptedTransport final : public TmuxTransport {
+ public:
+  struct State {
+    std::deque<TmuxAnswer> answers;  ///< The last one is given again and again.
+    std::vector<TmuxInvocation> invocations;
+  };
+
+  explicit ScriptedTransport(State& state) : state_(state) {}
+
+  TmuxAnswer run(const TmuxInvocation& invocation) override {
+    state_.invocations.push_back(invocation);
+    if (state_.answers.empty()) return {};
+    TmuxAnswer answer = state_.answers.front();
+    if (state_.answers.size() > 1) state_.answers.pop_front();
+    return answer;
+  }
+  std::string socketPath() const override { return "/nowhere/socket"; }
+  void cancel() noexcept override {}
+
+ private:
+  State& state_;
+};
+
+class ScriptedProcesses final : public ProcessTable {
+ public:
+  struct State {
+    std::map<pid_t, ProcessState> states;
+    std::map<pid_t, std::vector<std::string>> arguments;
+    std::map<std::string, bool> collectsLines;
+  };
+
+  explicit ScriptedProcesses(const State& state) : state_(state) {}
+
+  std::optional<ProcessState> state(pid_t process) const override {
+    const auto found = state_.states.find(process);
+    return found == state_.states.end() ? std::nullopt : std::optional(found->second);
+  }
+  std::vector<std::string> arguments(pid_t process) const override {
+    const auto found = state_.arguments.find(process);
+    return found == state_.arguments.end() ? std::vector<std::string>{} : found->second;
+  }
+  std::optional<bool> collectsLines(const std::string& tty) const override {
+    const auto found = state_.collectsLines.find(tty);
+    return found == state_.collectsLines.end() ? std::nullopt : std::optional(found->second);
+  }
+
+ private:
+  const State& state_;
+};
+
+class ScriptedDesktop final : public DesktopTerminal {
+ public:
+  struct State {
+    bool opens = false;
+    std::vector<std::vector<std::string>> opened;
+  };
+
+  explicit ScriptedDesktop(State& state) : state_(state) {}
+
+  bool open(const std::vector<std::string>& command) override {
+    state_.opened.push_back(command);
+    return state_.opens;
+  }
+
+ private:
+  State& state_;
+};
+
+}  // namespace velmora::testing

@@ -1,0 +1,228 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/TmuxErrors.h"
+#include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
+
+namespace velmora {
+namespace {
+
+using testing::contentOf;
+using testing::eventually;
+using testing::namesIn;
+using testing::structuredError;
+using testing::writeFile;
+using namespace std::chrono_literals;
+
+class TmuxFailures : public testing::PrivateTmux {
+ protected:
+  TmuxExecutor& impatientExecutor() {
+    TmuxExecutorOptions impatient = options();
+    impatient.deadline = 700ms;
+    impatient.historyDeadline = 900ms;
+    executor_ = std::make_unique<TmuxExecutor>(impatient);
+    return *executor_;
+  }
+
+  static std::size_t descriptorCount() { return namesIn("/proc/self/fd").size(); }
+
+  /// Children of this process, zombies among them.
+  static std::string children() {
+    return contentOf("/proc/self/task/" + std::to_string(getpid()) + "/children");
+  }
+};
+
+TEST_F(TmuxFailures, NoServerIsNotRunning) {
+  EXPECT_EQ(executor().status().get(), TerminalRuntimeStatus{});
+  const auto error = structuredError([&] { executor().listSessions().get(); });
+  EXPECT_EQ(error.code, ErrorCode::terminalNotRunning);
+  EXPECT_EQ(error.message, "No tmux server is running.");
+  EXPECT_EQ(error.operation, "terminal_list_sessions");
+  EXPECT_TRUE(error.retryable);
+}
+
+TEST_F(TmuxFailures, AStaleSocketIsNotRunning) {
+  startServer();
+  const pid_t process = serverProcess().value();
+  ::kill(process, SIGKILL);
+  ASSERT_TRUE(eventually([&] { return !testing::isAlive(process); }));
+  ASSERT_TRUE(std::filesystem::exists(transport_->socketPath()));
+  EXPECT_FALSE(executor().status().get().running);
+  EXPECT_EQ(structuredError([&] { executor().listSessions().get(); }).code, ErrorCode::terminalNotRunning);
+}
+
+TEST_F(TmuxFailures, AServerWithoutSessionsHasNoWindows) {
+  startServer();
+  tmux({"set-option", "-g", "exit-empty", "off"});
+  tmux({"kill-session", "-t", "main"});
+  EXPECT_EQ(executor().status().get(),
+            (TerminalRuntimeStatus{
+                .running = true, .windowCount = 0, .permission = AutomationPermission::granted}));
+  EXPECT_TRUE(tabs().empty());
+  EXPECT_EQ(executor().createWindow().get().tabIndex, 1);
+}
+
+TEST_F(TmuxFailures, AMissingProgramIsSaid) {
+  TmuxExecutorOptions wrong = options();
+  wrong.program = directory_ / "nowhere";
+  TmuxExecutor executor(wrong);
+  const auto error = structuredError([&] { executor.listSessions().get(); });
+  EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
+  EXPECT_NE(error.message.find("could not be started"), std::string::npos) << error.message;
+}
+
+TEST_F(TmuxFailures, AFolderThatOthersMayWriteIsRefused) {
+  startServer();
+  const std::filesystem::path folder = std::filesystem::path(transport_->socketPath()).parent_path();
+  ::chmod(folder.c_str(), 0777);
+  for (const auto& error : {structuredError([&] { executor().listSessions().get(); }),
+                            structuredError([&] { executor().status().get(); }),
+                            structuredError([&] { executor().createWindow().get(); })}) {
+    EXPECT_EQ(error.code, ErrorCode::automationPermissionDenied);
+    EXPECT_FALSE(error.retryable);
+    EXPECT_NE(error.message.find(folder.string()), std::string::npos) << error.message;
+  }
+  ::chmod(folder.c_str(), 0700);
+  EXPECT_EQ(tabs().size(), 1u);
+}
+
+TEST_F(TmuxFailures, AHungServerEndsEveryOperationAtItsDeadlineAndGetsNothingLater) {
+  startServer(recorder());
+  waitForRecorder();
+  auto& executor = impatientExecutor();
+  const auto tab = onlyTab();
+  const pid_t server = serverProcess().value();
+  const std::size_t descriptors = descriptorCount();
+  ::kill(server, SIGSTOP);
+  const auto start = std::chrono::steady_clock::now();
+  for (const auto& error :
+       {structuredError([&] { executor.status().get(); }),
+        structuredError([&] { executor.listSessions().get(); }),
+        structuredError([&] { executor.createWindow().get(); }),
+        structuredError([&] { executor.send("lost", tab.tty, tab.windowId, true).get(); }),
+        structuredError([&] { executor.send(TerminalKey::tab, 1, tab.tty, tab.windowId, true).get(); }),
+        structuredError([&] { executor.readOutput(OutputSource::history, 9, tab.tty, tab.windowId).get(); }),
+        structuredError([&] { executor.captureScreen(tab.tty, tab.windowId).get(); }),
+        structuredError([&] { executor.focus(tab.tty, tab.windowId).get(); })}) {
+    EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable) << error.operation;
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 8 * 700ms + 3s);
+  EXPECT_EQ(children(), "") << "a process is left";
+  EXPECT_EQ(descriptorCount(), descriptors);
+  ::kill(server, SIGCONT);
+  ASSERT_TRUE(eventually([&] { return serverProcess() == server; }));
+  tmux({"send-keys", "-t", "%0", "-l", "end"});
+  expectRecorded("end");
+}
+
+TEST_F(TmuxFailures, ATextWhoseServerHangsIsNeverTypedLater) {
+  startServer(recorder());
+  waitForRecorder();
+  onlyTab();
+  const auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+  const pid_t server = serverProcess().value();
+  ::kill(server, SIGSTOP);
+  // Past the look-up: the invocation that types meets the hung server.
+  std::vector<PaneCommand> commands{typeText(listing->panes.front(), "lost", "one"),
+                                    typeText(listing->panes.front(), std::string(65'536, 'x'), "two"),
+                                    typeText(listing->panes.front(), "", "three"),
+                                    pressKey(listing->panes.front(), TerminalKey::tab, 1, "four")};
+  for (PaneCommand& command : commands) {
+    const TmuxAnswer answer = transport_->run({.arguments = command.arguments,
+                                               .standardInput = command.standardInput,
+                                               .deadline = std::chrono::steady_clock::now() + 300ms});
+    EXPECT_EQ(answer.end, TmuxAnswer::End::timedOut);
+    const auto error = tmuxFailure(answer, "terminal_send_command", TmuxEffect::typed);
+    ASSERT_TRUE(error.has_value());
+    EXPECT_NE(error->message.find("outcome is unknown"), std::string::npos);
+    EXPECT_FALSE(error->retryable);
+  }
+  ::kill(server, SIGCONT);
+  ASSERT_TRUE(eventually([&] { return serverProcess() == server; }));
+  tmux({"send-keys", "-t", "%0", "-l", "end"});
+  expectRecorded("end");
+}
+
+TEST_F(TmuxFailures, AServerThatDiesInMidCallIsReported) {
+  startServer();
+  const auto tab = onlyTab();
+  const pid_t server = serverProcess().value();
+  ::kill(server, SIGSTOP);
+  auto sending = executor().send("echo x", tab.tty, tab.windowId, true);
+  ::kill(server, SIGKILL);
+  EXPECT_EQ(structuredError([&] { sending.get(); }).code, ErrorCode::terminalNotRunning);
+  EXPECT_FALSE(executor().status().get().running);
+}
+
+TEST_F(TmuxFailures, DestructionDoesNotWaitForAHungServer) {
+  startServer();
+  onlyTab();
+  const pid_t server = serverProcess().value();
+  ::kill(server, SIGSTOP);
+  auto first = executor().listSessions();
+  auto second = executor().listSessions();
+  const auto start = std::chrono::steady_clock::now();
+  executor_.reset();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
+  EXPECT_THROW(first.get(), std::exception);
+  EXPECT_THROW(second.get(), std::future_error);
+  EXPECT_EQ(children(), "");
+  ::kill(server, SIGCONT);
+}
+
+/// A program in place of tmux that prints what a tmux of another kind would.
+class TmuxImpostor : public TmuxFailures {
+ protected:
+  TmuxExecutor& executorWith(const std::string& script) {
+    makeFolder();
+    writeFile(directory_ / "tmux", "#!/bin/sh\n[ \"$4\" = -V ] && echo 'tmux 3.9' && exit\n" + script + "\n");
+    std::filesystem::permissions(directory_ / "tmux", std::filesystem::perms::owner_all);
+    TmuxExecutorOptions altered = options();
+    altered.program = directory_ / "tmux";
+    executor_ = std::make_unique<TmuxExecutor>(altered);
+    return *executor_;
+  }
+  StructuredError listingError(const std::string& script) {
+    return structuredError([&] { executorWith(script).listSessions().get(); });
+  }
+};
+
+TEST_F(TmuxImpostor, RefusalsThatCountAsSuccessAreErrors) {
+  EXPECT_EQ(listingError("echo 'access not allowed' >&2").code, ErrorCode::automationPermissionDenied);
+  const auto tooOld = listingError("echo 'server version is too old for client' >&2");
+  EXPECT_EQ(tooOld.code, ErrorCode::terminalNotAvailable);
+  EXPECT_NE(tooOld.message.find("tmux 3.9"), std::string::npos) << tooOld.message;
+  EXPECT_EQ(listingError("echo 'not a row'").code, ErrorCode::appleScriptExecutionFailed);
+}
+
+TEST_F(TmuxImpostor, RefusalsKeepTheirMeaning) {
+  EXPECT_EQ(listingError("echo 'error connecting to x (Permission denied)' >&2; exit 1").code,
+            ErrorCode::automationPermissionDenied);
+  EXPECT_EQ(listingError("echo 'client is read-only' >&2; exit 1").code,
+            ErrorCode::automationPermissionDenied);
+  EXPECT_EQ(listingError("echo 'error connecting to x (Connection refused)' >&2; exit 1").code,
+            ErrorCode::terminalNotRunning);
+  const auto mixed = listingError("echo 'server exited unexpectedly' >&2; exit 1");
+  EXPECT_EQ(mixed.code, ErrorCode::terminalNotAvailable);
+  EXPECT_NE(mixed.message.find("tmux 3.9"), std::string::npos) << mixed.message;
+}
+
+TEST_F(TmuxImpostor, OutputWithoutEndIsCutOff) {
+  const auto error = listingError("exec yes");
+  EXPECT_EQ(error.code, ErrorCode::outputUnavailable);
+  EXPECT_EQ(children(), "");
+}
+
+TEST_F(TmuxImpostor, AProgramThatLeavesItsStreamsToAnotherDoesNotHoldTheCall) {
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(
+      listingError("sleep 30 & echo $! > " + (directory_ / "sleeper").string() + "; echo 'no' >&2; exit 1")
+          .code,
+      ErrorCode::appleScriptExecutionFailed);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 10s);
+  ::kill(static_cast<pid_t>(std::stol(contentOf(directory_ / "sleeper"))), SIGKILL);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "TerminalAutomation/Tmux/TmuxRows.h"
+#include "tests/TerminalAutomation/Tmux/ScriptedTmux.h"
+
+namespace velmora {
+namespace {
+
+using testing::clientLine;
+using testing::paneLine;
+using testing::samplePane;
+
+TEST(TmuxRows, ReadsPanesAndClients) {
+  PaneRow pane = samplePane(3, 2, 1);
+  pane.dead = pane.inputOff = pane.synchronized = pane.applicationCursor = true;
+  pane.title = "any – 제목: $x #{y}";
+  const ClientRow client{.activity = 9, .created = 8, .session = 1, .window = 2, .name = "/dev/pts/9"};
+  const auto listing = parseListing(paneLine(pane) + paneLine(samplePane(0, 0)) + clientLine(client));
+  ASSERT_TRUE(listing.has_value());
+  EXPECT_EQ(listing->panes, (std::vector<PaneRow>{pane, samplePane(0, 0)}));
+  EXPECT_EQ(listing->clients, (std::vector<ClientRow>{client}));
+}
+
+TEST(TmuxRows, ReadsAnEmptyAnswer) {
+  const auto listing = parseListing("");
+  ASSERT_TRUE(listing.has_value());
+  EXPECT_TRUE(listing->panes.empty());
+}
+
+TEST(TmuxRows, RefusesAnythingElse) {
+  const std::string good = paneLine(samplePane(1, 1));
+  std::string extraField = good;
+  extraField.insert(good.size() - 1, "\tmore");
+  std::string wrongSigil = good;
+  wrongSigil.replace(wrongSigil.find("\t@1"), 3, "\t%1");
+  std::string notANumber = good;
+  notANumber.replace(notANumber.find("100"), 3, "1x0");
+  for (const std::string& bad :
+       {std::string("text\n"), std::string("\n"), good.substr(0, good.size() - 1), "R\t1\t2\n" + good,
+        good + "?\n", extraField, wrongSigil, notANumber, std::string("R\t\n"),
+        std::string("C\t1\t2\t$1\t@1\n"), std::string("R\t99999999999999999999") + good.substr(5)}) {
+    EXPECT_FALSE(parseListing(bad).has_value()) << bad;
+  }
+}
+
+TEST(TmuxRows, RefusesEveryTruncationOfARow) {
+  const std::string good = paneLine(samplePane(1, 1));
+  for (std::size_t length = 1; length < good.size(); ++length) {
+    EXPECT_FALSE(parseListing(good.substr(0, length)).has_value()) << length;
+  }
+}
+
+TEST(TmuxRows, NamesAsManyFieldsAsItReads) {
+  const std::string line = paneLine(samplePane(1, 1));
+  EXPECT_EQ(std::count(paneRowFormat().begin(), paneRowFormat().end(), '\t'),
+            std::count(line.begin(), line.end(), '\t'));
+  const std::string client = clientLine({.name = "x"});
+  EXPECT_EQ(std::count(clientRowFormat().begin(), clientRowFormat().end(), '\t'),
+            std::count(client.begin(), client.end(), '\t'));
+}
+
+TEST(TmuxRows, OrdersVersions) {
+  EXPECT_EQ(tmuxVersionNumber("3.3a"), 303);
+  EXPECT_EQ(tmuxVersionNumber("3.2"), oldestTmuxVersion);
+  EXPECT_EQ(tmuxVersionNumber("next-3.8"), 308);
+  EXPECT_EQ(tmuxVersionNumber("3.10"), 310);
+  EXPECT_LT(tmuxVersionNumber("3.0a"), oldestTmuxVersion);
+  EXPECT_LT(tmuxVersionNumber("2.9"), oldestTmuxVersion);
+  EXPECT_GE(tmuxVersionNumber("3.7c"), cleaningPasteTmuxVersion);
+  EXPECT_GT(tmuxVersionNumber("master"), cleaningPasteTmuxVersion);
+  EXPECT_EQ(tmuxVersionNumber("4"), 400);
+}
+
+}  // namespace
+}  // namespace velmora
