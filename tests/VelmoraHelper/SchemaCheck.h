@@ -1,9 +1,11 @@
 // As much of JSON Schema as the tools' input schemas use; a keyword that it does not know is a failure.
 #pragma once
 
+#include <regex.h>
+
+#include <algorithm>
 #include <boost/json/value.hpp>
 #include <cmath>
-#include <regex>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +27,17 @@ inline bool contains(const boost::json::array& values, const boost::json::value&
   return std::find(values.begin(), values.end(), value) != values.end();
 }
 
+// The pattern is read as a POSIX extended one, which for what the schemas use is the same.
+inline bool matches(const std::string& text, const std::string& pattern) {
+  regex_t expression;
+  if (::regcomp(&expression, pattern.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
+    throw std::logic_error("schema pattern " + pattern);
+  }
+  const bool found = ::regexec(&expression, text.c_str(), 0, nullptr, 0) == 0;
+  ::regfree(&expression);
+  return found;
+}
+
 }  // namespace detail
 
 bool schemaAccepts(const boost::json::object& schema, const boost::json::value& value);
@@ -43,8 +56,7 @@ inline bool keywordAccepts(std::string_view keyword, const boost::json::value& r
     return !value.is_string() || value.as_string().size() >= rule.to_number<std::size_t>();
   }
   if (keyword == "pattern") {
-    return !value.is_string() ||
-           std::regex_search(std::string(value.as_string()), std::regex(std::string(rule.as_string())));
+    return !value.is_string() || matches(std::string(value.as_string()), std::string(rule.as_string()));
   }
   if (keyword == "required") {
     for (const auto& name : rule.as_array()) {
