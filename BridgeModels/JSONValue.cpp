@@ -9,6 +9,6 @@ const JSONValue* JSONValue::find(std::string_view key) const {
   return found == members->end() ? nullptr : &found->second;
 }
 
-bool JSONValue::operator==(const JSONValue&) const = default;
+bool JSONValue::operator==(const JSONValue& other) const { return storage == other.storage; }
 
 }  // namespace velmora

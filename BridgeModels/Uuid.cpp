@@ -50,7 +50,7 @@ std::optional<Uuid> Uuid::parse(std::string_view text) {
     const auto digit = hexDigit(text[index]);
     if (!digit) return std::nullopt;
     auto& byte = uuid.bytes[digits / 2];
-    byte = static_cast<std::uint8_t>(byte << 4 | *digit);
+    byte = static_cast<std::uint8_t>(static_cast<unsigned>(byte) << 4 | *digit);
     ++digits;
   }
   return uuid;

@@ -1,14 +1,11 @@
 #include "BridgeModels/Json/JsonReader.h"
 
-#include <boost/json/parse.hpp>
 #include <cmath>
 #include <limits>
 
 namespace velmora {
 
 namespace {
-
-constexpr std::size_t maximumDepth = 128;
 
 // The integer that a JSON number stands for, when it stands for one in the 64-bit range.
 std::optional<std::int64_t> asInteger(const boost::json::value& value) {
@@ -50,15 +47,6 @@ std::string JsonPath::toString() const {
   if (position) return text + "[" + std::to_string(*position) + "]";
   if (!text.empty() && !key.empty()) text.push_back('.');
   return text.append(key);
-}
-
-boost::json::value parseJson(std::string_view text) {
-  boost::json::parse_options options;
-  options.max_depth = maximumDepth;
-  boost::system::error_code error;
-  auto document = boost::json::parse(boost::json::string_view(text.data(), text.size()), error, {}, options);
-  if (error) throw JsonDecodeError("no valid JSON: " + error.message());
-  return document;
 }
 
 void JsonReader::read(bool& out) const {

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "BridgeModels/Date.h"
@@ -71,8 +72,9 @@ class JsonReader {
 
   template <class Value>
   void read(std::optional<Value>& out) const {
-    out.emplace();
-    read(*out);
+    Value value{};
+    read(value);
+    out = std::move(value);
   }
 
   template <class Element>

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+#include <random>
 #include <string>
 
 #include "BridgeModels/Json/JsonEncoding.h"
@@ -95,6 +98,24 @@ TEST(JsonReader, RefusesANumberOfAMillionDigits) {
   EXPECT_NE(problemOf<double>(digits), "no error");
   EXPECT_NE(problemOf<JSONValue>("1e999"), "no error");
   EXPECT_EQ(decodeJson<double>("0." + std::string(1 << 20, '0')), 0.0);
+}
+
+TEST(JsonReader, ReadsEveryDoubleToTheLastBit) {
+  std::mt19937_64 random(42);
+  std::uniform_real_distribution<double> seconds(0, 1e9);
+  for (int count = 0; count < 100000; ++count) {
+    const Date date{seconds(random)};
+    ASSERT_EQ(decodeJson<Date>(encodeJson(date)), date) << encodeJson(date);
+    std::uint64_t bits = random();
+    double any = 0;
+    std::memcpy(&any, &bits, sizeof any);
+    if (std::isfinite(any)) {
+      ASSERT_EQ(decodeJson<double>(encodeJson(any)), any) << encodeJson(any);
+    }
+  }
+  const std::string manyDigits =
+      "0.1000000000000000055511151231257827021181583404541015625" + std::string(2000, '0') + "1";
+  EXPECT_EQ(decodeJson<double>(manyDigits), 0.1);
 }
 
 TEST(JsonReader, RefusesWhatIsNoJson) {
