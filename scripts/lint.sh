@@ -1,0 +1,114 @@
+#!/usr/bin/env bash
+# Every check of form, for people and for CI: prints OK or FAIL for each, with what is wrong, and counts them.
+# The build tree of the preset "dev" must be configured.
+set -uo pipefail
+cd "$(dirname "$0")/.." || exit
+
+jobs=$(getconf _NPROCESSORS_ONLN)
+passed=0
+failed=0
+
+mapfile -t sources < <(git ls-files '*.h' '*.cpp')
+mapfile -t headers < <(git ls-files '*.h')
+mapfile -t product < <(git ls-files '*.cpp' | grep -vE '^(tests|benchmarks|fuzzers)/' | grep -v 'Mac\.cpp$')
+
+# check NAME COMMAND...: fails when the command fails or prints anything.
+check() {
+  local name=$1 output
+  shift
+  if output=$("$@" 2>&1) && [ -z "$output" ]; then
+    echo "OK    $name"
+    passed=$((passed + 1))
+  else
+    echo "FAIL  $name"
+    printf '%s\n' "$output" | head -n 40 | sed 's/^/      /'
+    failed=$((failed + 1))
+  fi
+}
+
+format() { clang-format --dry-run -Werror "${sources[@]}"; }
+
+tidy() {
+  printf '%s\0' "${product[@]}" |
+    xargs -0 -n 2 -P "$jobs" clang-tidy-quiet 2>/dev/null | grep -E 'error|warning' | sort -u
+  return 0
+}
+clang-tidy-quiet() { clang-tidy --quiet -p build/dev "$@"; }
+export -f clang-tidy-quiet
+
+# Files that may be larger than one idea takes, each with its reason:
+#   BridgeModels/Json/JsonReader.h   (none so far)
+sizes() {
+  local file lines limit
+  for file in "${sources[@]}"; do
+    case $file in
+      tests/*) limit=600 ;;
+      *.h) limit=200 ;;
+      *) limit=400 ;;
+    esac
+    lines=$(wc -l <"$file")
+    if [ "$lines" -gt "$limit" ]; then echo "$file: $lines lines, $limit at most"; fi
+  done
+  return 0
+}
+
+# Every header compiles alone, with the flags of the file's own build.
+headersAlone() {
+  local flags
+  flags=$(pkg-config --cflags pangocairo libpng)
+  # shellcheck disable=SC2086 # the flags are separate words
+  printf '%s\0' "${headers[@]}" | xargs -0 -P "$jobs" -I HEADER \
+    g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags -include HEADER /dev/null
+}
+
+# A folder's includes point one way.
+includes() {
+  local rule folder forbidden
+  for rule in \
+    'BridgeModels:LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
+    'TerminalAutomation:LocalControl|BridgeCore|BridgeHost|Velmora' \
+    'BridgeCore:LocalControl|BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
+    'LocalControl:BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
+    'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation|VelmoraHeadless'; do
+    folder=${rule%%:*}
+    forbidden=${rule#*:}
+    git grep -nE "#include \"($forbidden)" -- "$folder"
+  done
+  git grep -nE '#include <(Q[A-Z]|q[a-z]+\.h)' -- BridgeModels LocalControl TerminalAutomation BridgeCore BridgeHost VelmoraHeadless VelmoraHelper
+  return 0
+}
+
+# Each test file stands in exactly one CMakeLists.txt, and none is switched off.
+tests() {
+  local file count
+  while read -r file; do
+    count=$(grep -wcF "$(basename "$file")" "$(dirname "$file")/CMakeLists.txt" 2>/dev/null)
+    if [ "${count:-0}" != 1 ]; then echo "$file stands ${count:-0} times in its CMakeLists.txt"; fi
+  done < <(git ls-files 'tests/*Tests.cpp')
+  git grep -nE 'DISABLED_|GTEST_SKIP|EXPECT_TRUE\(true\)' -- tests
+  return 0
+}
+
+# Unit tests decide the time themselves. A test of the real clock, a real thread or a real program may wait.
+wallClock() {
+  git grep -nE 'sleep_for|usleep|[^a-zA-Z]sleep\(|system_clock' -- tests ':!tests/TerminalAutomation/Tmux' ':!tests/support'
+  return 0
+}
+
+unfinished() {
+  git grep -nE '\b(TODO|FIXME|XXX)\b' -- ':!scripts/lint.sh'
+  return 0
+}
+
+check 'format (clang-format)' format
+check 'sizes of files' sizes
+check 'includes point one way' includes
+check 'every test file runs' tests
+check 'no wall clock in unit tests' wallClock
+check 'nothing unfinished' unfinished
+check 'shell scripts (shellcheck)' shellcheck scripts/*.sh .ci/run
+check 'every header compiles alone' headersAlone
+check 'clang-tidy' tidy
+
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]
