@@ -3,7 +3,6 @@
 // hold, come from a table of fields.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,6 +1,7 @@
 #include "VelmoraHelper/ToolCatalogue.h"
 
 #include <array>
+#include <stdexcept>
 
 #include "VelmoraHelper/InputSchema.h"
 
