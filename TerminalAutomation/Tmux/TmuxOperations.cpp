@@ -239,7 +239,7 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(const Call& call, std:
 
 std::string TmuxOperations::newBufferName() { return bufferPrefix_ + std::to_string(++buffers_); }
 
-void TmuxOperations::type(const Call& call, const PaneRow&, PaneCommand command) {
+void TmuxOperations::type(const Call& call, PaneCommand command) const {
   const TmuxAnswer answer = invoke(call, std::move(command.arguments), std::move(command.standardInput));
   if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::typed)) throw std::move(*failure);
   if (answer.output.starts_with(guardRefused)) throw tmuxError::stale(call.operation);
@@ -250,7 +250,7 @@ void TmuxOperations::sendCommand(const std::string& command, const std::string& 
   const Call call = begin("terminal_send_command");
   if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul(call.operation);
   const PaneRow pane = findPaneForInput(call, tty, windowId, allowBusy);
-  type(call, pane, typeText(pane, command, newBufferName()));
+  type(call, typeText(pane, command, newBufferName()));
 }
 
 void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const std::string& tty,
@@ -258,7 +258,7 @@ void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const st
   const Call call = begin("terminal_send_key");
   if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount(call.operation);
   const PaneRow pane = findPaneForInput(call, tty, windowId, allowBusy);
-  type(call, pane, pressKey(pane, key, repeatCount, newBufferName()));
+  type(call, pressKey(pane, key, repeatCount, newBufferName()));
 }
 
 std::string TmuxOperations::read(const Call& call, PaneCommand command, std::size_t outputLimit) const {
@@ -320,9 +320,10 @@ void TmuxOperations::focus(const std::string& tty, std::int64_t windowId) {
 }
 
 bool TmuxOperations::showInDesktopTerminal(const Call& call, const PaneRow& pane) const {
+  // The pane names its session too, and unlike "$1" it means nothing to a shell that a terminal may use.
   const auto program = options_.program ? options_.program : findProgram("tmux", options_.environment);
   if (!program || !parts_.desktop->open({program->string(), "-u", "-S", parts_.transport->socketPath(),
-                                         "attach-session", "-t", "$" + std::to_string(pane.session)})) {
+                                         "attach-session", "-t", paneTarget(pane)})) {
     return true;  // no screen at hand: the next attach shows it
   }
   for (int poll = 0; poll < attachPolls; ++poll) {

@@ -50,7 +50,7 @@ class TmuxOperations {
   PaneRow findPane(const Call& call, const std::string& tty, std::int64_t windowId);
   PaneRow findPaneForInput(const Call& call, const std::string& tty, std::int64_t windowId, bool allowBusy);
   std::string read(const Call& call, PaneCommand command, std::size_t outputLimit) const;
-  void type(const Call& call, const PaneRow& pane, PaneCommand command);
+  void type(const Call& call, PaneCommand command) const;
   std::string newBufferName();
   bool isBusy(const PaneRow& pane) const;
   TerminalTabSnapshot snapshot(const ArrangedPane& pane);

@@ -134,7 +134,7 @@ TEST_F(TmuxFocus, OpensTheDesktopsTerminalWithoutAClient) {
   focus("%1");
   EXPECT_EQ(tmux({"list-clients", "-F", "#{session_name} #{pane_id}"}), "other %1");
   EXPECT_TRUE(contentOf(opened).starts_with("/")) << contentOf(opened);
-  EXPECT_TRUE(contentOf(opened).ends_with("\n$1\n[]")) << contentOf(opened);
+  EXPECT_TRUE(contentOf(opened).ends_with("\n%1\n[]")) << contentOf(opened);
 }
 
 TEST_F(TmuxFocus, SaysWhenTheDesktopsTerminalDoesNotShowIt) {

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <system_error>
+
+#include "TerminalAutomation/Tmux/PictureFile.h"
+#include "tests/support/FakeTime.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+using testing::contentOf;
+using testing::modeOf;
+using testing::namesIn;
+using testing::numberedUuid;
+
+TEST(PictureFile, IsForItsOwnerAloneUnderTheIdsUpperCaseName) {
+  const TemporaryDirectory directory;
+  const Uuid id = *Uuid::parse("0a1b2c3d-0000-4000-8000-00000000abcd");
+  const auto path = writePictureFile(directory / "new", id, "bytes");
+  EXPECT_EQ(path, directory / "new" / "Velmora" / "terminal-0A1B2C3D-0000-4000-8000-00000000ABCD.png");
+  EXPECT_EQ(contentOf(path), "bytes");
+  EXPECT_EQ(modeOf(path), 0600u);
+  EXPECT_EQ(modeOf(path.parent_path()), 0700u);
+}
+
+TEST(PictureFile, ClosesAFolderThatWasOpenToOthers) {
+  const TemporaryDirectory directory;
+  std::filesystem::create_directory(directory / "Velmora");
+  ::chmod((directory / "Velmora").c_str(), 0777);
+  writePictureFile(directory.path(), numberedUuid(1), "x");
+  EXPECT_EQ(modeOf(directory / "Velmora"), 0700u);
+}
+
+TEST(PictureFile, NeverOverwritesNorFollowsALink) {
+  const TemporaryDirectory directory;
+  const auto path = writePictureFile(directory.path(), numberedUuid(1), "first");
+  EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), "second"), std::system_error);
+  EXPECT_EQ(contentOf(path), "first");
+  const auto second = path.parent_path() / ("terminal-" + numberedUuid(2).toString() + ".png");
+  std::filesystem::create_symlink(directory / "target", second);
+  EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(2), "x"), std::system_error);
+  EXPECT_FALSE(std::filesystem::exists(directory / "target"));
+}
+
+TEST(PictureFile, RefusesAFolderThatIsALinkOrAFile) {
+  const TemporaryDirectory directory;
+  std::filesystem::create_directory(directory / "elsewhere");
+  std::filesystem::create_directory_symlink(directory / "elsewhere", directory / "Velmora");
+  EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), "x"), std::system_error);
+  EXPECT_TRUE(namesIn(directory / "elsewhere").empty());
+  std::filesystem::remove(directory / "Velmora");
+  testing::writeFile(directory / "Velmora", "");
+  EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), "x"), std::system_error);
+}
+
+TEST(PictureFile, LeavesNothingOfAPictureThatDoesNotFit) {
+  const TemporaryDirectory directory;
+  // A limit on the size of files stands in for a full disk. Past it a write fails once the signal is ignored.
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const rlimit small{.rlim_cur = 10, .rlim_max = before.rlim_max};
+  const auto oldHandler = ::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), std::string(100, 'x')), std::system_error);
+  ::setrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, oldHandler);
+  EXPECT_TRUE(namesIn(directory / "Velmora").empty());
+}
+
+}  // namespace
+}  // namespace velmora
