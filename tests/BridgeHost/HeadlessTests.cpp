@@ -1,0 +1,254 @@
+// The whole bridge as a process: a real socket at one end, a real tmux server at the other.
+#include <gmock/gmock.h>
+
+#include <cstdint>
+#include <thread>
+
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/UnixSocketClient.h"
+#include "tests/BridgeHost/HeadlessFixture.h"
+
+namespace velmora {
+namespace {
+
+using ::testing::AnyOf;
+using testing::eventually;
+using ::testing::HasSubstr;
+
+class Headless : public testing::HeadlessFixture {
+ protected:
+  static LocalControlRequest ofAnotherVersion() {
+    return {.protocolVersion = 2, .requestId = Uuid::random(), .client = {"tester", std::nullopt, 1}};
+  }
+  std::size_t descriptorCount() const {
+    return testing::namesIn("/proc/" + std::to_string(headless->process()) + "/fd").size();
+  }
+};
+
+TEST_F(Headless, CarriesAllNineToolsFromTheSocketToAPaneAndBack) {
+  startTmux();
+  startHeadless();
+  EXPECT_EQ(textAt(at(payload(ToolName::status), "status"), "terminalState"), "available");
+
+  const auto created = createSession();
+  const auto id = textAt(created, "sessionId");
+  const auto pane = paneOf(textAt(created, "tty"));
+  EXPECT_THAT(pane, ::testing::StartsWith("%"));
+
+  const auto sent =
+      payload(ToolName::sendCommand, {{"sessionId", id}, {"command", "echo hello-$((40 + 2))"}});
+  EXPECT_EQ(textAt(sent, "deliveryStatus"), "delivered_to_terminal");
+  expectInHistory(id, "\nhello-42");
+
+  payload(ToolName::sendCommand,
+          {{"sessionId", id},
+           {"command",
+            "echo '첫째 줄: 안녕 👩‍👩‍👧‍👦'\nprintf '%s|%s\\n' \"둘째 "
+            "\\\"quoted\\\" \\$HOME\" 'it'\\''s 🚀; done'"}});
+  expectInHistory(id, "\n첫째 줄: 안녕 👩");
+  expectInHistory(id, "\n둘째 \"quoted\" $HOME|it's 🚀; done");
+
+  // Three lines back is the first command again.
+  const auto pressed =
+      payload(ToolName::sendKey, {{"sessionId", id}, {"key", "upArrow"}, {"repeatCount", 3}});
+  EXPECT_EQ(at(pressed, "repeatCount"), 3);
+  payload(ToolName::sendKey, {{"sessionId", id}, {"key", "return"}});
+  expectInHistory(id, "done\n$ echo hello-$((40 + 2))\nhello-42");
+
+  const auto end = payload(ToolName::readOutput, {{"sessionId", id}, {"maxCharacters", 5}});
+  EXPECT_EQ(at(end, "returnedCharacters"), 5);
+  EXPECT_EQ(at(end, "truncated"), true);
+
+  const auto sessions = *at(payload(ToolName::listSessions), "sessions").array();
+  std::vector<std::string> listed;
+  for (const auto& session : sessions) listed.push_back(textAt(session, "sessionId"));
+  EXPECT_EQ(listed.size(), 2u);
+  EXPECT_THAT(listed, ::testing::Contains(id));
+  EXPECT_EQ(textAt(payload(ToolName::focusSession, {{"sessionId", id}}), "sessionId"), id);
+  // Nobody is attached, so either may be the active one.
+  EXPECT_THAT(listed,
+              ::testing::Contains(textAt(at(payload(ToolName::getActiveSession), "session"), "sessionId")));
+
+  const auto picture = textAt(payload(ToolName::captureScreen, {{"sessionId", id}}), "imagePath");
+  EXPECT_THAT(picture, ::testing::StartsWith((directory / "Velmora/terminal-").string()));
+  EXPECT_THAT(testing::contentOf(picture), ::testing::StartsWith("\x89PNG\r\n"));
+  EXPECT_EQ(testing::modeOf(picture), 0600u);
+}
+
+TEST_F(Headless, PrintsOneLineAndEndsWithZeroWithoutTouchingTheTmuxServer) {
+  startTmux();
+  startHeadless();
+  createSession();
+  ASSERT_TRUE(std::filesystem::exists(socketPath()));
+  EXPECT_EQ(endHeadless(), 0);
+  EXPECT_EQ(lastOutput, "");
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+  EXPECT_EQ(tmux({"list-panes", "-a", "-F", "pane"}), "pane\npane");
+}
+
+TEST_F(Headless, EndsOnAnInterruptToo) {
+  startHeadless();
+  headless->signal(SIGINT);
+  EXPECT_EQ(headless->wait(), 0);
+  headless.reset();
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+}
+
+TEST_F(Headless, EndsWhileClientsAreConnected) {
+  startHeadless();
+  LocalControlClient client(socketPath());
+  EXPECT_TRUE(call(client, ToolName::status).ok);
+  EXPECT_EQ(endHeadless(), 0);
+  EXPECT_THROW(call(client, ToolName::status), UnixSocketError);
+}
+
+TEST_F(Headless, KeepsAHistoryOnlyWhenAskedAndDeletesItOnExitOnlyWhenAsked) {
+  startTmux();
+  startHeadless();
+  historyOf(textAt(createSession(), "sessionId"));
+  EXPECT_EQ(endHeadless(), 0);
+  EXPECT_FALSE(std::filesystem::exists(historyFile()));
+  for (const bool deletes : {false, true}) {
+    writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = deletes});
+    startHeadless();
+    const auto id = textAt(createSession(), "sessionId");
+    historyOf(id);
+    EXPECT_TRUE(eventually([&] { return testing::contentOf(historyFile()).find(id) != std::string::npos; }));
+    EXPECT_EQ(testing::modeOf(historyFile()), 0600u);
+    EXPECT_EQ(endHeadless(), 0);
+    EXPECT_EQ(std::filesystem::exists(historyFile()), !deletes);
+  }
+}
+
+TEST_F(Headless, ASecondOneRefusesToStartAndLeavesTheFirstAlone) {
+  startHeadless();
+  const auto second = launch();
+  EXPECT_EQ(second->wait(), 1);
+  EXPECT_EQ(second->restOfOutput(), "");
+  EXPECT_THAT(second->restOfErrors(), HasSubstr("already running"));
+  EXPECT_TRUE(call(ToolName::status).ok);
+}
+
+TEST_F(Headless, TakesThePlaceOfOneThatWasKilled) {
+  startHeadless();
+  headless->signal(SIGKILL);
+  EXPECT_EQ(headless->wait(), 128 + SIGKILL);
+  ASSERT_TRUE(std::filesystem::exists(socketPath()));
+  startHeadless();
+  EXPECT_TRUE(call(ToolName::status).ok);
+}
+
+TEST_F(Headless, RefusesArguments) {
+  const auto program = launch({"--verbose"});
+  EXPECT_EQ(program->wait(), 2);
+  EXPECT_EQ(program->restOfOutput(), "");
+  EXPECT_THAT(program->restOfErrors(), HasSubstr("takes no arguments"));
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+}
+
+TEST_F(Headless, NeverRedirectsTheIdOfAClosedPane) {
+  startTmux();
+  startHeadless();
+  const auto closed = createSession();
+  const auto id = textAt(closed, "sessionId");
+  const auto tty = textAt(closed, "tty");
+  tmux({"kill-pane", "-t", paneOf(tty)});
+  ASSERT_TRUE(eventually([&] { return paneOf(tty).empty(); }));
+  // The system gives the number of the closed terminal to the next one.
+  const auto next = createSession();
+  EXPECT_NE(textAt(next, "sessionId"), id);
+  const auto refusals = {call(ToolName::sendCommand, {{"sessionId", id}, {"command", "echo astray"}}),
+                         call(ToolName::sendKey, {{"sessionId", id}, {"key", "return"}}),
+                         call(ToolName::readOutput, {{"sessionId", id}}),
+                         call(ToolName::captureScreen, {{"sessionId", id}}),
+                         call(ToolName::focusSession, {{"sessionId", id}})};
+  for (const auto& refusal : refusals) {
+    ASSERT_TRUE(refusal.error.has_value());
+    EXPECT_THAT(refusal.error->code, AnyOf(ErrorCode::sessionStale, ErrorCode::sessionNotFound));
+  }
+  const auto nextId = textAt(next, "sessionId");
+  payload(ToolName::sendCommand, {{"sessionId", nextId}, {"command", "echo at-home"}});
+  expectInHistory(nextId, "\nat-home");
+  EXPECT_THAT(historyOf(nextId), ::testing::Not(HasSubstr("astray")));
+}
+
+TEST_F(Headless, SaysThatNoTmuxServerRunsAndStartsOneForANewSession) {
+  startHeadless();
+  EXPECT_EQ(textAt(at(payload(ToolName::status), "status"), "terminalState"), "notRunning");
+  const auto listed = call(ToolName::listSessions);
+  ASSERT_TRUE(listed.error.has_value());
+  EXPECT_EQ(listed.error->code, ErrorCode::terminalNotRunning);
+  EXPECT_EQ(listed.error->message, "No tmux server is running.");
+  EXPECT_FALSE(std::filesystem::exists(tmuxSocket()));
+  const auto id = textAt(createSession(), "sessionId");
+  EXPECT_TRUE(std::filesystem::exists(tmuxSocket()));
+  payload(ToolName::sendCommand, {{"sessionId", id}, {"command", "echo started-$((1 + 1))"}});
+  expectInHistory(id, "\nstarted-2");
+}
+
+TEST_F(Headless, ServesTwoClientsAtOnce) {
+  startTmux();
+  startHeadless();
+  const auto work = [this](const std::string& name) {
+    const auto id = textAt(createSession(), "sessionId");
+    for (int round = 0; round < 5; ++round) {
+      const auto number = std::to_string(round);
+      payload(ToolName::sendCommand,
+              {{"sessionId", id}, {"command", "echo " + name + "-$((0 + " + number + "))"}});
+      expectInHistory(id, "\n" + name + "-" + number);
+    }
+    return historyOf(id);
+  };
+  std::string first;
+  std::thread other([&] { first = work("first"); });
+  const auto second = work("second");
+  other.join();
+  EXPECT_THAT(first, ::testing::Not(HasSubstr("second")));
+  EXPECT_THAT(second, ::testing::Not(HasSubstr("first")));
+}
+
+TEST_F(Headless, IsFoundByTheHelperThatAnMcpClientLaunches) {
+  startHeadless();
+  testing::ChildProgram helper({VELMORA_BIN "/velmora"}, {{"HOME", directory.path().string()},
+                                                          {"XDG_RUNTIME_DIR", directory.path().string()}});
+  helper.write(R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_status"}})"
+               "\n");
+  EXPECT_THAT(helper.readLine().value_or(""), HasSubstr(R"("terminalState":"notRunning")"));
+  helper.closeInput();
+  EXPECT_EQ(helper.wait(), 0);
+}
+
+TEST_F(Headless, AClientThatLeavesInMidCallDisturbsNobody) {
+  startTmux();
+  startHeadless();
+  LocalControlClient steady(socketPath());
+  const auto frame = LocalControlCodec::frame(LocalControlRequest{.requestId = Uuid::random(),
+                                                                  .client = {"tester", std::nullopt, 1},
+                                                                  .operation = ToolName::listSessions});
+  for (int round = 0; round < 20; ++round) {
+    UnixSocketClient::connect(socketPath()).writeFrame(frame);
+    UnixSocketClient::connect(socketPath()).writeFrame(frame.substr(0, frame.size() / 2));
+    UnixSocketClient::connect(socketPath()).writeFrame("\xFF\xFF\xFF\xFFno frame");
+    EXPECT_TRUE(call(steady, ToolName::listSessions).ok);
+  }
+}
+
+TEST_F(Headless, HoldsNoMoreDescriptorsAfter300Connections) {
+  startTmux();
+  startHeadless();
+  EXPECT_TRUE(call(ToolName::listSessions).ok);
+  const auto request = ofAnotherVersion();
+  std::size_t before = 0;
+  // The thread of the last connection may still be at work: the count is taken when it has come to rest.
+  ASSERT_TRUE(eventually([&] { return std::exchange(before, descriptorCount()) == descriptorCount(); }));
+  for (int round = 0; round < 300; ++round) {
+    LocalControlClient client(socketPath());
+    ASSERT_FALSE(client.send(request).ok);
+    ASSERT_TRUE(round % 50 != 0 || call(client, ToolName::listSessions).ok);
+  }
+  EXPECT_TRUE(eventually([&] { return descriptorCount() <= before; }))
+      << descriptorCount() << " descriptors, " << before << " before";
+}
+
+}  // namespace
+}  // namespace velmora
