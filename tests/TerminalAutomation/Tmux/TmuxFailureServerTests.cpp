@@ -1,6 +1,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <sstream>
+
 #include "TerminalAutomation/Tmux/TmuxDelivery.h"
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
@@ -27,9 +29,15 @@ class TmuxFailures : public testing::PrivateTmux {
 
   static std::size_t descriptorCount() { return namesIn("/proc/self/fd").size(); }
 
-  /// Children of this process, zombies among them.
+  /// The names of this process's children, zombies among them; a sanitizer's helper is not meant.
   static std::string children() {
-    return contentOf("/proc/self/task/" + std::to_string(getpid()) + "/children");
+    std::istringstream processes(contentOf("/proc/self/task/" + std::to_string(getpid()) + "/children"));
+    std::string names;
+    for (std::string process; processes >> process;) {
+      const std::string name = contentOf("/proc/" + process + "/comm");
+      if (!name.starts_with("llvm-symbolizer")) names += name;
+    }
+    return names;
   }
 };
 

@@ -1,0 +1,14 @@
+// Read by the sanitizers when a test program links this file; without them nobody calls it. Libraries of the
+// system are not instrumented, so what they do right looks wrong:
+// - the counter in libstdc++'s std::exception_ptr, for exceptions that go through a std::future;
+// - the thread on which Pango lets fontconfig load fonts, and what fontconfig keeps for the program's life.
+extern "C" const char* __tsan_default_suppressions();
+extern "C" const char* __tsan_default_suppressions() {
+  return "race:std::__exception_ptr::exception_ptr::_M_release\n"
+         "race:libfontconfig.so\n"
+         "race:libglib-2.0.so\n"
+         "race:libpangoft2-1.0.so\n";
+}
+
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig.so\n"; }
