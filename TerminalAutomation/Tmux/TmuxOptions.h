@@ -23,9 +23,9 @@ struct TmuxExecutorOptions {
   std::filesystem::path temporaryDirectory{};         ///< Pictures go to Velmora/ in it.
   std::filesystem::path homeDirectory{};              ///< Where new sessions start; empty: $HOME.
   UuidSource uuid = Uuid::random;
-  std::chrono::milliseconds deadline{5'000};             ///< Of one operation.
-  std::chrono::milliseconds historyDeadline{30'000};     ///< Of reading a whole history.
-  std::function<void(std::chrono::milliseconds)> sleep;  ///< Empty: the system's.
+  std::chrono::milliseconds deadline{5'000};               ///< Of one operation.
+  std::chrono::milliseconds historyDeadline{30'000};       ///< Of reading a whole history.
+  std::function<void(std::chrono::milliseconds)> sleep{};  ///< Empty: the system's.
 };
 
 /// What the adapter works with; tests put their own in place.
