@@ -5,6 +5,7 @@
 #include <sys/random.h>
 #endif
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
@@ -19,12 +20,18 @@ constexpr bool isHyphenPosition(std::size_t index) {
   return index == 8 || index == 13 || index == 18 || index == 23;
 }
 
-std::optional<unsigned> hexDigit(char character) {
-  if (character >= '0' && character <= '9') return static_cast<unsigned>(character - '0');
-  if (character >= 'a' && character <= 'f') return static_cast<unsigned>(character - 'a' + 10);
-  if (character >= 'A' && character <= 'F') return static_cast<unsigned>(character - 'A' + 10);
-  return std::nullopt;
-}
+constexpr unsigned noDigit = 16;
+
+// The value of each character as a hexadecimal digit; a history holds tens of thousands of ids.
+constexpr auto hexDigits = [] {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(noDigit);
+  for (unsigned value = 0; value < 16; ++value) {
+    values[static_cast<unsigned char>("0123456789ABCDEF"[value])] = static_cast<std::uint8_t>(value);
+    values[static_cast<unsigned char>("0123456789abcdef"[value])] = static_cast<std::uint8_t>(value);
+  }
+  return values;
+}();
 
 }  // namespace
 
@@ -41,18 +48,16 @@ Uuid Uuid::random() {
 std::optional<Uuid> Uuid::parse(std::string_view text) {
   if (text.size() != textLength) return std::nullopt;
   Uuid uuid;
-  std::size_t digits = 0;
-  for (std::size_t index = 0; index < textLength; ++index) {
-    if (isHyphenPosition(index)) {
-      if (text[index] != '-') return std::nullopt;
-      continue;
-    }
-    const auto digit = hexDigit(text[index]);
-    if (!digit) return std::nullopt;
-    auto& byte = uuid.bytes[digits / 2];
-    byte = static_cast<std::uint8_t>(static_cast<unsigned>(byte) << 4 | *digit);
-    ++digits;
+  unsigned seen = 0;
+  std::size_t index = 0;
+  for (auto& byte : uuid.bytes) {
+    if (isHyphenPosition(index) && text[index++] != '-') return std::nullopt;
+    const unsigned high = hexDigits[static_cast<unsigned char>(text[index++])];
+    const unsigned low = hexDigits[static_cast<unsigned char>(text[index++])];
+    seen |= high | low;
+    byte = static_cast<std::uint8_t>(high << 4 | low);
   }
+  if (seen >= noDigit) return std::nullopt;
   return uuid;
 }
 

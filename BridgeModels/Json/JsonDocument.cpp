@@ -11,6 +11,7 @@
 #include <boost/json/value_stack.hpp>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "BridgeModels/Json/JsonReader.h"
 
@@ -37,7 +38,7 @@ class DocumentBuilder {
   static constexpr std::size_t max_key_size = boost::json::string::max_size();
   static constexpr std::size_t max_string_size = boost::json::string::max_size();
 
-  DocumentBuilder() { stack_.reset(); }
+  explicit DocumentBuilder(boost::json::storage_ptr memory) { stack_.reset(std::move(memory)); }
 
   boost::json::value release() { return stack_.release(); }
 
@@ -88,10 +89,10 @@ class DocumentBuilder {
 
 }  // namespace
 
-boost::json::value parseJson(std::string_view text) {
+boost::json::value parseJson(std::string_view text, boost::json::storage_ptr memory) {
   boost::json::parse_options options;
   options.max_depth = maximumDepth;
-  boost::json::basic_parser<DocumentBuilder> parser(options);
+  boost::json::basic_parser<DocumentBuilder> parser(options, std::move(memory));
   error_code error;
   const auto read = parser.write_some(/*more=*/false, text.data(), text.size(), error);
   if (!error && read < text.size()) error = boost::json::error::extra_data;

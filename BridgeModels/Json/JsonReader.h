@@ -4,6 +4,8 @@
 // integer, however it is written.
 #pragma once
 
+#include <array>
+#include <boost/json/monotonic_resource.hpp>
 #include <boost/json/value.hpp>
 #include <cstdint>
 #include <optional>
@@ -42,8 +44,8 @@ struct JsonPath {
 };
 
 /// The document that `text` holds. Nesting deeper than 128 levels, ill-formed UTF-8 and numbers too large
-/// for a double are refused. Throws JsonDecodeError.
-boost::json::value parseJson(std::string_view text);
+/// for a double are refused. The document's memory comes from `memory`. Throws JsonDecodeError.
+boost::json::value parseJson(std::string_view text, boost::json::storage_ptr memory = {});
 
 class JsonReader {
  public:
@@ -131,7 +133,11 @@ class JsonReader {
 /// The value of type `T` that `text` holds. Throws JsonDecodeError.
 template <class T>
 T decodeJson(std::string_view text, JsonFormat format = JsonFormat::wire) {
-  const auto document = parseJson(text);
+  // The document lives as long as this call: one growing piece of memory that is dropped at once spares an
+  // allocation for each of its values, and most messages fit the stack.
+  std::array<unsigned char, 4096> firstPiece;
+  boost::json::monotonic_resource memory(firstPiece.data(), firstPiece.size());
+  const auto document = parseJson(text, &memory);
   T value{};
   JsonReader(document, JsonPath{}, format).read(value);
   return value;

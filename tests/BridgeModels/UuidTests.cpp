@@ -17,7 +17,8 @@ TEST(Uuid, RefusesEveryOtherText) {
   for (const auto* text : {"", "12345678-90ab-cdef-1234-567890abcde", "12345678-90ab-cdef-1234-567890abcdeff",
                            "12345678090ab-cdef-1234-567890abcdef", "12345678-90ab-cdef-1234-567890abcdeg",
                            "{2345678-90ab-cdef-1234-567890abcde}", "1234567890abcdef1234567890abcdef",
-                           "12345678-90ab-cdef-1234567890-abcdef"}) {
+                           "12345678-90ab-cdef-1234567890-abcdef", "-1234567-90ab-cdef-1234-567890abcdef",
+                           "12345678-90ab-cdef-1234-567890abcd--"}) {
     EXPECT_EQ(Uuid::parse(text), std::nullopt) << text;
   }
 }
