@@ -55,7 +55,7 @@ sizes() {
 # Every header compiles alone, with the flags of the file's own build.
 headersAlone() {
   local flags
-  flags=$(pkg-config --cflags pangocairo libpng)
+  flags=$(pkg-config --cflags pangocairo)
   # shellcheck disable=SC2086 # the flags are separate words
   printf '%s\0' "${headers[@]}" | xargs -0 -P "$jobs" -I HEADER \
     g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags -include HEADER /dev/null

@@ -6,13 +6,13 @@ set -euo pipefail
 debian_packages=(
   g++ clang cmake ninja-build pkg-config git ca-certificates
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
-  libpango1.0-dev libcairo2-dev libpng-dev fontconfig fonts-dejavu-core
+  libpango1.0-dev libcairo2-dev zlib1g-dev fontconfig fonts-dejavu-core
   libgtest-dev libgmock-dev libbenchmark-dev
   tmux procps python3 bash dash zsh fish less vim-tiny
   clang-format clang-tidy shellcheck
 )
 homebrew_packages=(
-  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo libpng googletest google-benchmark tmux fish llvm shellcheck
+  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo googletest google-benchmark tmux fish llvm shellcheck
 )
 
 as_root() {
