@@ -17,28 +17,12 @@
 
 #include "TerminalAutomation/Tmux/TmuxExecutor.h"
 #include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
+#include "tests/support/Eventually.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Thrown.h"
 
 namespace velmora::testing {
-
-/// Asks again until `condition` holds; false when it does not within the deadline.
-inline bool eventually(const std::function<bool()>& condition,
-                       std::chrono::milliseconds deadline = std::chrono::seconds(20)) {
-  const auto end = std::chrono::steady_clock::now() + deadline;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) return false;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return true;
-}
-
-/// Whether the process runs; one that has ended and waits for its parent does not.
-inline bool isAlive(pid_t process) {
-  const std::string stat = contentOf("/proc/" + std::to_string(process) + "/stat");
-  return !stat.empty() && stat.find(") Z") == std::string::npos;
-}
 
 class PrivateTmux : public ::testing::Test {
  protected:
