@@ -26,8 +26,13 @@ class ChildProcess : public ::testing::Test {
             .deadline = std::chrono::steady_clock::now() + 20s,
             .outputLimit = 1'000'000};
   }
+  /// Each thread lists those that it started itself.
   static std::string children() {
-    return contentOf("/proc/self/task/" + std::to_string(::getpid()) + "/children");
+    std::string processes;
+    for (const std::string& thread : namesIn("/proc/self/task")) {
+      processes += contentOf("/proc/self/task/" + thread + "/children");
+    }
+    return processes;
   }
 
   void TearDown() override { EXPECT_EQ(children(), ""); }
