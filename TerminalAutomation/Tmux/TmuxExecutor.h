@@ -15,8 +15,8 @@ class TmuxOperations;
 
 /// Thread-safe; the operations run one after another on the adapter's own thread. Each ends within its
 /// deadline also when the server hangs. Failures are StructuredErrors in tmux's words. Destruction ends the
-/// operation under way at once and fails those that wait with std::future_errc::broken_promise. The sessions
-/// outlive the adapter.
+/// operation under way at once and fails those that wait, some with std::future_errc::broken_promise. The
+/// sessions outlive the adapter.
 class TmuxExecutor final : public TerminalAutomating {
  public:
   using TerminalAutomating::send;

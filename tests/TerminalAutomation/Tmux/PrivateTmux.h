@@ -82,6 +82,7 @@ class PrivateTmux : public ::testing::Test {
                                        "main", "-x",        "100",         "-y", "30"};
     arguments.insert(arguments.end(), command.begin(), command.end());
     tmux(arguments);
+    server_ = serverProcess();
   }
 
   void makeFolder() {
@@ -97,6 +98,9 @@ class PrivateTmux : public ::testing::Test {
   }
 
   void endServer() {
+    // A test that failed may have left it stopped.
+    if (server_ && isAlive(*server_)) ::kill(*server_, SIGCONT);
+    server_.reset();
     const auto process = serverProcess();
     if (!process) return;
     ask({"kill-server"});
@@ -159,6 +163,7 @@ class PrivateTmux : public ::testing::Test {
   Environment environment_;
   std::unique_ptr<TmuxProcessTransport> transport_;
   std::unique_ptr<TmuxExecutor> executor_;
+  std::optional<pid_t> server_;  // of startServer
 };
 
 }  // namespace velmora::testing

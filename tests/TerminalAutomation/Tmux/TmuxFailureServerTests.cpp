@@ -178,7 +178,7 @@ TEST_F(TmuxFailures, DestructionDoesNotWaitForAHungServer) {
   executor_.reset();
   EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
   EXPECT_EQ(structuredError([&] { first.get(); }).code, ErrorCode::terminalNotAvailable);
-  EXPECT_THROW(second.get(), std::future_error);
+  EXPECT_ANY_THROW(second.get()) << "it waited in the queue, or was begun and ended at once";
   EXPECT_EQ(children(), "");
   ::kill(server, SIGCONT);
 }
