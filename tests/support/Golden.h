@@ -11,8 +11,12 @@
 
 namespace velmora::testing {
 
+inline std::string dataFile(const std::string& name) {
+  return std::string(VELMORA_TEST_DATA "/").append(name);
+}
+
 inline std::string readDataFile(const std::string& name) {
-  std::ifstream file(std::string(VELMORA_TEST_DATA) + "/" + name, std::ios::binary);
+  std::ifstream file(dataFile(name), std::ios::binary);
   EXPECT_TRUE(file) << "no file tests/data/" << name;
   std::ostringstream content;
   content << file.rdbuf();
@@ -22,7 +26,7 @@ inline std::string readDataFile(const std::string& name) {
 /// `text` must be the content of tests/data/`name` (which ends with one newline more).
 inline void expectGolden(const std::string& name, const std::string& text) {
   if (std::getenv("VELMORA_UPDATE_GOLDEN") != nullptr) {
-    std::ofstream(std::string(VELMORA_TEST_DATA) + "/" + name, std::ios::binary) << text << '\n';
+    std::ofstream(dataFile(name), std::ios::binary) << text << '\n';
     return;
   }
   EXPECT_EQ(readDataFile(name), text + "\n") << "differs from tests/data/" << name;
