@@ -83,7 +83,7 @@ PaneScreen sampleScreen() {
 
 TEST(PanePicture, LooksAsItDid) {
   const auto png = renderPanePicture(sampleScreen());
-  const std::string golden = std::string(VELMORA_TEST_DATA) + "/picture/sample.png";
+  const auto golden = testing::dataFile("picture/sample.png");
   if (std::getenv("VELMORA_UPDATE_GOLDEN") != nullptr) std::ofstream(golden, std::ios::binary) << png;
   const auto picture = decoded(png);
   const auto expected = decoded(testing::readDataFile("picture/sample.png"));
