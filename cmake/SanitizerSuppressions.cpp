@@ -1,4 +1,4 @@
-// Read by the sanitizers when a test program links this file; without them nobody calls it. Libraries of the
+// Linked into every program that runs under a sanitizer, which reads it. Libraries of the
 // system are not instrumented, so what they do right looks wrong:
 // - the counter in libstdc++'s std::exception_ptr, for exceptions that go through a std::future;
 // - the thread on which Pango lets fontconfig load fonts, and what fontconfig keeps for the program's life.
