@@ -46,7 +46,8 @@ BridgeHost::BridgeHost(BridgeHostOptions options)
       recorder_(options.now),
       historyStore_(files_, defaultHistoryFile(options.environment)),
       settingsStore_(files_, defaultSettingsFile(options.environment), PrivacyRetentionSettings{}),
-      coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_, options.now),
+      coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
+                   options.now),
       router_(coordinator_) {
   try {
     localServer_ = std::make_unique<LocalControlServer>(

@@ -1,5 +1,6 @@
-// Builds the whole bridge in one place and in one order: terminal adapter, registry, operation state, recorder,
-// stores, coordinator, router, socket, server. The application and the headless program are thin shells over it.
+// Builds the whole bridge in one place and in one order: terminal adapter, registry, operation state,
+// recorder, stores, coordinator, router, socket, server. The application and the headless program are thin
+// shells over it.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +21,8 @@ struct BridgeHostOptions {
   Environment environment{};
   /// Makes the terminal adapter, given the directory for its temporary files. When it throws, the stand-by
   /// adapter takes its place, so that the bridge still starts and says what is wrong.
-  std::function<std::unique_ptr<TerminalAutomating>(const std::filesystem::path& temporaryDirectory)> makeTerminal{};
+  std::function<std::unique_ptr<TerminalAutomating>(const std::filesystem::path& temporaryDirectory)>
+      makeTerminal{};
   Clock now = Date::now;
   UuidSource uuid = Uuid::random;
 };

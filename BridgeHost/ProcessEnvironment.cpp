@@ -13,7 +13,8 @@ Environment processEnvironment() {
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
     const std::string_view text(*entry);
     const auto equals = text.find('=');
-    if (equals != std::string_view::npos) environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+    if (equals != std::string_view::npos)
+      environment.emplace(text.substr(0, equals), text.substr(equals + 1));
   }
   return environment;
 }

@@ -1,5 +1,5 @@
-// The bridge without a window. It takes no arguments, prints one line (the socket's path) when it is ready, and
-// serves until SIGINT or SIGTERM. Diagnostics go to stderr.
+// The bridge without a window. It takes no arguments, prints one line (the socket's path) when it is ready,
+// and serves until SIGINT or SIGTERM. Diagnostics go to stderr.
 
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>

@@ -1,9 +1,8 @@
-#include "BridgeHost/BridgeHost.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
 
+#include "BridgeHost/BridgeHost.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "LocalControl/LocalControlClient.h"
 #include "tests/support/FakeTerminal.h"
@@ -41,7 +40,9 @@ class BridgeHostTest : public ::testing::Test {
   void writeSettings(const PrivacyRetentionSettings& settings) {
     writeFile("settings.json", R"({"schemaVersion":1,"settings":)" + encodeJson(settings) + "}");
   }
-  bool exists(const std::string& name) const { return std::filesystem::exists(directory / "data/Velmora" / name); }
+  bool exists(const std::string& name) const {
+    return std::filesystem::exists(directory / "data/Velmora" / name);
+  }
 
   LocalControlResponse call(BridgeHost& host, ToolName tool, JSONObject arguments = {}) {
     LocalControlClient client(host.socketURL());
@@ -76,7 +77,8 @@ TEST_F(BridgeHostTest, LoadsThePersonsSettingsAndPolicy) {
   BridgeHost host(options());
   EXPECT_TRUE(host.loadLocalState().empty());
   EXPECT_TRUE(host.coordinator().settingsStore().current().allowBusySessionInput);
-  const auto sessions = host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions;
+  const auto sessions =
+      host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions;
   EXPECT_EQ(sessions[0].permission, SessionPermission::readOnly);
 }
 
@@ -85,7 +87,8 @@ TEST_F(BridgeHostTest, PutsALoadedHistoryBeforeThatOfTheRun) {
   {
     BridgeHost earlier(options());
     earlier.loadLocalState();
-    const auto id = earlier.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
+    const auto id =
+        earlier.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
     time.advance(1);
     earlier.coordinator().sendCommand(numberedUuid(2), {"c", std::nullopt}, {id.sessionId, "ls"});
     earlier.prepareForTermination();
@@ -113,8 +116,10 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   BridgeHost host(options());
   ASSERT_EQ(host.loadLocalState().size(), 1u);
   EXPECT_TRUE(exists("history.json"));
-  const auto session = host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
-  EXPECT_TRUE(host.coordinator().sendCommand(numberedUuid(2), {"c", std::nullopt}, {session.sessionId, "ls"}).ok);
+  const auto session =
+      host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
+  EXPECT_TRUE(
+      host.coordinator().sendCommand(numberedUuid(2), {"c", std::nullopt}, {session.sessionId, "ls"}).ok);
   EXPECT_TRUE(exists("history.json.unreadable"));
   host.coordinator().clearHistory();
   EXPECT_FALSE(exists("history.json"));
