@@ -82,6 +82,7 @@ includes() {
 tests() {
   local file name count
   while read -r file; do
+    # shellcheck disable=SC2016 # the variable is CMake's
     name=$(basename "$file" | sed -E 's/(Linux|Mac)Tests\.cpp$/${VELMORA_PLATFORM}Tests.cpp/')
     count=$(git grep -hwF "$name" -- 'tests/*CMakeLists.txt' | wc -l)
     if [ "$count" != 1 ]; then echo "$file stands in $count lists of sources"; fi
