@@ -4,7 +4,7 @@
 set -euo pipefail
 
 debian_packages=(
-  g++ clang cmake ninja-build pkg-config git ca-certificates
+  g++ clang libclang-rt-14-dev cmake ninja-build pkg-config git ca-certificates
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
   libpango1.0-dev libcairo2-dev zlib1g-dev fontconfig fonts-dejavu-core
   libgtest-dev libgmock-dev libbenchmark-dev
