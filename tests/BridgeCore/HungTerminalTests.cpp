@@ -51,6 +51,7 @@ TEST_F(HungTerminalTest, CostsEachCallerTheDeadlineAndTheBridgeNoThread) {
     EXPECT_EQ(results[index].data->status.lastError->message,
               "Terminal.app did not respond within five seconds.");
     EXPECT_GE(seconds[index], 4.9);
+    EXPECT_LT(seconds[index], 20.0) << "two hundred woken threads share the processor, but wait in no row";
   }
   EXPECT_EQ(terminal.callCount("status"), 1u);
 }
