@@ -29,6 +29,11 @@ check() {
 format() { clang-format --dry-run -Werror "${sources[@]}"; }
 
 tidy() {
+  # Without these two every file would pass unread.
+  if ! command -v clang-tidy >/dev/null || [ ! -f build/dev/compile_commands.json ]; then
+    echo 'clang-tidy or build/dev/compile_commands.json is missing'
+    return 1
+  fi
   printf '%s\0' "${product[@]}" |
     xargs -0 -n 2 -P "$jobs" clang-tidy-quiet 2>/dev/null | grep -E 'error|warning' | sort -u
   return 0
