@@ -21,6 +21,8 @@ using namespace velmora;
 // Blocked before the first thread starts, so that every thread inherits it and `sigwait` alone receives them.
 sigset_t blockTerminationSignals() {
   std::signal(SIGPIPE, SIG_IGN);
+  // Whoever started this may ignore it, and then the system would not keep a child's exit status.
+  std::signal(SIGCHLD, SIG_DFL);
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGINT);
