@@ -1,3 +1,5 @@
+#include <atomic>
+#include <future>
 #include <thread>
 
 #include "BridgeCore/TerminalSessionService.h"
@@ -88,6 +90,31 @@ TEST_F(TerminalSessionServiceTest, FocusesReadOnlyButNotBlockedSessions) {
   EXPECT_EQ(error.code, ErrorCode::sessionNotAllowed);
   EXPECT_EQ(error.operation, "terminal_focus_session");
   EXPECT_EQ(terminal.callCount("focus"), 1u);
+}
+
+// The clock is read between a listing and the registry, so that is where the test holds the older listing up.
+TEST_F(TerminalSessionServiceTest, ListingsReachTheRegistryInTheOrderInWhichTheyWereTaken) {
+  std::promise<void> listed;
+  std::promise<void> goOn;
+  std::atomic<bool> isFirst{true};
+  const Clock holdsTheFirst = [&] {
+    if (isFirst.exchange(false)) {
+      listed.set_value();
+      goOn.get_future().wait();
+    }
+    return Date{};
+  };
+  TerminalSessionService service{terminal, registry, SessionPolicy::safe, holdsTheFirst};
+  terminal.tabs = {tab("/dev/a", 1)};
+  std::thread older([&] { service.list({}); });
+  listed.get_future().wait();
+  terminal.tabs = {tab("/dev/a", 1), tab("/dev/b", 2, 2)};
+  std::thread newer([&] { service.list({}); });
+  for (int chance = 0; chance < 5000; ++chance) std::this_thread::yield();
+  goOn.set_value();
+  older.join();
+  newer.join();
+  EXPECT_EQ(registry.currentSessions().size(), 2u) << "an older listing retired the tab that came after it";
 }
 
 TEST_F(TerminalSessionServiceTest, ErrorsOfTheAdapterPassUnchanged) {
