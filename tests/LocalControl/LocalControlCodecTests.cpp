@@ -2,10 +2,12 @@
 
 #include <limits>
 #include <unordered_set>
+#include <vector>
 
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/LocalControlMessages.h"
 #include "tests/LocalControl/SocketTesting.h"
+#include "tests/support/Golden.h"
 
 namespace velmora {
 namespace {
@@ -130,6 +132,32 @@ TEST(LocalControlRequest, MatchesItsGoldenFrame) {
   const auto golden = contentsOf(VELMORA_TEST_DATA "/local-control/request.frame");
   EXPECT_EQ(LocalControlCodec::frame(sampleRequest()), golden);
   EXPECT_EQ(LocalControlCodec::decode<LocalControlRequest>(golden), sampleRequest());
+}
+
+TEST(LocalControlRequest, IsPinnedForEveryTool) {
+  const std::string id = "7C9E6679-7425-40DE-944B-E07FC1F90AE7";
+  const JSONObject target{{"sessionId", id}};
+  const std::vector<std::pair<ToolName, JSONObject>> calls{
+      {ToolName::status, {}},
+      {ToolName::listSessions, {{"includeBusy", false}, {"includeReadOnly", true}}},
+      {ToolName::getActiveSession, {}},
+      {ToolName::createSession, {{"kind", "window"}}},
+      {ToolName::sendCommand,
+       {{"command", "echo '한글 👩‍👩‍👧' \"q\" \\\n"}, {"sessionId", id}}},
+      {ToolName::sendKey, {{"key", "return"}, {"repeatCount", 2}, {"sessionId", id}}},
+      {ToolName::readOutput, {{"maxCharacters", 3}, {"sessionId", id}, {"source", "history"}}},
+      {ToolName::captureScreen, target},
+      {ToolName::focusSession, target},
+  };
+  ASSERT_EQ(calls.size(), enumCases<ToolName>.size());
+  for (const auto& [tool, arguments] : calls) {
+    auto request = sampleRequest();
+    request.operation = tool;
+    request.arguments = arguments;
+    const auto text = encodeJson(request);
+    testing::expectGolden("requests/" + std::string(wireName(tool)) + ".json", text);
+    EXPECT_EQ(decodeJson<LocalControlRequest>(text), request);
+  }
 }
 
 TEST(LocalControlResponse, MatchesItsGoldenFrame) {
