@@ -1,6 +1,7 @@
 #include "TerminalAutomation/Tmux/PaneDirectory.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -86,14 +87,10 @@ std::int64_t WindowIds::windowId(const PaneRow& row) {
   // Generations lie twelve days apart, so that they do not meet another server's start.
   constexpr std::int64_t generationStep = std::int64_t{1} << 20;
 
-  if (occupants_.size() >= mostRemembered) {
-    std::erase_if(occupants_,
-                  [&row](const auto& entry) { return entry.second.serverProcess != row.serverProcess; });
-    if (occupants_.size() >= mostRemembered) occupants_.erase(occupants_.begin());
-  }
+  if (occupants_.size() >= mostRemembered) forgetSome(row.serverStart);
   const auto [entry, isNew] =
       occupants_.try_emplace({row.serverStart, row.window, row.tty},
-                             Occupant{row.pane, row.process, row.serverProcess, /*generation=*/0});
+                             Occupant{row.pane, row.process, row.serverProcess, firstGeneration_});
   Occupant& occupant = entry->second;
   if (occupant.pane != row.pane || occupant.process != row.process ||
       occupant.serverProcess != row.serverProcess) {
@@ -101,6 +98,19 @@ std::int64_t WindowIds::windowId(const PaneRow& row) {
   }
   const std::int64_t start = (row.serverStart + occupant.generation * generationStep) % startRange;
   return start * numberRange + row.window % numberRange;
+}
+
+void WindowIds::forgetSome(std::int64_t serverStart) {
+  std::erase_if(occupants_,
+                [serverStart](const auto& entry) { return std::get<0>(entry.first) != serverStart; });
+  if (occupants_.size() < mostRemembered) return;
+  // The windows with the smallest numbers are the oldest. Whoever comes to their places later must not be
+  // taken for those who were there, so the count goes on from theirs.
+  const auto end = std::next(occupants_.begin(), forgottenAtOnce);
+  for (auto entry = occupants_.begin(); entry != end; ++entry) {
+    firstGeneration_ = std::max(firstGeneration_, entry->second.generation + 1);
+  }
+  occupants_.erase(occupants_.begin(), end);
 }
 
 }  // namespace velmora

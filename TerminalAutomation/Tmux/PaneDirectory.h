@@ -46,8 +46,12 @@ class WindowIds {
   };
 
   static constexpr std::size_t mostRemembered = 20'000;
+  static constexpr std::ptrdiff_t forgottenAtOnce = 1'000;
+
+  void forgetSome(std::int64_t serverStart);
 
   std::map<std::tuple<std::int64_t, std::int64_t, std::string>, Occupant> occupants_;  // start, window, tty
+  std::int64_t firstGeneration_ = 0;  // of a terminal that was not seen before, or was forgotten
 };
 
 }  // namespace velmora

@@ -75,9 +75,12 @@ StructuredError refusal(const TmuxAnswer& answer, std::string_view operation, Tm
     if (effect == TmuxEffect::none) return tmuxError::notRunning(operation);
     return brokenOff("The tmux server ended during the call.", operation, effect, "");
   }
-  return make(ErrorCode::appleScriptExecutionFailed,
-              "tmux could not complete the operation" + (error.empty() ? "." : ": " + firstLine(error) + "."),
-              operation, /*retryable=*/true, "Check the tmux server, then retry.");
+  std::string message = "tmux could not complete the operation";
+  message += error.empty() ? "." : ": " + firstLine(error) + ".";
+  // A hook of the user's that fails makes a failure of an input that has been typed.
+  if (effect != TmuxEffect::none) return brokenOff(std::move(message), operation, effect, "");
+  return make(ErrorCode::appleScriptExecutionFailed, std::move(message), operation, /*retryable=*/true,
+              "Check the tmux server, then retry.");
 }
 
 }  // namespace

@@ -227,9 +227,14 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(const Call& call, std:
       for (ArrangedPane& candidate : arrangePanes(list(call, /*withClients=*/true))) {
         if (candidate.row.pane == pane) found = std::move(candidate);
       }
-    } catch (const StructuredError& error) {
+    } catch (StructuredError& error) {
       // A session that ended at once may have taken the server along.
-      if (error.code != ErrorCode::terminalNotRunning) throw;
+      if (error.code != ErrorCode::terminalNotRunning) {
+        // The session is there; the same call would make another one.
+        error.retryable = false;
+        error.recoverySuggestion = "List the sessions before you create another one.";
+        throw;
+      }
     }
     if (!found || !isBusy(found->row)) break;
     options_.sleep(pollPause);

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
+
 #include "TerminalAutomation/Tmux/PaneDirectory.h"
 #include "tests/TerminalAutomation/Tmux/ScriptedTmux.h"
 
@@ -117,6 +120,19 @@ TEST(WindowIds, ChangeForGoodWhenATerminalGoesToAnotherProgram) {
     EXPECT_LT(id, std::int64_t{1} << 53);
     seen.push_back(id);
   }
+}
+
+TEST(WindowIds, AreNotGivenAgainAfterTheirTerminalWasForgotten) {
+  WindowIds ids;
+  const PaneRow first = samplePane(1, 3);
+  PaneRow second = first;
+  second.pane = 9;
+  const std::set<std::int64_t> earlier{ids.windowId(first), ids.windowId(second)};
+  for (int i = 10; i < 45'000; ++i) ids.windowId(samplePane(1, i));
+  PaneRow third = first;
+  third.pane = 50'000;
+  EXPECT_FALSE(earlier.contains(ids.windowId(third)));
+  EXPECT_EQ(ids.windowId(third), ids.windowId(third));
 }
 
 TEST(WindowIds, ForgetEndedServersWhenTheyGrowMany) {

@@ -112,26 +112,40 @@ TEST_F(TmuxIdentity, RefusesTheOldNameAfterARespawn) {
 TEST_F(TmuxIdentity, RefusesTheOldNameAfterADeadPaneIsRespawnedOnTheSameTerminal) {
   startServer();
   tmux({"set-option", "-g", "remain-on-exit", "on"});
-  tmux({"split-window", "-d", "exec true"});
-  ASSERT_TRUE(eventually([&] { return tmux({"display-message", "-p", "-t", "%1", "#{pane_dead}"}) == "1"; }));
-  const auto old = tabOf("%1");
-  tmux({"respawn-pane", "-t", "%1"});
-  EXPECT_EQ(tabOf("%1").tty, old.tty) << "the system gives the terminal's name again";
+  // The lowest free number is given next; another program on this machine may take it first, then again.
+  TerminalTabSnapshot old;
+  ASSERT_TRUE(eventually([&] {
+    const std::string pane = tmux({"split-window", "-d", "-P", "-F", "#{pane_id}", "exec true"});
+    const auto ask = [&](const char* format) { return tmux({"display-message", "-p", "-t", pane, format}); };
+    if (!eventually([&] { return ask("#{pane_dead}") == "1"; })) return false;
+    old = tabOf(pane);
+    tmux({"respawn-pane", "-t", pane, "exec sleep 1000"});
+    if (ask("#{pane_tty}") == old.tty) return true;
+    tmux({"kill-pane", "-t", pane});
+    return false;
+  }));
   expectRefused(old);
 }
 
 TEST_F(TmuxIdentity, RefusesTheOldNameAfterItsTerminalWentToAnotherPaneOfTheWindow) {
   startServer();
-  tmux({"split-window", "-d"});
-  const auto old = tabOf("%1");
-  const std::string process = tmux({"display-message", "-p", "-t", "%1", "#{pane_pid}"});
-  tmux({"kill-pane", "-t", "%1"});
-  ASSERT_TRUE(eventually([&] { return !testing::isAlive(static_cast<pid_t>(std::stol(process))); }));
-  // The lowest free number is given next, unless another program on this machine takes it first.
+  const auto split = [&] {
+    return tmux({"split-window", "-d", "-P", "-F", "#{pane_id}", "exec sleep 1000"});
+  };
+  const auto ask = [&](const std::string& pane, const char* format) {
+    return tmux({"display-message", "-p", "-t", pane, format});
+  };
+  // The lowest free number is given next; another program on this machine may take it first, then again.
+  TerminalTabSnapshot old;
   ASSERT_TRUE(eventually([&] {
-    const std::string pane = tmux({"split-window", "-d", "-P", "-F", "#{pane_id} #{pane_tty}"});
-    if (pane.substr(pane.find(' ') + 1) == old.tty) return true;
-    tmux({"kill-pane", "-t", pane.substr(0, pane.find(' '))});
+    const std::string first = split();
+    old = tabOf(first);
+    const auto process = static_cast<pid_t>(std::stol(ask(first, "#{pane_pid}")));
+    tmux({"kill-pane", "-t", first});
+    if (!eventually([&] { return !testing::isAlive(process); })) return false;
+    const std::string second = split();
+    if (ask(second, "#{pane_tty}") == old.tty) return true;
+    tmux({"kill-pane", "-t", second});
     return false;
   }));
   expectRefused(old);

@@ -196,6 +196,14 @@ TEST_F(TmuxOperationsTest, WaitsForThePromptForASecondAtMost) {
   EXPECT_EQ(slept_, std::chrono::seconds(1));
 }
 
+TEST_F(TmuxOperationsTest, AServerThatHangsAfterCreatingIsNotAskedForAnotherSession) {
+  tmux_.answers = {{.output = paneLine(pane_) + "off\n"}, {.end = TmuxAnswer::End::timedOut}};
+  const auto error = structuredError([&] { operations_->createWindow(); });
+  EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
+  EXPECT_FALSE(error.retryable);
+  EXPECT_NE(error.recoverySuggestion.find("List the sessions"), std::string::npos);
+}
+
 TEST_F(TmuxOperationsTest, AnAnswerToCreatingThatIsNoRowIsAnError) {
   for (const std::string output : {"", "text", "text\n", "\n"}) {
     answers({output});

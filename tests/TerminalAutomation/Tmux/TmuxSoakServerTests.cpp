@@ -71,7 +71,7 @@ TEST_F(TmuxSoak, TwoThousandMixedOperationsFromEightThreadsLoseNothing) {
     for (std::thread& thread : threads) thread.join();
   };
 
-  mixedOperations(10);  // whatever is set up once
+  mixedOperations(50);  // whatever is set up once
   const std::int64_t memory = residentKilobytes(server);
   const std::size_t serverDescriptors = namesIn("/proc/" + std::to_string(server) + "/fd").size();
   const std::size_t descriptors = namesIn("/proc/self/fd").size();
