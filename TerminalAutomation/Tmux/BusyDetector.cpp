@@ -45,9 +45,9 @@ bool paneIsBusy(const ProcessTable& processes, pid_t firstProcess, const std::st
   const bool plain = isOneOf(state->name, plainShells);
   if (!plain && state->name != "pwsh" && !isOneOf(state->name, editingShells)) return true;
   if (runsScript(processes.arguments(firstProcess))) return true;
-  const bool collectsLines = processes.collectsLines(tty).value_or(false);
-  if (plain) return collectsLines && state->running;
-  return collectsLines;
+  // The terminal is asked last, and only when it matters: that costs more than all before.
+  if (plain && !state->running) return false;
+  return processes.collectsLines(tty).value_or(false);
 }
 
 }  // namespace velmora
