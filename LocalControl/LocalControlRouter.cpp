@@ -1,5 +1,7 @@
 #include "LocalControl/LocalControlRouter.h"
 
+#include <stdexcept>
+
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"

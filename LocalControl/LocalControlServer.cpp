@@ -51,6 +51,7 @@ void LocalControlServer::acceptConnections() {
   } catch (const UnixSocketError&) {
     // Accepting ends here on purpose, see the class's comment.
   }
+  server_.close();
   accepting_ = false;
 }
 

@@ -24,9 +24,10 @@ using LocalControlHandler = std::function<LocalControlResponse(const LocalContro
 /// without an answer and touches no other.
 ///
 /// The socket listens from construction on; connections wait there until `start`. A failing accept or a peer
-/// of another user ends accepting for good (better no service than a doubtful one); connections that are
-/// being served go on. Destruction wakes every thread and joins it; it waits for requests that the handler
-/// is working on, so the handler must come to an end.
+/// of another user ends accepting for good (better no service than a doubtful one): the socket is closed, so
+/// that clients hear at once that nobody serves them; connections that are being served go on. Destruction
+/// wakes every thread and joins it; it waits for requests that the handler is working on, so the handler must
+/// come to an end.
 ///
 /// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
 class LocalControlServer {

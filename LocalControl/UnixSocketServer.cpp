@@ -47,9 +47,13 @@ UnixSocketServer::UnixSocketServer(std::filesystem::path socketURL) : socketURL_
   boundFile_ = ownSocketFile();
 }
 
-UnixSocketServer::~UnixSocketServer() {
+UnixSocketServer::~UnixSocketServer() { close(); }
+
+void UnixSocketServer::close() noexcept {
   // Before the descriptor is closed: until then no other file can take over the inode's number.
   if (boundFile_ && ownSocketFile() == boundFile_) ::unlink(socketURL_.c_str());
+  boundFile_.reset();
+  descriptor_.close();
 }
 
 UnixSocketConnection UnixSocketServer::acceptConnection() {

@@ -26,6 +26,10 @@ class UnixSocketServer {
   const std::filesystem::path& socketURL() const noexcept { return socketURL_; }
   int descriptor() const noexcept { return descriptor_.get(); }
 
+  /// Stops listening and removes the socket file, as destruction does: from then on clients are refused at
+  /// once instead of waiting for ever. Not while an accept is under way.
+  void close() noexcept;
+
   /// Blocks for the next connection, of a peer that runs as the effective user. Throws system("accept"), or
   /// peerRejected after it has closed the connection.
   UnixSocketConnection acceptConnection();
