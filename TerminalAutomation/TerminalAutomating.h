@@ -63,6 +63,9 @@ class TerminalAutomating {
   /// Brings the tab to the front.
   virtual std::future<void> focus(std::string tty, std::int64_t windowId) = 0;
 
+  /// For shutdown: ends the operation under way early, and fails it and all later ones.
+  virtual void cancel() noexcept {}
+
   // The same two operations for tabs that must not be busy.
   std::future<void> send(std::string command, std::string tty, std::int64_t windowId) {
     return send(std::move(command), std::move(tty), windowId, /*allowBusy=*/false);

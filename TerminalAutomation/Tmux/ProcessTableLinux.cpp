@@ -18,10 +18,11 @@ std::string readProcFile(pid_t process, const char* name) {
   if (file < 0) return content;
   std::array<char, 4096> block;
   ssize_t count = 0;
-  // An argument list can be long; its beginning says enough.
-  while (content.size() < 65536 && (count = read(file, block.data(), block.size())) > 0) {
-    content.append(block.data(), static_cast<std::size_t>(count));
-  }
+  // An argument list can be long; its beginning says enough. procfs fills the block unless the file ends.
+  do {
+    count = read(file, block.data(), block.size());
+    if (count > 0) content.append(block.data(), static_cast<std::size_t>(count));
+  } while (count == static_cast<ssize_t>(block.size()) && content.size() < 65536);
   close(file);
   return content;
 }

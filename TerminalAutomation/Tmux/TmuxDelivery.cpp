@@ -19,6 +19,11 @@ std::string takesInput(const PaneRow& pane) {
   return "#{?pane_dead,0,#{?pane_input_off,0," + isSamePane(pane) + "}}";
 }
 
+/// A format that prints whether the pane still is the one that was looked up.
+std::string verdict(const PaneRow& pane) {
+  return "#{?" + isSamePane(pane) + "," + std::string(guardPassed) + "," + std::string(guardRefused) + "}";
+}
+
 void addGuarded(std::vector<std::string>& arguments, const PaneRow& pane, const std::string& condition,
                 const std::string& then, const std::string& otherwise) {
   arguments.insert(arguments.end(), {"if-shell", "-F", "-t", target(pane), condition, then, otherwise});
@@ -107,25 +112,21 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
   return command;
 }
 
+// Reading needs no guard that runs a command: it harms nobody to capture a pane that the answer then disowns,
+// and tmux 3.3a keeps some memory of every if-shell.
 PaneCommand readText(const PaneRow& pane, OutputSource source) {
-  PaneCommand command;
-  const std::string range = source == OutputSource::history ? " -S -" : "";
-  addGuarded(command.arguments, pane, isSamePane(pane),
-             "display-message -p " + std::string(guardPassed) + " ; capture-pane -p -J" + range + " -t " +
-                 target(pane),
-             "display-message -p " + std::string(guardRefused));
+  PaneCommand command{
+      {"display-message", "-p", "-t", target(pane), verdict(pane), ";", "capture-pane", "-p", "-J"}, {}};
+  if (source == OutputSource::history) command.arguments.insert(command.arguments.end(), {"-S", "-"});
+  command.arguments.insert(command.arguments.end(), {"-t", target(pane)});
   return command;
 }
 
 PaneCommand readScreen(const PaneRow& pane) {
-  PaneCommand command;
-  addGuarded(command.arguments, pane, isSamePane(pane),
-             "display-message -p -t " + target(pane) + " '" + std::string(guardPassed) +
-                 "\t#{pane_width}\t#{pane_height}\t#{cursor_x}\t#{cursor_y}\t#{cursor_flag}' ; "
-                 "capture-pane -e -N -p -t " +
-                 target(pane),
-             "display-message -p " + std::string(guardRefused));
-  return command;
+  return {{"display-message", "-p", "-t", target(pane),
+           verdict(pane) + "\t#{pane_width}\t#{pane_height}\t#{cursor_x}\t#{cursor_y}\t#{cursor_flag}", ";",
+           "capture-pane", "-e", "-N", "-p", "-t", target(pane)},
+          {}};
 }
 
 }  // namespace velmora

@@ -14,9 +14,9 @@ namespace velmora {
 class TmuxOperations;
 
 /// Thread-safe; the operations run one after another on the adapter's own thread. Each ends within its
-/// deadline also when the server hangs. Failures are StructuredErrors in tmux's words. Destruction ends the
-/// operation under way at once and fails those that wait, some with std::future_errc::broken_promise. The
-/// sessions outlive the adapter.
+/// deadline, counted from the call, also when the server hangs. Failures are StructuredErrors in tmux's
+/// words. Destruction ends the operation under way at once and fails those that wait, some with
+/// std::future_errc::broken_promise. The sessions outlive the adapter.
 class TmuxExecutor final : public TerminalAutomating {
  public:
   using TerminalAutomating::send;
@@ -37,8 +37,12 @@ class TmuxExecutor final : public TerminalAutomating {
                                          std::int64_t windowId) override;
   std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override;
   std::future<void> focus(std::string tty, std::int64_t windowId) override;
+  void cancel() noexcept override;
 
  private:
+  template <class Work>
+  auto submit(Work work);
+
   const TmuxExecutorOptions options_;
   const TmuxParts parts_;
   const std::unique_ptr<TmuxOperations> operations_;  // used on the executor's thread only

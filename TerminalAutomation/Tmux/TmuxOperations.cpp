@@ -26,7 +26,7 @@ constexpr std::size_t historyLimit = std::size_t{256} << 20;
 constexpr std::size_t screenLimit = std::size_t{64} << 20;
 constexpr auto restartPause = 300ms;
 constexpr auto pollPause = 20ms;
-constexpr int promptPolls = 50;
+constexpr int promptPolls = 100;
 constexpr int attachPolls = 150;
 
 /// Whether the text may stand in a tmux format: a path of a device, not a way to write a format of one's own.
@@ -34,6 +34,17 @@ bool isPlainPath(std::string_view text) {
   return !text.empty() &&
          text.find_first_not_of("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-") ==
              std::string_view::npos;
+}
+
+/// `text` for an argument that tmux reads as a format, and whose final ";" would part two commands.
+std::string literally(const std::string& text) {
+  std::string literal;
+  for (const char character : text) {
+    if (character == '#') literal.push_back('#');
+    literal.push_back(character);
+  }
+  if (literal.ends_with(';')) literal.insert(literal.size() - 1, 1, '\\');
+  return literal;
 }
 
 std::string windowTarget(const PaneRow& pane) {
@@ -75,7 +86,7 @@ TmuxOperations::TmuxOperations(const TmuxExecutorOptions& options, const TmuxPar
     : options_(options), parts_(parts), bufferPrefix_("velmora-" + options.uuid().toString() + "-") {}
 
 TmuxOperations::Call TmuxOperations::begin(std::string_view operation) const {
-  return {operation, std::chrono::steady_clock::now() + options_.deadline};
+  return {operation, asked_.value_or(std::chrono::steady_clock::now()) + options_.deadline};
 }
 
 TmuxAnswer TmuxOperations::invoke(const Call& call, std::vector<std::string> arguments,
@@ -108,6 +119,11 @@ TmuxListing TmuxOperations::list(const Call& call, bool withClients, const std::
   }
   if (saysNoSessions(answer)) return {};
   if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::none)) {
+    if (answer.errorOutput.starts_with("usage:")) {
+      // Before 3.2 there is no -f.
+      const std::string version = clientVersion(call);
+      throw tmuxError::versionTooOld(version.substr(version.find(' ') + 1), call.operation);
+    }
     if (answer.errorOutput.find("too old") != std::string::npos) {
       throw tmuxError::versionsMixed(clientVersion(call), call.operation);
     }
@@ -192,7 +208,7 @@ TerminalTabSnapshot TmuxOperations::createWindow() {
                                            "-y",
                                            "40",
                                            "-c",
-                                           options_.homeDirectory.string(),
+                                           literally(options_.homeDirectory.string()),
                                            "-P",
                                            "-F",
                                            paneRowFormat(),
@@ -268,6 +284,7 @@ void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const st
 
 std::string TmuxOperations::read(const Call& call, PaneCommand command, std::size_t outputLimit) const {
   TmuxAnswer answer = invoke(call, std::move(command.arguments), std::nullopt, outputLimit);
+  if (answer.errorOutput.starts_with("can't find pane")) throw tmuxError::stale(call.operation);
   if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::none)) throw std::move(*failure);
   if (!answer.output.starts_with(guardPassed)) throw tmuxError::stale(call.operation);
   answer.output.erase(0, guardPassed.size());
@@ -278,8 +295,7 @@ TerminalOutput TmuxOperations::readOutput(OutputSource source, std::int64_t maxC
                                           const std::string& tty, std::int64_t windowId) {
   Call call = begin("terminal_read_output");
   const PaneRow pane = findPane(call, tty, windowId);
-  if (source == OutputSource::history)
-    call.deadline = std::chrono::steady_clock::now() + options_.historyDeadline;
+  if (source == OutputSource::history) call.deadline += options_.historyDeadline - options_.deadline;
   std::string captured = read(call, readText(pane, source), historyLimit);
   captured.erase(0, 1);  // the end of the guard's line
   const std::string text = tidyPaneText(std::move(captured));

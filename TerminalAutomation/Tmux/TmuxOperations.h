@@ -22,6 +22,9 @@ class TmuxOperations {
  public:
   TmuxOperations(const TmuxExecutorOptions& options, const TmuxParts& parts);
 
+  /// When the next operations were asked for; their deadlines count from then. Without it, from their start.
+  void setAsked(std::chrono::steady_clock::time_point asked) { asked_ = asked; }
+
   TerminalRuntimeStatus status();
   std::vector<TerminalTabSnapshot> listSessions();
   TerminalTabSnapshot createWindow();
@@ -62,6 +65,7 @@ class TmuxOperations {
   const TmuxParts& parts_;
   const std::string bufferPrefix_;
   std::uint64_t buffers_ = 0;
+  std::optional<std::chrono::steady_clock::time_point> asked_;
   WindowIds windowIds_;
 };
 

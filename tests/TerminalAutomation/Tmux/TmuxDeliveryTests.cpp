@@ -75,13 +75,23 @@ TEST(TmuxDelivery, PastesKeysIntoSynchronizedPanes) {
             "copy-mode -q -t %3 ; paste-buffer -d -r -b b -t %3");
 }
 
-TEST(TmuxDelivery, ReadsUnderTheGuardOfTheSamePane) {
-  const PaneCommand visible = readText(samplePane(3, 2), OutputSource::visible);
-  EXPECT_EQ(visible.arguments[5], "display-message -p PANE ; capture-pane -p -J -t %3");
-  EXPECT_EQ(visible.arguments[4],
-            "#{&&:#{==:#{window_id},@2},#{&&:#{==:#{pane_tty},/dev/pts/3},#{==:#{pane_pid},1003}}}");
-  EXPECT_EQ(readText(samplePane(3, 2), OutputSource::history).arguments[5],
-            "display-message -p PANE ; capture-pane -p -J -S - -t %3");
+TEST(TmuxDelivery, ReadingSaysWhetherItIsStillTheSamePane) {
+  const std::vector<std::string> expected{
+      "display-message",
+      "-p",
+      "-t",
+      "%3",
+      "#{?#{&&:#{==:#{window_id},@2},#{&&:#{==:#{pane_tty},/dev/pts/3},#{==:#{pane_pid},1003}}},PANE,STALE}",
+      ";",
+      "capture-pane",
+      "-p",
+      "-J",
+      "-t",
+      "%3"};
+  EXPECT_EQ(readText(samplePane(3, 2), OutputSource::visible).arguments, expected);
+  auto history = expected;
+  history.insert(history.begin() + 9, {"-S", "-"});
+  EXPECT_EQ(readText(samplePane(3, 2), OutputSource::history).arguments, history);
 }
 
 }  // namespace

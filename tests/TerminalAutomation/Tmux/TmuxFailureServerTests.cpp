@@ -127,6 +127,21 @@ TEST_F(TmuxFailures, AHungServerEndsEveryOperationAtItsDeadlineAndGetsNothingLat
   expectRecorded("end");
 }
 
+TEST_F(TmuxFailures, AQueueBehindAHungServerEndsWithTheFirstDeadline) {
+  startServer(recorder());
+  auto& executor = impatientExecutor();
+  const pid_t server = serverProcess().value();
+  ::kill(server, SIGSTOP);
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<std::future<std::vector<TerminalTabSnapshot>>> queue;
+  for (int count = 0; count < 8; ++count) queue.push_back(executor.listSessions());
+  for (auto& answer : queue) {
+    EXPECT_EQ(structuredError([&] { answer.get(); }).code, ErrorCode::terminalNotAvailable);
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 4 * 700ms) << "one after another they would take eight";
+  ::kill(server, SIGCONT);
+}
+
 TEST_F(TmuxFailures, ATextWhoseServerHangsIsNeverTypedLater) {
   startServer(recorder());
   waitForRecorder();

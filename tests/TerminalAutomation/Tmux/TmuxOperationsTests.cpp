@@ -189,11 +189,11 @@ TEST_F(TmuxOperationsTest, CreatesAgainOnceWhenTheFormerServerWasEnding) {
   EXPECT_EQ(structuredError([&] { operations_->createWindow(); }).retryable, false);
 }
 
-TEST_F(TmuxOperationsTest, WaitsForThePromptForASecondAtMost) {
+TEST_F(TmuxOperationsTest, WaitsForThePromptForTwoSecondsAtMost) {
   processes_.states[pane_.process].name = "tmux: server";
   answers({paneLine(pane_) + "off\n", paneLine(pane_)});
   EXPECT_TRUE(operations_->createWindow().busy);
-  EXPECT_EQ(slept_, std::chrono::seconds(1));
+  EXPECT_EQ(slept_, std::chrono::seconds(2));
 }
 
 TEST_F(TmuxOperationsTest, AServerThatHangsAfterCreatingIsNotAskedForAnotherSession) {
