@@ -1,5 +1,6 @@
 #include "BridgeCore/CaptureService.h"
 
+#include "BridgeCore/AdapterAnswer.h"
 #include "BridgeCore/ErrorCatalogue.h"
 #include "BridgeModels/ToolName.h"
 
@@ -11,7 +12,7 @@ CapturePayload CaptureService::capture(const SessionTargetInput& input) {
     throw catalogue::sessionNotAllowed(wireName(ToolName::captureScreen), session.reference());
   }
   try {
-    const auto capture = automation_.captureScreen(session.tty, session.windowId).get();
+    const auto capture = answerAbout(session, automation_.captureScreen(session.tty, session.windowId));
     return CapturePayload(session.sessionId, capture.imagePath, now_());
   } catch (const StructuredError&) {
     throw;

@@ -1,5 +1,6 @@
 #include "BridgeCore/CommandService.h"
 
+#include "BridgeCore/AdapterAnswer.h"
 #include "BridgeModels/ToolName.h"
 
 namespace velmora {
@@ -16,7 +17,7 @@ CommandPayload CommandService::send(const SendCommandInput& input) {
   input.validate();
   const auto [session, allowBusy] =
       guard_.admit(input.sessionId, wireName(ToolName::sendCommand), catalogue::BusyInput::command);
-  automation_.send(input.command, session.tty, session.windowId, allowBusy).get();
+  answerAbout(session, automation_.send(input.command, session.tty, session.windowId, allowBusy));
   return CommandPayload(session.sessionId, now_());
 }
 

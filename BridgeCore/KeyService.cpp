@@ -1,5 +1,6 @@
 #include "BridgeCore/KeyService.h"
 
+#include "BridgeCore/AdapterAnswer.h"
 #include "BridgeModels/ToolName.h"
 
 namespace velmora {
@@ -16,7 +17,8 @@ KeyPayload KeyService::send(const SendKeyInput& input) {
   input.validate();
   const auto [session, allowBusy] =
       guard_.admit(input.sessionId, wireName(ToolName::sendKey), catalogue::BusyInput::keys);
-  automation_.send(input.key, input.repeatCount, session.tty, session.windowId, allowBusy).get();
+  answerAbout(session,
+              automation_.send(input.key, input.repeatCount, session.tty, session.windowId, allowBusy));
   return KeyPayload(session.sessionId, input.key, input.repeatCount, now_());
 }
 

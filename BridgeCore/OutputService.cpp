@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "BridgeCore/AdapterAnswer.h"
 #include "BridgeCore/ErrorCatalogue.h"
 #include "BridgeCore/OutputLimiter.h"
 #include "BridgeCore/StructuredErrorMapper.h"
@@ -14,7 +15,8 @@ namespace {
 TerminalOutput readFrom(TerminalAutomating& automation, const ReadOutputInput& input,
                         const TerminalSession& session) {
   try {
-    return automation.readOutput(input.source, input.maxCharacters, session.tty, session.windowId).get();
+    return answerAbout(
+        session, automation.readOutput(input.source, input.maxCharacters, session.tty, session.windowId));
   } catch (const StructuredError&) {
     throw;
   } catch (const std::exception&) {

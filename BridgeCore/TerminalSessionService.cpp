@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "BridgeCore/AdapterAnswer.h"
 #include "BridgeCore/ErrorCatalogue.h"
 #include "BridgeModels/ToolName.h"
 
@@ -52,7 +53,7 @@ TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
   if (!permissions.canFocus(session)) {
     throw catalogue::sessionNotAllowed(wireName(ToolName::focusSession), session.reference());
   }
-  automation_.focus(session.tty, session.windowId).get();
+  answerAbout(session, automation_.focus(session.tty, session.windowId));
   return session;
 }
 

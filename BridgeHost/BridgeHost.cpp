@@ -30,8 +30,8 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
                                                const std::filesystem::path& temporaryDirectory) {
   try {
     return options.makeTerminal(temporaryDirectory);
-  } catch (const std::exception& error) {
-    spdlog::error("the terminal adapter could not be made: {}", error.what());
+  } catch (...) {
+    spdlog::error("the terminal adapter could not be made: {}", sentenceOf(std::current_exception()));
     return std::make_unique<UnavailableTerminalAutomation>();
   }
 }
@@ -57,15 +57,14 @@ BridgeHost::BridgeHost(BridgeHostOptions options)
   }
 }
 
-BridgeHost::~BridgeHost() = default;
+BridgeHost::~BridgeHost() { endServing(); }
 
-std::vector<std::string> BridgeHost::loadLocalState() {
-  std::vector<std::string> problems;
+LocalStateProblems BridgeHost::loadLocalState() {
+  LocalStateProblems problems;
   try {
     settingsStore_.load();
   } catch (...) {
-    problems.push_back("The settings could not be loaded, defaults are in use: " +
-                       sentenceOf(std::current_exception()));
+    problems.settings = sentenceOf(std::current_exception());
   }
   const auto settings = settingsStore_.current();
   coordinator_.setSessionPolicy(settings.sessionPolicy);
@@ -73,7 +72,7 @@ std::vector<std::string> BridgeHost::loadLocalState() {
   try {
     recorder_.prepend(historyStore_.load());
   } catch (...) {
-    problems.push_back("The history could not be loaded: " + sentenceOf(std::current_exception()));
+    problems.history = sentenceOf(std::current_exception());
   }
   return problems;
 }
@@ -82,8 +81,15 @@ void BridgeHost::startServing() {
   if (localServer_) localServer_->start();
 }
 
+void BridgeHost::endServing() noexcept {
+  if (!localServer_) return;
+  localServer_->stop();
+  terminal_->cancel();  // a terminal that hangs holds up no one's exit
+  localServer_.reset();
+}
+
 void BridgeHost::prepareForTermination() {
-  localServer_.reset();  // first, so that no request writes the history again
+  endServing();  // first, so that no request writes the history again
   if (!settingsStore_.current().deleteOnAppExit) return;
   try {
     recorder_.clear(historyStore_);

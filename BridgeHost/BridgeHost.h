@@ -27,23 +27,30 @@ struct BridgeHostOptions {
   UuidSource uuid = Uuid::random;
 };
 
+/// What could not be loaded, and why, in a sentence.
+struct LocalStateProblems {
+  std::optional<std::string> settings{};
+  std::optional<std::string> history{};
+};
+
 /// Belongs to one thread, except for what its accessors hand out. The socket listens from construction on and
 /// clients wait there; they are served once the local state is loaded, so that no request runs under settings
-/// that are not the person's. Destruction ends the server first and waits for the requests under way.
+/// that are not the person's. Destruction ends the server first.
 class BridgeHost {
  public:
   /// Throws std::runtime_error when the environment names no place for the settings.
   explicit BridgeHost(BridgeHostOptions options);
   ~BridgeHost();
 
-  /// Loads the settings and, when the person keeps one, the history. Nothing here is fatal: what cannot be
-  /// read keeps its default, stays on disk, and is named in the returned sentences.
-  std::vector<std::string> loadLocalState();
+  /// Loads the settings and, when the person keeps one, the history. What cannot be read keeps its default
+  /// and stays on disk; nothing is thrown.
+  LocalStateProblems loadLocalState();
 
   /// Starts to serve, if the server could be made.
   void startServing();
 
-  /// Ends the server, after the requests under way, and deletes the history when the settings ask for it.
+  /// Ends the server and deletes the history when the settings ask for it. Requests under way are answered;
+  /// the terminal's part in them is cut short.
   void prepareForTermination();
 
   BridgeCoordinator& coordinator() { return coordinator_; }
@@ -55,6 +62,8 @@ class BridgeHost {
   const std::string& serverProblem() const { return serverProblem_; }
 
  private:
+  void endServing() noexcept;
+
   const std::filesystem::path socketURL_;
   PosixStoreFileSystem files_;
   std::unique_ptr<TerminalAutomating> terminal_;

@@ -9,4 +9,7 @@ namespace velmora {
 
 using Environment = std::map<std::string, std::string, std::less<>>;
 
+/// The environment that this process was started with. Only `main` functions ask for it.
+Environment processEnvironment();
+
 }  // namespace velmora

@@ -10,7 +10,7 @@
 
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeHost/PlatformTerminal.h"
-#include "BridgeHost/ProcessEnvironment.h"
+#include "BridgeModels/Environment.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 
@@ -54,7 +54,14 @@ int serve(const sigset_t& signals) {
     spdlog::error("The socket {} could not be made: {}.", socketURL.string(), host.serverProblem());
     return EXIT_FAILURE;
   }
-  for (const auto& problem : host.loadLocalState()) spdlog::warn("{}", problem);
+  const auto problems = host.loadLocalState();
+  if (problems.settings) {
+    // The defaults would open more than the person may have allowed, and delete a history that they may keep.
+    spdlog::error("The settings in {} could not be loaded: {}. Mend the file or remove it.",
+                  host.coordinator().settingsStore().fileURL().string(), *problems.settings);
+    return EXIT_FAILURE;
+  }
+  if (problems.history) spdlog::warn("The history could not be loaded: {}", *problems.history);
   host.startServing();
   std::cout << socketURL.string() << std::endl;
 

@@ -8,26 +8,14 @@
 #include <cstdio>
 #include <exception>
 
+#include "BridgeModels/Environment.h"
 #include "LocalControl/LocalControlClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "VelmoraHelper/StdioLoop.h"
 
-extern char** environ;
-
 namespace velmora {
 
 namespace {
-
-Environment processEnvironment() {
-  Environment environment;
-  for (char** entry = environ; *entry != nullptr; ++entry) {
-    const std::string_view text(*entry);
-    const auto equals = text.find('=');
-    if (equals != std::string_view::npos)
-      environment.emplace(text.substr(0, equals), text.substr(equals + 1));
-  }
-  return environment;
-}
 
 // A new connection a call: whichever application serves the socket then is the one that answers, also when it
 // was started or restarted after this helper.

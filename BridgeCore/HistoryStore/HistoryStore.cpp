@@ -60,7 +60,7 @@ std::vector<MCPRequestRecord> HistoryStore::load() {
 }
 
 void HistoryStore::save(std::vector<MCPRequestRecord> records, const PrivacyRetentionSettings& settings) {
-  if (!settings.persistentHistoryEnabled) return deleteFile();
+  if (!settings.persistentHistoryEnabled) return delete_();
   const MutexLock lock(mutex_);
   try {
     for (auto& record : records) removeWhatMayNotBeStored(record, settings);
@@ -83,13 +83,13 @@ void HistoryStore::write(const std::vector<MCPRequestRecord>& records) {
   staged.commit();
 }
 
-void HistoryStore::deleteFile() {
+void HistoryStore::delete_() {
   const MutexLock lock(mutex_);
-  deleteFile(files_, file_);
+  delete_(files_, file_);
   fileIsUnreadable_ = false;
 }
 
-void HistoryStore::deleteFile(StoreFileSystem& files, const std::filesystem::path& file) {
+void HistoryStore::delete_(StoreFileSystem& files, const std::filesystem::path& file) {
   try {
     for (const auto& path : {file, placeOfUnreadable(file), StagedFile::placeBeside(file)}) {
       if (files.exists(path)) files.remove(path);

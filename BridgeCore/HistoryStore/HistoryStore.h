@@ -19,7 +19,7 @@ class HistoryStore {
   /// No file is touched.
   HistoryStore(StoreFileSystem& files, std::filesystem::path file);
 
-  const std::filesystem::path& file() const { return file_; }
+  const std::filesystem::path& fileURL() const { return file_; }
 
   /// The stored records, newest first; none when there is no file. A file that cannot be read stays, and
   /// the next save keeps it as `placeOfUnreadable` instead of writing over it.
@@ -29,10 +29,10 @@ class HistoryStore {
   /// not allow. Without persistent history it deletes the file.
   void save(std::vector<MCPRequestRecord> records, const PrivacyRetentionSettings& settings);
 
-  void deleteFile();
+  void delete_();
 
   /// Deletes a history file, an unreadable one kept beside it and what a crash left of a save.
-  static void deleteFile(StoreFileSystem& files, const std::filesystem::path& file);
+  static void delete_(StoreFileSystem& files, const std::filesystem::path& file);
 
   /// "history.json.unreadable" for "history.json".
   static std::filesystem::path placeOfUnreadable(const std::filesystem::path& file);

@@ -18,7 +18,7 @@ class PrivacySettingsStore {
   PrivacySettingsStore(StoreFileSystem& files, std::filesystem::path file,
                        const PrivacyRetentionSettings& initial);
 
-  const std::filesystem::path& file() const { return file_; }
+  const std::filesystem::path& fileURL() const { return file_; }
 
   PrivacyRetentionSettings current() const;
 

@@ -100,7 +100,7 @@ void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings&
 void RequestRecorder::clear(HistoryStore& store) {
   const MutexLock order(storeOrder_);
   replace({});
-  store.deleteFile();
+  store.delete_();
 }
 
 std::vector<MCPRequestRecord> RequestRecorder::snapshot() const {

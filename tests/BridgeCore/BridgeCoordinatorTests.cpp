@@ -24,7 +24,7 @@ class BridgeCoordinatorTest : public testing::CoreFixture {
         {.persistentHistoryEnabled = true, .storeCommandBody = true, .storeOutputPreview = true});
   }
 
-  bool historyExists() const { return std::filesystem::exists(historyStore.file()); }
+  bool historyExists() const { return std::filesystem::exists(historyStore.fileURL()); }
 
   RequestRecorder recorder{time.clock()};
   HistoryStore historyStore{files, directory.path() / "Velmora" / "history.json"};
@@ -186,8 +186,8 @@ TEST_F(BridgeCoordinatorTest, AFailedCallWritesNoHistory) {
 TEST_F(BridgeCoordinatorTest, AFailedHistoryWriteFailsTheCallThoughTheCommandArrived) {
   keepHistory();
   const auto id = registerTab();
-  std::filesystem::create_directory(historyStore.file());  // a directory stands where the file should go
-  std::filesystem::create_directory(historyStore.file() / "inside");
+  std::filesystem::create_directory(historyStore.fileURL());  // a directory stands where the file should go
+  std::filesystem::create_directory(historyStore.fileURL() / "inside");
   const auto result = coordinator.sendCommand(request, client, {id, "ls"});
   EXPECT_FALSE(result.ok);
   ASSERT_TRUE(result.error);

@@ -31,7 +31,7 @@ TEST_F(CaptureServiceTest, AFailedCaptureIsAnUnavailablePicture) {
   terminal.failWith("captureScreen", PlatformError("d", -1743));
   EXPECT_EQ(structuredError([&] { service.capture({id}); }),
             catalogue::screenCaptureUnavailable(registry.session(id).reference()));
-  const auto own = catalogue::mcpPaused("x", std::nullopt);
+  const auto own = catalogue::mcpPaused("x", registry.session(id).reference());
   terminal.failWith("captureScreen", own);
   EXPECT_EQ(structuredError([&] { service.capture({id}); }), own);
 }

@@ -83,5 +83,13 @@ TEST_F(CommandServiceTest, ErrorsOfTheAdapterPassUnchanged) {
   EXPECT_THROW(service.send({id, "ls"}), PlatformError);
 }
 
+TEST_F(CommandServiceTest, AnErrorInTheAdaptersWordsNamesTheSession) {
+  const auto id = registerTab();
+  terminal.failWith("send", StructuredError{.code = ErrorCode::sessionBusy, .message = "busy by now"});
+  const auto error = structuredError([&] { service.send({id, "ls"}); });
+  EXPECT_EQ(error.message, "busy by now");
+  EXPECT_EQ(error.session, registry.session(id).reference());
+}
+
 }  // namespace
 }  // namespace velmora

@@ -63,7 +63,7 @@ TEST_F(OutputServiceTest, AFailedReadIsUnavailableOutput) {
     EXPECT_EQ(structuredError([&] { service.read({.sessionId = id}); }),
               catalogue::outputUnavailable(registry.session(id).reference()));
   }
-  const auto own = catalogue::mcpPaused("x", std::nullopt);
+  const auto own = catalogue::mcpPaused("x", registry.session(id).reference());
   terminal.failWith("readOutput", own);
   EXPECT_EQ(structuredError([&] { service.read({.sessionId = id}); }), own);
 }

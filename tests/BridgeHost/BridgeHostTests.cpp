@@ -44,6 +44,12 @@ class BridgeHostTest : public ::testing::Test {
     return std::filesystem::exists(directory / "data/Velmora" / name);
   }
 
+  static void expectLoads(BridgeHost& host) {
+    const auto problems = host.loadLocalState();
+    EXPECT_FALSE(problems.settings) << *problems.settings;
+    EXPECT_FALSE(problems.history) << *problems.history;
+  }
+
   LocalControlResponse call(BridgeHost& host, ToolName tool, JSONObject arguments = {}) {
     LocalControlClient client(host.socketURL());
     return client.send({.requestId = numberedUuid(900),
@@ -62,7 +68,7 @@ TEST_F(BridgeHostTest, ServesCallsFromTheSocketToTheTerminal) {
   BridgeHost host(options());
   EXPECT_EQ(host.socketURL(), directory / "app.velmora.Velmora/control-v1.sock");
   EXPECT_EQ(temporaryDirectoryGiven, directory.path());
-  EXPECT_TRUE(host.loadLocalState().empty());
+  expectLoads(host);
   host.startServing();
   const auto listed = call(host, ToolName::listSessions);
   ASSERT_TRUE(listed.ok);
@@ -75,7 +81,7 @@ TEST_F(BridgeHostTest, ServesCallsFromTheSocketToTheTerminal) {
 TEST_F(BridgeHostTest, LoadsThePersonsSettingsAndPolicy) {
   writeSettings({.allowBusySessionInput = true, .sessionPolicy = SessionPolicy::selective});
   BridgeHost host(options());
-  EXPECT_TRUE(host.loadLocalState().empty());
+  expectLoads(host);
   EXPECT_TRUE(host.coordinator().settingsStore().current().allowBusySessionInput);
   const auto sessions =
       host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions;
@@ -97,7 +103,7 @@ TEST_F(BridgeHostTest, PutsALoadedHistoryBeforeThatOfTheRun) {
   time.advance(1);
   BridgeHost host(options());
   host.coordinator().status(numberedUuid(3), {"c", std::nullopt});
-  EXPECT_TRUE(host.loadLocalState().empty());
+  expectLoads(host);
   std::vector<Uuid> ids;
   for (const auto& record : host.coordinator().recorder().snapshot()) ids.push_back(record.requestId);
   EXPECT_EQ(ids, (std::vector{numberedUuid(1), numberedUuid(2), numberedUuid(3)}));
@@ -107,14 +113,21 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   writeFile("settings.json", "{");
   {
     BridgeHost host(options());
-    EXPECT_EQ(host.loadLocalState().size(), 1u);
+    const auto problems = host.loadLocalState();
+    EXPECT_TRUE(problems.settings);
+    EXPECT_FALSE(problems.history);
     EXPECT_EQ(host.coordinator().settingsStore().current(), PrivacyRetentionSettings{});
     EXPECT_TRUE(exists("settings.json"));
   }
   writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
   writeFile("history.json", "no history");
   BridgeHost host(options());
-  ASSERT_EQ(host.loadLocalState().size(), 1u);
+  const auto problems = host.loadLocalState();
+  EXPECT_FALSE(problems.settings);
+  ASSERT_TRUE(problems.history);
+  EXPECT_EQ(
+      *problems.history,
+      "Stored history could not be read. Check local disk permissions and available space, then retry.");
   EXPECT_TRUE(exists("history.json"));
   const auto session =
       host.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];

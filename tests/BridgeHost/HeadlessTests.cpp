@@ -138,6 +138,43 @@ TEST_F(Headless, TakesThePlaceOfOneThatWasKilled) {
   EXPECT_TRUE(call(ToolName::status).ok);
 }
 
+TEST_F(Headless, RefusesToStartWithUnreadableSettingsAndLosesNothing) {
+  testing::writeFile(directory / "data/Velmora/settings.json", R"({"schemaVersion":1,"settings":{},})");
+  testing::writeFile(historyFile(), R"({"schemaVersion":1,"records":[]})");
+  const auto program = launch();
+  EXPECT_EQ(program->wait(), 1);
+  EXPECT_EQ(program->restOfOutput(), "");
+  EXPECT_THAT(program->restOfErrors(), HasSubstr((directory / "data/Velmora/settings.json").string()));
+  EXPECT_TRUE(std::filesystem::exists(directory / "data/Velmora/settings.json"));
+  EXPECT_TRUE(std::filesystem::exists(historyFile()));
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+}
+
+TEST_F(Headless, EndsPromptlyThoughTheTmuxServerHangs) {
+  startTmux();
+  startHeadless();
+  const auto server = static_cast<pid_t>(std::stol(tmux({"display-message", "-p", "#{pid}"})));
+  ::kill(server, SIGSTOP);
+  const auto idle = descriptorCount();
+  std::vector<std::thread> clients;
+  for (int count = 0; count < 8; ++count) {
+    clients.emplace_back([this] {
+      try {
+        call(ToolName::listSessions);
+      } catch (const UnixSocketError&) {  // the bridge went before it could answer
+      }
+    });
+  }
+  EXPECT_TRUE(eventually([&] { return descriptorCount() >= idle + clients.size(); }));
+  const auto start = std::chrono::steady_clock::now();
+  headless->signal(SIGTERM);
+  EXPECT_EQ(headless->wait(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4)) << "one deadline is five";
+  headless.reset();
+  for (auto& client : clients) client.join();
+  ::kill(server, SIGCONT);
+}
+
 TEST_F(Headless, RefusesArguments) {
   const auto program = launch({"--verbose"});
   EXPECT_EQ(program->wait(), 2);

@@ -89,7 +89,9 @@ TEST(JsonReader, RefusesDeepNestingWithoutACrash) {
   std::string objects;
   for (int level = 0; level < 100000; ++level) objects += "{\"a\":";
   EXPECT_NE(problemOf<JSONValue>(objects), "no error");
-  EXPECT_EQ(problemOf<JSONValue>(std::string(100, '[') + std::string(100, ']')), "no error");
+  const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
+  EXPECT_EQ(problemOf<JSONValue>(nested(128)), "no error");
+  EXPECT_NE(problemOf<JSONValue>(nested(129)), "no error");
 }
 
 TEST(JsonReader, RefusesANumberOfAMillionDigits) {

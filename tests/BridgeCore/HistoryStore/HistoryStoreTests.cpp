@@ -63,7 +63,7 @@ class HistoryStoreTest : public ::testing::Test {
 };
 
 TEST_F(HistoryStoreTest, TouchesNoFileWhenItIsMade) {
-  EXPECT_EQ(store.file(), file);
+  EXPECT_EQ(store.fileURL(), file);
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
@@ -214,8 +214,8 @@ TEST_F(HistoryStoreTest, ReplacesAFileThatItNeverFailedToRead) {
 
 TEST_F(HistoryStoreTest, DeletesTheUnreadableFileWithTheOther) {
   const std::vector<std::function<void()>> deletions{
-      [this] { store.deleteFile(); },
-      [this] { HistoryStore::deleteFile(files, file); },
+      [this] { store.delete_(); },
+      [this] { HistoryStore::delete_(files, file); },
       [this] { store.save({}, nothing); },
   };
   for (const auto& deletion : deletions) {
@@ -228,8 +228,8 @@ TEST_F(HistoryStoreTest, DeletesTheUnreadableFileWithTheOther) {
 }
 
 TEST_F(HistoryStoreTest, DeletesNothingSuccessfully) {
-  store.deleteFile();
-  HistoryStore::deleteFile(files, file);
+  store.delete_();
+  HistoryStore::delete_(files, file);
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
@@ -237,8 +237,8 @@ TEST_F(HistoryStoreTest, SaysThatTheFileCannotBeDeleted) {
   store.save({}, everything);
   files.failOn("remove", std::errc::read_only_file_system);
   const auto expected = storageError(StorageFailure::historyUndeleted);
-  EXPECT_EQ(structuredError([&] { store.deleteFile(); }), expected);
-  EXPECT_EQ(structuredError([&] { HistoryStore::deleteFile(files, file); }), expected);
+  EXPECT_EQ(structuredError([&] { store.delete_(); }), expected);
+  EXPECT_EQ(structuredError([&] { HistoryStore::delete_(files, file); }), expected);
   EXPECT_EQ(structuredError([&] { store.save({}, nothing); }), expected);
   EXPECT_TRUE(std::filesystem::exists(file));
 }
@@ -362,7 +362,7 @@ TEST_F(HistoryStoreTest, NeverLetsSavesDeletionsAndLoadsInterleave) {
     });
   }
   threads.emplace_back([this] {
-    for (int round = 0; round < 30; ++round) store.deleteFile();
+    for (int round = 0; round < 30; ++round) store.delete_();
   });
   for (int round = 0; round < 30; ++round) EXPECT_THAT(store.load(), AnyOf(one, two, IsEmpty()));
   for (auto& thread : threads) thread.join();

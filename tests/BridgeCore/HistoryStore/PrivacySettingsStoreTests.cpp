@@ -36,7 +36,7 @@ class PrivacySettingsStoreTest : public ::testing::Test {
 
 TEST_F(PrivacySettingsStoreTest, StartsWithTheInitialValueAsItIs) {
   EXPECT_EQ(store.current(), initial);
-  EXPECT_EQ(store.file(), file);
+  EXPECT_EQ(store.fileURL(), file);
   EXPECT_FALSE(std::filesystem::exists(folder));
 }
 

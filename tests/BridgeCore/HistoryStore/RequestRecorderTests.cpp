@@ -253,7 +253,7 @@ TEST_F(RequestRecorderTest, RetainsInMemoryAlsoWithoutPersistentHistory) {
   begin(2);
   recorder.persist(store, {.maximumRecordCount = 1});
   EXPECT_THAT(inMemory(), ElementsAre(2));
-  EXPECT_FALSE(std::filesystem::exists(store.file()));
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
 }
 
 TEST_F(RequestRecorderTest, PassesOnTheStoresErrorAndStaysRetained) {
@@ -337,7 +337,7 @@ TEST_F(RequestRecorderTest, ClearsMemoryAndFile) {
   recorder.persist(store, everything);
   recorder.clear(store);
   EXPECT_THAT(recorder.snapshot(), IsEmpty());
-  EXPECT_FALSE(std::filesystem::exists(store.file()));
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
 }
 
 TEST_F(RequestRecorderTest, EmptiesTheListAlsoWhenTheFileCannotBeDeleted) {
@@ -405,7 +405,7 @@ TEST_F(RequestRecorderTest, LeavesNoFileWhenAClearFollowsASaveUnderWay) {
   write.goOn.set_value();
   persisting.join();
   clearing.join();
-  EXPECT_FALSE(std::filesystem::exists(store.file()));
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
   EXPECT_THAT(recorder.snapshot(), IsEmpty());
 }
 

@@ -1,4 +1,4 @@
-#include "BridgeHost/ProcessEnvironment.h"
+#include "BridgeModels/Environment.h"
 
 #include <unistd.h>
 
