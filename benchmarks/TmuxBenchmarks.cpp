@@ -1,5 +1,5 @@
-// What the tmux adapter costs beside running tmux by hand: each pair does the same work on the same private
-// server in one run, so their ratio holds on any machine.
+// What the tmux adapter costs beside running tmux by hand: both do the same work on the same private
+// server by turns, so their ratio holds on any machine.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>
@@ -19,6 +19,7 @@
 #include "TerminalAutomation/Tmux/TmuxDelivery.h"
 #include "TerminalAutomation/Tmux/TmuxExecutor.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
+#include "benchmarks/SideBySide.h"
 
 extern char** environ;  // NOLINT: POSIX has no header for it
 
@@ -74,7 +75,8 @@ class Server {
         lines > 0 ? "cat " + (folder_ / "content").string() + "; exec sleep 100000" : "exec dash";
     byHand(socket_,
            {"-f", (folder_ / "configuration").string(), "new-session", "-d", "-x", "100", "-y", "30", first});
-    for (std::int64_t i = 1; i < panes; ++i) byHand(socket_, {"new-window", "-d", "exec dash"});
+    for (std::int64_t i = 1; i < panes; ++i)
+      byHand(socket_, {"new-window", "-d", i % 2 == 0 ? "exec dash" : "exec bash --norc"});
     const std::string last = "line " + std::to_string(lines) + " ";
     while (lines > 0 && byHand(socket_, {"capture-pane", "-p", "-t", "%0"}).find(last) == std::string::npos) {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -101,56 +103,58 @@ class Server {
   std::unique_ptr<TmuxExecutor> executor_;
 };
 
-void listByHand(benchmark::State& state) {
-  Server server(state.range(0), 0);
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
-  }
-}
-void listByAdapter(benchmark::State& state) {
-  Server server(state.range(0), 0);
-  for (auto _ : state) benchmark::DoNotOptimize(server.executor().listSessions().get());
+double budgetAt(const benchmark::State& state, std::int64_t size, double budget) {
+  return state.range(0) == size ? budget : 0;
 }
 
-void sendByHand(benchmark::State& state) {
+void list(benchmark::State& state) {
+  Server server(state.range(0), 0);
+  report(state,
+         runSideBySide(
+             state, 1, [&] { benchmark::DoNotOptimize(server.executor().listSessions().get()); },
+             [&] {
+               benchmark::DoNotOptimize(byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
+             }),
+         Compare::ratio, budgetAt(state, 10, 1.15));
+}
+
+void send(benchmark::State& state) {
   Server server(state.range(0), 0);
   const auto tab = server.executor().listSessions().get().back();
   const std::string filter = "#{==:#{pane_tty}," + tab.tty + "}";
-  for (auto _ : state) {
-    const auto listing =
-        parseListing(byHand(server.socket(), {"list-panes", "-a", "-f", filter, "-F", paneRowFormat()}));
-    const PaneCommand command = typeText(listing->panes.front(), ":", "by-hand");
-    byHand(server.socket(), command.arguments, command.standardInput);
-  }
-}
-void sendByAdapter(benchmark::State& state) {
-  Server server(state.range(0), 0);
-  const auto tab = server.executor().listSessions().get().back();
-  for (auto _ : state) server.executor().send(":", tab.tty, tab.windowId, /*allowBusy=*/true).get();
+  report(state,
+         runSideBySide(
+             state, 1, [&] { server.executor().send(":", tab.tty, tab.windowId, /*allowBusy=*/true).get(); },
+             [&] {
+               const auto listing = parseListing(
+                   byHand(server.socket(), {"list-panes", "-a", "-f", filter, "-F", paneRowFormat()}));
+               const PaneCommand command = typeText(listing->panes.front(), ":", "by-hand");
+               byHand(server.socket(), command.arguments, command.standardInput);
+             }),
+         Compare::ratio, budgetAt(state, 10, 1.2));
 }
 
-void readByHand(benchmark::State& state) {
-  Server server(1, state.range(0));
-  for (auto _ : state) {
-    byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()});
-    benchmark::DoNotOptimize(byHand(server.socket(), {"capture-pane", "-p", "-J", "-S", "-", "-t", "%0"}));
-  }
-}
-void readByAdapter(benchmark::State& state) {
+void read(benchmark::State& state) {
   Server server(1, state.range(0));
   const auto tab = server.executor().listSessions().get().front();
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(
-        server.executor().readOutput(OutputSource::history, 12'000, tab.tty, tab.windowId).get());
-  }
+  report(state,
+         runSideBySide(
+             state, 1,
+             [&] {
+               benchmark::DoNotOptimize(
+                   server.executor().readOutput(OutputSource::history, 12'000, tab.tty, tab.windowId).get());
+             },
+             [&] {
+               byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()});
+               benchmark::DoNotOptimize(
+                   byHand(server.socket(), {"capture-pane", "-p", "-J", "-S", "-", "-t", "%0"}));
+             }),
+         Compare::ratio, budgetAt(state, 200'000, 1.5));
 }
 
-BENCHMARK(listByHand)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(listByAdapter)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(sendByHand)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(sendByAdapter)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(readByHand)->Arg(2'000)->Arg(50'000)->Arg(200'000)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(readByAdapter)->Arg(2'000)->Arg(50'000)->Arg(200'000)->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(list)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(send)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(read)->Arg(2'000)->Arg(50'000)->Arg(200'000)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace velmora

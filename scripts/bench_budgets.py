@@ -11,9 +11,6 @@ THROUGHPUT = {"countCharacters/ascii": 1e9, "countCharacters/korean": 1e8}
 # The most megabytes of memory, where a benchmark has the counter.
 MEGABYTES = {"startToAnswer": ("rssMB", 6)}
 MILLISECONDS_TO_ANSWER = 10
-# The adapter against the tmux commands that it needs, run by hand: benchmark, the one it is compared with, ratio.
-PAIRS = [("listByAdapter/10", "listByHand/10", 1.15), ("sendByAdapter/10", "sendByHand/10", 1.2),
-         ("readByAdapter/200000", "readByHand/200000", 1.5)]
 
 
 def line(name, measured, budget, unit, holds):
@@ -50,8 +47,3 @@ for file in sorted(pathlib.Path(sys.argv[1]).glob("*.json")):
     runs = json.loads(file.read_text())["benchmarks"]
     for each in runs:
         report(each)
-    times = {name_of(each): each["real_time"] for each in runs}
-    for adapter, by_hand, most in PAIRS:
-        if adapter in times:
-            ratio = times[adapter] / times[by_hand]
-            line(adapter, ratio, most, "x", ratio <= most)
