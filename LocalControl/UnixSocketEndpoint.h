@@ -2,6 +2,7 @@
 // out: the directory's mode 0700, the socket's mode 0600, and the same-user check at both ends.
 #pragma once
 
+#include <sys/socket.h>
 #include <sys/types.h>
 #include <sys/un.h>
 
