@@ -35,11 +35,9 @@ tidy() {
     return 1
   fi
   printf '%s\0' "${product[@]}" |
-    xargs -0 -n 2 -P "$jobs" clang-tidy-quiet 2>/dev/null | grep -E 'error|warning' | sort -u
+    xargs -0 -n 2 -P "$jobs" clang-tidy --quiet -p build/dev 2>/dev/null | grep -E ' (error|warning): ' | sort -u
   return 0
 }
-clang-tidy-quiet() { clang-tidy --quiet -p build/dev "$@"; }
-export -f clang-tidy-quiet
 
 # A file that may be larger than one idea takes gets a limit of its own here, with its reason; there is none so far.
 sizes() {
@@ -62,7 +60,8 @@ headersAlone() {
   flags=$(pkg-config --cflags pangocairo)
   # shellcheck disable=SC2086 # the flags are separate words
   printf '%s\0' "${headers[@]}" | xargs -0 -P "$jobs" -I HEADER \
-    g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags -include HEADER /dev/null
+    g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags \
+    -DVELMORA_BIN='""' -DVELMORA_TEST_DATA='""' -DTMUX_RECORDER='""' -include HEADER /dev/null
 }
 
 # A folder's includes point one way.

@@ -96,6 +96,7 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
   const std::string tail = " -t " + target(pane);
   const std::string drop = "delete-buffer -b " + bufferName;
   std::string then = "copy-mode -q" + tail + " ; ";
+  std::string condition = takesInput(pane);
   PaneCommand command{{"load-buffer", "-b", bufferName, "-", ";"}, "x"};
   if (pane.synchronized) {
     // Keys would reach the window's other panes; pasted bytes do not.
@@ -106,8 +107,9 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
     then += std::string("paste-buffer -d -r") + (cleans ? " -S" : "") + " -b " + bufferName + tail;
   } else {
     then += drop + " ; send-keys -N " + std::to_string(repeatCount) + tail + " " + row.tmuxName;
+    condition = "#{?pane_synchronized,0," + condition + "}";  // not if that was switched on meanwhile
   }
-  addGuarded(command.arguments, pane, takesInput(pane), then,
+  addGuarded(command.arguments, pane, condition, then,
              drop + " ; display-message -p " + std::string(guardRefused));
   return command;
 }

@@ -59,7 +59,8 @@ TEST(TmuxDelivery, PressesKeysByNameBehindTheStandardInput) {
   const PaneCommand command = pressKey(samplePane(3, 2), TerminalKey::pageDown, 50, "b");
   EXPECT_EQ(command.standardInput, "x");
   EXPECT_EQ(command.arguments,
-            (std::vector<std::string>{"load-buffer", "-b", "b", "-", ";", "if-shell", "-F", "-t", "%3", guard,
+            (std::vector<std::string>{"load-buffer", "-b", "b", "-", ";", "if-shell", "-F", "-t", "%3",
+                                      "#{?pane_synchronized,0," + guard + "}",
                                       "copy-mode -q -t %3 ; delete-buffer -b b ; send-keys -N 50 -t %3 NPage",
                                       "delete-buffer -b b ; display-message -p STALE"}));
 }

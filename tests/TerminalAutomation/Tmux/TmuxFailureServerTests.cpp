@@ -104,6 +104,11 @@ TEST_F(TmuxFailures, AHungServerEndsEveryOperationAtItsDeadlineAndGetsNothingLat
   const auto tab = onlyTab();
   auto& executor = impatientExecutor();
   const pid_t server = serverProcess().value();
+  // With the first errors that cross threads the thread sanitizer opens two pipes to its symbolizer, for
+  // good.
+  for (int count = 0; count < 30; ++count) {
+    structuredError([&] { executor.focus("/dev/nowhere", 1).get(); });
+  }
   const std::size_t descriptors = descriptorCount();
   ::kill(server, SIGSTOP);
   const auto start = std::chrono::steady_clock::now();
