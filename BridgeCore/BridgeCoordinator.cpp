@@ -66,7 +66,7 @@ struct BridgeCoordinator::Answer {
 BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                                      BridgeOperationState& operationState, RequestRecorder& recorder,
                                      PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
-                                     Clock now)
+                                     const Clock& now)
     : registry_(registry),
       operationState_(operationState),
       statusService_(automation, operationState, registry, now, statusDeadline),

@@ -35,7 +35,7 @@ class BridgeCoordinator {
  public:
   BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                     BridgeOperationState& operationState, RequestRecorder& recorder,
-                    PrivacySettingsStore& settingsStore, HistoryStore& historyStore, Clock now);
+                    PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now);
 
   // The nine tools. `requestId` is the caller's; `client` is who calls.
   ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);

@@ -38,7 +38,7 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
 
 }  // namespace
 
-BridgeHost::BridgeHost(BridgeHostOptions options)
+BridgeHost::BridgeHost(const BridgeHostOptions& options)
     : socketURL_(UnixSocketEndpoint::defaultURL(options.environment)),
       terminal_(terminalOf(options, socketURL_.parent_path().parent_path())),
       registry_(options.uuid(), options.uuid),

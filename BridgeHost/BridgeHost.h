@@ -39,7 +39,7 @@ struct LocalStateProblems {
 class BridgeHost {
  public:
   /// Throws std::runtime_error when the environment names no place for the settings.
-  explicit BridgeHost(BridgeHostOptions options);
+  explicit BridgeHost(const BridgeHostOptions& options);
   ~BridgeHost();
 
   /// Loads the settings and, when the person keeps one, the history. What cannot be read keeps its default

@@ -83,6 +83,7 @@ std::future<Result> failedFuture(std::exception_ptr error) {
   return promise.get_future();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): what overrides it keeps the text for later
 inline std::future<void> TerminalAutomating::send(TerminalKey, std::int64_t, std::string, std::int64_t,
                                                   bool) {
   return failedFuture<void>(std::make_exception_ptr(

@@ -10,7 +10,7 @@ failed=0
 
 mapfile -t sources < <(git ls-files '*.h' '*.cpp')
 mapfile -t headers < <(git ls-files '*.h')
-mapfile -t product < <(git ls-files '*.cpp' | grep -vE '^(tests|benchmarks|fuzzers)/' | grep -v 'Mac\.cpp$')
+mapfile -t product < <(git ls-files '*.cpp' | grep -vE '^(tests|benchmarks|fuzzers|cmake)/' | grep -v 'Mac\.cpp$')
 
 # check NAME COMMAND...: fails when the command fails or prints anything.
 check() {

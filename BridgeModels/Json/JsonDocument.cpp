@@ -31,6 +31,7 @@ double exactDouble(const std::string& text) {
 }
 
 // What basic_parser calls; the names are its own. Every event goes on to the stack that builds the value.
+// NOLINTBEGIN(readability-identifier-naming)
 class DocumentBuilder {
  public:
   static constexpr std::size_t max_object_size = boost::json::object::max_size();
@@ -86,6 +87,7 @@ class DocumentBuilder {
   boost::json::value_stack stack_;
   std::string number_;  // the parts of the number that is being read
 };
+// NOLINTEND(readability-identifier-naming)
 
 }  // namespace
 

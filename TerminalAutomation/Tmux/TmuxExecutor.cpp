@@ -22,7 +22,7 @@ TmuxExecutorOptions completed(TmuxExecutorOptions options) {
 
 }  // namespace
 
-TmuxExecutor::TmuxExecutor(TmuxExecutorOptions options)
+TmuxExecutor::TmuxExecutor(const TmuxExecutorOptions& options)
     : TmuxExecutor(options, TmuxParts::ofSystem(options)) {}
 
 TmuxExecutor::TmuxExecutor(TmuxExecutorOptions options, TmuxParts parts)

@@ -21,7 +21,7 @@ class TmuxExecutor final : public TerminalAutomating {
  public:
   using TerminalAutomating::send;
 
-  explicit TmuxExecutor(TmuxExecutorOptions options);
+  explicit TmuxExecutor(const TmuxExecutorOptions& options);
   TmuxExecutor(TmuxExecutorOptions options, TmuxParts parts);
   ~TmuxExecutor() override;
 

@@ -54,7 +54,7 @@ std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment) 
 }
 
 TmuxProcessTransport::TmuxProcessTransport(Environment environment,
-                                           std::optional<std::filesystem::path> socket,
+                                           const std::optional<std::filesystem::path>& socket,
                                            std::optional<std::filesystem::path> program)
     : environment_(std::move(environment)),
       childEnvironment_(cleanedTmuxEnvironment(environment_)),

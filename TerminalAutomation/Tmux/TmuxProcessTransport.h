@@ -22,7 +22,7 @@ std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment);
 /// Thread-safe.
 class TmuxProcessTransport final : public TmuxTransport {
  public:
-  TmuxProcessTransport(Environment environment, std::optional<std::filesystem::path> socket,
+  TmuxProcessTransport(Environment environment, const std::optional<std::filesystem::path>& socket,
                        std::optional<std::filesystem::path> program);
 
   TmuxAnswer run(const TmuxInvocation& invocation) override;
