@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
         BusyCase{"BashWaitsForTheRestOfALine", bash, {"echo '"}, false, "\n>"},
         BusyCase{"PythonInBash", bash, {"/usr/bin/python3 -q"}, true},
         BusyCase{"CatInBash", bash, {"cat"}, true}, BusyCase{"LessInBash", bash, {"less /etc/passwd"}, true},
-        BusyCase{"VimInBash", bash, {"vim -u NONE"}, true},
+        BusyCase{"ViInBash", bash, {"vi -u NONE"}, true},
         // What ssh and sudo look like from outside: a program in the foreground that hands the keys on.
         BusyCase{"ARemoteShellInBash", bash, {"script -qc bash /dev/null"}, true},
         BusyCase{"ASleepInPlaceOfAShell", {"exec sleep 1000"}, {}, true},
