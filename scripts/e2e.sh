@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh
 scripts/build.sh release VelmoraHeadless VelmoraHelper
-npm ci --prefix tests/e2e --ignore-scripts --no-audit --no-fund --silent >&2
+npm ci --prefix tests/e2e --ignore-scripts --no-audit --no-fund --loglevel=error >&2
 
 bin=$PWD/build/release/bin
 folder=$(mktemp -d /tmp/velmora-e2e-XXXXXX)
