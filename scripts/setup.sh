@@ -8,7 +8,7 @@ debian_packages=(
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
   libpango1.0-dev libcairo2-dev zlib1g-dev fontconfig fonts-dejavu-core
   libgtest-dev libgmock-dev libbenchmark-dev
-  tmux procps python3 bash dash zsh fish less vim-tiny
+  tmux procps python3 bash dash zsh fish less vim-tiny openssh-client sudo
   clang-format clang-tidy shellcheck
 )
 homebrew_packages=(

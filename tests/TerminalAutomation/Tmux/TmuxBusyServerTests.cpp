@@ -61,6 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         BusyCase{"BashRunsAFunction", bash, {"f() { sleep 1000; }; f"}, true},
         BusyCase{"BashLoops", bash, {"while true; do :; done"}, true},
         BusyCase{"ZshLoops", zsh, {"while true; do :; done"}, true},
+        BusyCase{"FishLoops", fish, {"while true; end"}, true},
         BusyCase{"DashLoops", dash, {"while true; do :; done"}, true},
         BusyCase{"BashReads", bash, {"read answer"}, true}, BusyCase{"ZshReads", zsh, {"read answer"}, true},
         BusyCase{"BashWithoutJobControlRunsSleep", bash, {"set +m; sleep 1000"}, true},
@@ -72,7 +73,10 @@ INSTANTIATE_TEST_SUITE_P(
         BusyCase{"PythonInBash", bash, {"/usr/bin/python3 -q"}, true},
         BusyCase{"CatInBash", bash, {"cat"}, true}, BusyCase{"LessInBash", bash, {"less /etc/passwd"}, true},
         BusyCase{"ViInBash", bash, {"vi -u NONE"}, true},
-        // What ssh and sudo look like from outside: a program in the foreground that hands the keys on.
+        // ssh waits here for a connection that goes nowhere; sudo and su show a shell or ask for a password.
+        BusyCase{"SshInBash", bash, {"ssh -F none -o ProxyCommand='sleep 1000' nowhere"}, true},
+        BusyCase{"SudoInBash", bash, {"sudo -s"}, true}, BusyCase{"SuInBash", bash, {"su"}, true},
+        // What a remote shell looks like from outside: a program in the foreground that hands the keys on.
         BusyCase{"ARemoteShellInBash", bash, {"script -qc bash /dev/null"}, true},
         BusyCase{"ASleepInPlaceOfAShell", {"exec sleep 1000"}, {}, true},
         BusyCase{"BashThatBecameAnotherProgram", bash, {"exec sleep 1000"}, true},
