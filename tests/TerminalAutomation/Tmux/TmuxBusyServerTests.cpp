@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         BusyCase{"BashWaitsForTheRestOfALine", bash, {"echo '"}, false, "\n>"},
         BusyCase{"PythonInBash", bash, {"/usr/bin/python3 -q"}, true},
         BusyCase{"CatInBash", bash, {"cat"}, true}, BusyCase{"LessInBash", bash, {"less /etc/passwd"}, true},
-        BusyCase{"ViInBash", bash, {"vi -u NONE"}, true},
+        BusyCase{"ViInBash", bash, {"vi -n -u NONE"}, true},
         // ssh waits here for a connection that goes nowhere; sudo and su show a shell or ask for a password.
         BusyCase{"SshInBash", bash, {"ssh -F none -o ProxyCommand='sleep 1000' nowhere"}, true},
         BusyCase{"SudoInBash", bash, {"sudo -s"}, true}, BusyCase{"SuInBash", bash, {"su"}, true},
