@@ -23,6 +23,7 @@ class PlatformError : public std::runtime_error {
 
 /// The numbers that have a meaning of their own; they are Apple event errors (MacErrors.h).
 namespace platformErrorCode {
+inline constexpr std::int64_t userCancelled = -128;     // userCanceledErr
 inline constexpr std::int64_t notPermitted = -1743;     // errAEEventNotPermitted
 inline constexpr std::int64_t notRunning = -600;        // procNotFound
 inline constexpr std::int64_t noSuchObject = -1728;     // errAENoSuchObject

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "TerminalAutomation/FindProgram.h"
+
 namespace velmora {
 
 SystemDesktopTerminal::SystemDesktopTerminal(Environment environment)

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "BridgeModels/Text.h"
+#include "TerminalAutomation/FindProgram.h"
 #include "TerminalAutomation/Tmux/BusyDetector.h"
 #include "TerminalAutomation/Tmux/PaneText.h"
 #include "TerminalAutomation/Tmux/PictureFile.h"

@@ -9,16 +9,12 @@
 #include <string_view>
 #include <utility>
 
+#include "TerminalAutomation/FindProgram.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
 
 namespace {
-
-bool isProgram(const std::filesystem::path& path) {
-  struct stat status {};
-  return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
-}
 
 bool mayInherit(std::string_view name) {
   static constexpr std::array<std::string_view, 13> names{
@@ -30,20 +26,6 @@ bool mayInherit(std::string_view name) {
 }
 
 }  // namespace
-
-std::optional<std::filesystem::path> findProgram(const std::string& name, const Environment& environment) {
-  std::string folders;
-  if (const auto path = environment.find("PATH"); path != environment.end()) folders = path->second + ":";
-  folders += "/usr/local/bin:/opt/homebrew/bin:/usr/bin:/bin";
-  for (std::size_t start = 0; start <= folders.size();) {
-    const std::size_t end = std::min(folders.find(':', start), folders.size());
-    const std::filesystem::path folder = folders.substr(start, end - start);
-    // An empty or relative entry means the current folder, which is nobody's choice here.
-    if (folder.is_absolute() && isProgram(folder / name)) return folder / name;
-    start = end + 1;
-  }
-  return std::nullopt;
-}
 
 std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment) {
   std::vector<std::string> result;

@@ -7,14 +7,10 @@
 #include <vector>
 
 #include "BridgeModels/Environment.h"
-#include "TerminalAutomation/Tmux/ChildProcess.h"
+#include "TerminalAutomation/ChildProcess.h"
 #include "TerminalAutomation/Tmux/TmuxTransport.h"
 
 namespace velmora {
-
-/// The program in a folder of $PATH, or in the folders where package managers put it (a program started by
-/// a desktop has a short $PATH). Nothing when it is in none.
-std::optional<std::filesystem::path> findProgram(const std::string& name, const Environment& environment);
 
 /// What a tmux server may inherit: it hands its first client's environment to every later shell.
 std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment);

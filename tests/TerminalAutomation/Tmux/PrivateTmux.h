@@ -11,6 +11,7 @@
 #include <functional>
 #include <future>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/Files.h"
+#include "tests/support/ProcessSessions.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Thrown.h"
 
@@ -36,6 +38,8 @@ class PrivateTmux : public ::testing::Test {
                     {"XDG_CONFIG_HOME", (home() / "config").string()},
                     {"TMUX_TMPDIR", directory_.path().string()}};
     std::filesystem::create_directories(home() / "config");
+    // Or the first fish would make them from every manual page of the machine, in the background.
+    std::filesystem::create_directories(home() / ".local/share/fish/generated_completions");
     writeFile(home() / ".bashrc", "PS1='$ '\n");
     writeFile(home() / ".profile", "");
     writeFile(home() / ".bash_profile", "PS1='$ '\n");
@@ -103,8 +107,17 @@ class PrivateTmux : public ::testing::Test {
     server_.reset();
     const auto process = serverProcess();
     if (!process) return;
+    const auto shells = ask({"list-panes", "-a", "-F", "#{pane_pid}"}).output;
     ask({"kill-server"});
     if (!eventually([&] { return !isAlive(*process); }, std::chrono::seconds(5))) ::kill(*process, SIGKILL);
+    std::istringstream lines(shells);
+    for (pid_t shell = 0; lines >> shell;) endSession(shell);
+  }
+
+  // A program that is just starting may not hear that its terminal has gone (sudo does not).
+  static void endSession(pid_t shell) {
+    if (eventually([&] { return processesOfSession(shell).empty(); }, std::chrono::seconds(1))) return;
+    for (const auto process : processesOfSession(shell)) ::kill(process, SIGKILL);
   }
 
   std::vector<TerminalTabSnapshot> tabs() { return executor().listSessions().get(); }

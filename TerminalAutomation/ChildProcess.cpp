@@ -1,4 +1,4 @@
-#include "TerminalAutomation/Tmux/ChildProcess.h"
+#include "TerminalAutomation/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <utility>
 
-#include "TerminalAutomation/Tmux/ChildPlatform.h"
+#include "TerminalAutomation/ChildPlatform.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "TerminalAutomation/Tmux/ChildPlatform.h"
+#include "TerminalAutomation/ChildPlatform.h"
 
 namespace velmora {
 

@@ -1,0 +1,16 @@
+// Where a program's file is.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "BridgeModels/Environment.h"
+
+namespace velmora {
+
+/// The program in a folder of $PATH, or in the folders where package managers put it (a program started by
+/// a desktop or an MCP client has a short $PATH). Nothing when it is in none. Any thread.
+std::optional<std::filesystem::path> findProgram(const std::string& name, const Environment& environment);
+
+}  // namespace velmora
