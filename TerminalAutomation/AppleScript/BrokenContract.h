@@ -1,0 +1,12 @@
+// The end of a process that was put together wrongly.
+#pragma once
+
+#include <string_view>
+
+namespace velmora {
+
+/// Writes `reason` to stderr and stops the process. For promises between parts of this program (the script's
+/// replies, the sizes of ids), never for what a user or the system may do.
+[[noreturn]] void brokenContract(std::string_view reason) noexcept;
+
+}  // namespace velmora

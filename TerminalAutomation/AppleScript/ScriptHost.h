@@ -1,0 +1,48 @@
+// The one seam to AppleScript: a script that is compiled once and whose handlers can be called.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace velmora {
+
+/// One argument of a handler: an AppleScript text, integer or boolean.
+using ScriptArgument = std::variant<std::string, std::int32_t, bool>;
+
+/// A value that a handler returned, as an Apple event descriptor reads it. Each reading is the system's own
+/// conversion, so text that spells a number has an integer too; what cannot be converted reads as nothing. A
+/// missing value is a ScriptDescriptor without content.
+struct ScriptDescriptor {
+  std::string text{};
+  std::int32_t integer = 0;
+  bool boolean = false;
+  std::vector<ScriptDescriptor> items{};  ///< Of a list, in order.
+};
+
+/// A handler that ended with an error. The error's text stays behind: it is in the system's language.
+struct ScriptFailure {
+  std::optional<std::int64_t> number{};  ///< Absent when the system gave none.
+};
+
+using ScriptReply = std::variant<ScriptDescriptor, ScriptFailure>;
+
+/// Not thread-safe: one call at a time, from whichever thread.
+class ScriptHost {
+ public:
+  virtual ~ScriptHost() = default;
+
+  /// Takes `source` (UTF-8) as the script. False when it does not compile.
+  virtual bool compile(const std::string& source) = 0;
+
+  /// Calls a handler of the compiled script with positional arguments and waits for its end.
+  virtual ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments) = 0;
+};
+
+/// The system's AppleScript. Only on macOS.
+std::unique_ptr<ScriptHost> systemScriptHost();
+
+}  // namespace velmora

@@ -1,0 +1,27 @@
+#import <Foundation/Foundation.h>
+
+#include "TerminalAutomation/AppleScript/ScriptSource.h"
+
+/// Marks the bundle that this module was linked into.
+@interface BundleFinder : NSObject
+@end
+
+@implementation BundleFinder
+@end
+
+namespace velmora {
+
+const std::string& bundledScriptSource() {
+  static const std::string source = [] {
+    @autoreleasepool {
+      NSBundle* const application = [NSBundle mainBundle];
+      NSBundle* const module = [NSBundle bundleForClass:[BundleFinder class]];
+      return scriptSourceIn({[[application resourcePath] fileSystemRepresentation],
+                             [[module resourcePath] fileSystemRepresentation],
+                             [[application bundlePath] fileSystemRepresentation]});
+    }
+  }();
+  return source;
+}
+
+}  // namespace velmora

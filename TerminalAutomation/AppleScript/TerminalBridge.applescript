@@ -1,0 +1,441 @@
+-- Every Apple event that Velmora sends stands in this file. The application compiles it when it starts and calls the
+-- handlers of the first half by name, with positional arguments; ScriptHandlers.h has their table.
+--
+-- Windows and tabs. Since macOS 10.13 each native tab is a scripting window of its own that holds one tab; before,
+-- a window held several. Both are served: a tab is always "tab j of window id w". A window can also hold no tab at
+-- all and stay invisible for the life of Terminal; asking it for its tabs is an error, so each window is asked by
+-- itself. Windows are addressed by id only, since a click changes their order.
+--
+-- Errors. A "try" hands the errors of passOn to its caller unchanged; the application tells people by their number
+-- what to do. Numbers of our own: 1010 the tab is busy, 1011 its shell has ended, 1012 it is not in front, 1013 it is
+-- not on the screen, 1014 its window did not close. A tab that is gone is -1728, Terminal not running -600.
+--
+-- Names. Inside "tell" Terminal's own words win (tab, window, tty, busy, title, ...), so no name here is one of them,
+-- and own handlers are called with "my". Results are positional lists: a record's labels would be such words too.
+--
+-- scripts/checkAppleScript.py checks all this as far as it can be seen without a Mac.
+
+-- Terminal's state: {whether it runs, the number of its windows that hold a tab}. Does not launch Terminal.
+on bridgeStatus()
+	if not my terminalRuns() then return {false, 0}
+	set windowNumbers to my idsOfWindows()
+	set openCount to 0
+	repeat with place from 1 to count of windowNumbers
+		if my tabCount(item place of windowNumbers) > 0 then set openCount to openCount + 1
+	end repeat
+	return {true, openCount}
+end bridgeStatus
+
+-- Whether Velmora may press keys: {answer}. The first call makes the system ask for consent.
+on systemEventsStatus()
+	with timeout of 60 seconds
+		tell application id "com.apple.systemevents" to set keysAllowed to UI elements enabled
+	end timeout
+	return {keysAllowed}
+end systemEventsStatus
+
+-- Every tab, the windows from front to back: rows {tty, window id, window index, tab index, title, busy, selected}.
+-- With no tab at all one row without items, because the application takes an empty list for a broken script.
+on listSessions()
+	my requireTerminal()
+	set windowNumbers to my idsOfWindows()
+	set tabRows to {}
+	set windowPlace to 0
+	repeat with place from 1 to count of windowNumbers
+		set windowNumber to item place of windowNumbers
+		set tabTotal to my tabCount(windowNumber)
+		if tabTotal > 0 then set windowPlace to windowPlace + 1
+		repeat with tabNumber from 1 to tabTotal
+			set ttyName to my ttyOf(windowNumber, tabNumber)
+			if ttyName is not "" then
+				set end of tabRows to my rowOf(ttyName, windowNumber, windowPlace, tabNumber)
+			end if
+		end repeat
+	end repeat
+	set tabRows to my withoutEndedTwins(tabRows)
+	if (count of tabRows) is 0 then return {{}}
+	return tabRows
+end listSessions
+
+-- Opens one window, starting Terminal if need be, and returns the row of its tab.
+on createWindow()
+	if not my terminalRuns() then
+		set firstRow to my rowAfterLaunch()
+		if firstRow is not missing value then return firstRow
+	end if
+	set oldNumbers to my idsOfWindows()
+	with timeout of 10 seconds
+		tell application id "com.apple.Terminal" to set newTab to do script ""
+	end timeout
+	return my rowOfNewTab(newTab, oldNumbers)
+end createWindow
+
+-- Types a command and Return into a tab. A busy one is refused unless allowed.
+on sendCommand(commandText, ttyName, windowNumber, busyAllowed)
+	set tabNumber to my tabForInput(ttyName, windowNumber, busyAllowed)
+	with timeout of 10 seconds
+		tell application id "com.apple.Terminal" to do script commandText in tab tabNumber of window id windowNumber
+	end timeout
+	return true
+end sendCommand
+
+-- Brings a tab to the front and presses a key there. Before each press the tab must still be in front; the system
+-- gives the key to whatever is, so a click in the very moment between can still take one.
+on sendKey(keyNumber, pressCount, ttyName, windowNumber, busyAllowed)
+	set tabNumber to my tabForInput(ttyName, windowNumber, busyAllowed)
+	my bringToFront(windowNumber, tabNumber)
+	my waitUntilInFront(windowNumber, tabNumber)
+	repeat with pressNumber from 1 to pressCount
+		if pressNumber > 1 then delay 0.03
+		if not my isInFront(windowNumber, tabNumber) then
+			error "Another window came to the front after " & (pressNumber - 1) & " presses." number 1012
+		end if
+		with timeout of 10 seconds
+			tell application id "com.apple.systemevents" to key code keyNumber
+		end timeout
+	end repeat
+	return true
+end sendKey
+
+-- The text of a tab, "history" with its scroll-back, else what is on its screen, without the empty lines at the end:
+-- {at most maxCharacters of its end, the number of characters before cutting}.
+on readOutput(sourceName, maxCharacters, ttyName, windowNumber)
+	set tabNumber to my tabOf(ttyName, windowNumber)
+	with timeout of 20 seconds
+		if sourceName is "history" then
+			tell application id "com.apple.Terminal" to set shownText to history of tab tabNumber of window id windowNumber
+		else
+			tell application id "com.apple.Terminal" to set shownText to contents of tab tabNumber of window id windowNumber
+		end if
+	end timeout
+	set shownText to my withoutEmptyEnd(my textOrEmpty(shownText))
+	set characterTotal to length of shownText
+	if characterTotal > maxCharacters then set shownText to text (-maxCharacters) thru -1 of shownText
+	return {shownText, characterTotal}
+end readOutput
+
+-- Where a tab's window is: {left, top, right, bottom} in points from the main display's upper left corner. A tab that
+-- is not on the screen has no picture and is refused; nothing is moved.
+on captureBounds(ttyName, windowNumber)
+	set tabNumber to my tabOf(ttyName, windowNumber)
+	with timeout of 5 seconds
+		tell application id "com.apple.Terminal" to set isInDock to miniaturized of window id windowNumber
+		tell application id "com.apple.Terminal" to set edgeList to bounds of window id windowNumber
+	end timeout
+	if isInDock or not my isSelected(windowNumber, tabNumber) then error "The tab is not on the screen." number 1013
+	set {leftEdge, topEdge, rightEdge, bottomEdge} to edgeList
+	return {leftEdge as integer, topEdge as integer, rightEdge as integer, bottomEdge as integer}
+end captureBounds
+
+-- Brings a tab to the front, out of the Dock if it is there.
+on focusSession(ttyName, windowNumber)
+	my bringToFront(windowNumber, my tabOf(ttyName, windowNumber))
+	return true
+end focusSession
+
+-- Closes a window. Terminal may ask the person first when something runs in it; then the window is still there.
+on closeWindow(windowNumber)
+	my requireTerminal()
+	with timeout of 10 seconds
+		tell application id "com.apple.Terminal" to close window id windowNumber saving no
+	end timeout
+	delay 0.3
+	if (my idsOfWindows()) contains windowNumber then error "The window did not close." number 1014
+	return true
+end closeWindow
+
+-- Below, what the handlers above share.
+
+-- Whether Terminal runs. The system answers; no event is sent and nothing is launched.
+on terminalRuns()
+	return application id "com.apple.Terminal" is running
+end terminalRuns
+
+-- Refuses to go on without Terminal; any event would launch it.
+on requireTerminal()
+	if not my terminalRuns() then error "Terminal is not running." number -600
+end requireTerminal
+
+-- Raises again what no "try" may keep: refused consent (-1743, -1744), Terminal gone (-600, -609), time out (-1712) and
+-- cancelled by the person (-128).
+on passOn(errorText, errorNumber)
+	if {-1743, -1744, -600, -609, -1712, -128} contains {errorNumber} then error errorText number errorNumber
+end passOn
+
+-- The value as text; nothing for what Terminal does not know yet.
+on textOrEmpty(someValue)
+	if someValue is missing value then return ""
+	return someValue as text
+end textOrEmpty
+
+-- The ids of all windows, the front one first, read at once: going through the windows themselves fails on macOS 15.
+on idsOfWindows()
+	with timeout of 5 seconds
+		tell application id "com.apple.Terminal" to set windowNumbers to id of every window
+	end timeout
+	return windowNumbers
+end idsOfWindows
+
+-- The number of tabs of a window; 0 for one that holds none or has just closed.
+on tabCount(windowNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set tabTotal to count of tabs of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return 0
+	end try
+	return tabTotal
+end tabCount
+
+-- A tab's device path, such as /dev/ttys003; empty while it has none.
+on ttyOf(windowNumber, tabNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set ttyName to tty of tab tabNumber of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return ""
+	end try
+	return my textOrEmpty(ttyName)
+end ttyOf
+
+-- What the title bar says; for a tab behind others of its window, its own title.
+on titleOf(windowNumber, tabNumber, inFront)
+	try
+		with timeout of 5 seconds
+			if inFront then
+				tell application id "com.apple.Terminal" to set titleText to name of window id windowNumber
+			else
+				tell application id "com.apple.Terminal" to set titleText to custom title of tab tabNumber of window id windowNumber
+			end if
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return ""
+	end try
+	return my textOrEmpty(titleText)
+end titleOf
+
+-- Whether a tab is the selected one of its window.
+on isSelected(windowNumber, tabNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set selectedNow to selected of tab tabNumber of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return false
+	end try
+	return selectedNow is true
+end isSelected
+
+-- The names of the programs in a tab, such as {"login", "-zsh", "node"}; missing value when Terminal does not say.
+on programsOf(windowNumber, tabNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set programNames to processes of tab tabNumber of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return missing value
+	end try
+	return programNames
+end programsOf
+
+-- Whether something other than a waiting shell has a tab. Terminal does not count shells, so a script that waits for an
+-- answer looks idle to it; a shell in a shell therefore counts here. What cannot be found out is busy.
+on isBusy(windowNumber, tabNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set busyNow to busy of tab tabNumber of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return true
+	end try
+	if busyNow is not false then return true
+	return my shellRunsInShell(my programsOf(windowNumber, tabNumber))
+end isBusy
+
+-- Whether a shell follows another in a list of programs. One with a hyphen is a login shell's own helper.
+on shellRunsInShell(programNames)
+	if programNames is missing value then return false
+	set shellNames to {"sh", "bash", "zsh", "ksh", "csh", "tcsh", "dash", "fish"}
+	set shellSeen to false
+	repeat with place from 1 to count of programNames
+		set programName to (item place of programNames) as text
+		if shellNames contains programName then
+			if shellSeen then return true
+			set shellSeen to true
+		else if programName starts with "-" then
+			set shellSeen to true
+		end if
+	end repeat
+	return false
+end shellRunsInShell
+
+-- One row of listSessions.
+on rowOf(ttyName, windowNumber, windowPlace, tabNumber)
+	set selectedNow to my isSelected(windowNumber, tabNumber)
+	set titleText to my titleOf(windowNumber, tabNumber, selectedNow)
+	return {ttyName, windowNumber, windowPlace, tabNumber, titleText, my isBusy(windowNumber, tabNumber), selectedNow}
+end rowOf
+
+-- The rows with one for each tty. A tab whose shell has ended keeps its tty while the system gives the same one to a
+-- new tab; the new one stays.
+on withoutEndedTwins(tabRows)
+	set keptRows to {}
+	repeat with rowNumber from 1 to count of tabRows
+		set oneRow to item rowNumber of tabRows
+		set outlived to false
+		repeat with otherNumber from 1 to count of tabRows
+			set otherRow to item otherNumber of tabRows
+			if otherNumber is not rowNumber and (item 1 of otherRow) is (item 1 of oneRow) then
+				if my outlives(otherRow, oneRow) then set outlived to true
+			end if
+		end repeat
+		if not outlived then set end of keptRows to oneRow
+	end repeat
+	return keptRows
+end withoutEndedTwins
+
+-- Whether the first of two rows with one tty is the tab that still has it: the one with programs, else the newer one.
+on outlives(firstRow, secondRow)
+	set firstLives to not my hasEnded(item 2 of firstRow, item 4 of firstRow)
+	set secondLives to not my hasEnded(item 2 of secondRow, item 4 of secondRow)
+	if firstLives is not secondLives then return firstLives
+	if (item 2 of firstRow) is not (item 2 of secondRow) then return (item 2 of firstRow) > (item 2 of secondRow)
+	return (item 4 of firstRow) > (item 4 of secondRow)
+end outlives
+
+-- Whether Terminal says that nothing runs in a tab any more.
+on hasEnded(windowNumber, tabNumber)
+	return (my programsOf(windowNumber, tabNumber)) is {}
+end hasEnded
+
+-- The index of the tab with this tty in this window, one that lives before one that has ended.
+on tabOf(ttyName, windowNumber)
+	my requireTerminal()
+	set endedNumber to 0
+	repeat with tabNumber from 1 to my tabCount(windowNumber)
+		if my ttyOf(windowNumber, tabNumber) is ttyName then
+			if not my hasEnded(windowNumber, tabNumber) then return tabNumber
+			set endedNumber to tabNumber
+		end if
+	end repeat
+	if endedNumber is 0 then error "The tab is gone." number -1728
+	return endedNumber
+end tabOf
+
+-- The same for input: refuses a tab whose shell has ended and, unless allowed, a busy one.
+on tabForInput(ttyName, windowNumber, busyAllowed)
+	set tabNumber to my tabOf(ttyName, windowNumber)
+	if my hasEnded(windowNumber, tabNumber) then error "The tab's shell has ended." number 1011
+	if not busyAllowed and my isBusy(windowNumber, tabNumber) then error "The tab is busy." number 1010
+	return tabNumber
+end tabForInput
+
+-- Makes a tab the front-most thing on the screen. Terminal itself comes last: earlier it would show its old front
+-- window and keep that order.
+on bringToFront(windowNumber, tabNumber)
+	with timeout of 5 seconds
+		tell application id "com.apple.Terminal"
+			set selected of tab tabNumber of window id windowNumber to true
+			if miniaturized of window id windowNumber then set miniaturized of window id windowNumber to false
+			set index of window id windowNumber to 1
+			set frontmost of window id windowNumber to true
+			activate
+		end tell
+	end timeout
+end bringToFront
+
+-- Whether keys would reach this tab: Terminal is the front application, this its front window, that its selected tab.
+on isInFront(windowNumber, tabNumber)
+	if not (frontmost of application id "com.apple.Terminal") then return false
+	with timeout of 5 seconds
+		tell application id "com.apple.Terminal" to set windowLeads to frontmost of window id windowNumber
+	end timeout
+	return windowLeads is true and my isSelected(windowNumber, tabNumber)
+end isInFront
+
+-- Gives the system two seconds to bring the tab to the front.
+on waitUntilInFront(windowNumber, tabNumber)
+	repeat 40 times
+		if my isInFront(windowNumber, tabNumber) then return true
+		delay 0.05
+	end repeat
+	error "The tab did not come to the front." number 1012
+end waitUntilInFront
+
+-- Starts Terminal and returns the row of the one window that it opens by itself, missing value when it opens none or
+-- brings back several. A second window next to that one would be one too many.
+on rowAfterLaunch()
+	with timeout of 20 seconds
+		tell application id "com.apple.Terminal" to launch
+	end timeout
+	repeat 30 times
+		delay 0.1
+		if my terminalRuns() then
+			set openRows to my listSessions()
+			if (count of openRows) > 1 then return missing value
+			if (count of item 1 of openRows) is 7 then return my settledRow(item 1 of openRows)
+		end if
+	end repeat
+	return missing value
+end rowAfterLaunch
+
+-- The row of a window that has just been opened, once its shell has had a moment to start.
+on settledRow(newRow)
+	repeat 20 times
+		if not my hasEnded(item 2 of newRow, item 4 of newRow) then exit repeat
+		delay 0.1
+	end repeat
+	return newRow
+end settledRow
+
+-- Finds the tab that "do script" has just made. Its reference tells the tty alone, and a new tab may have none at
+-- first; a window that was not there before is looked at before those that were (tabs in one window).
+on rowOfNewTab(newTab, oldNumbers)
+	repeat with attemptNumber from 1 to 50
+		set ttyName to my ttyOfReference(newTab)
+		if ttyName is not "" then
+			set foundRow to missing value
+			set openRows to my listSessions()
+			repeat with rowNumber from 1 to count of openRows
+				set openRow to item rowNumber of openRows
+				if (count of openRow) is 7 and (item 1 of openRow) is ttyName then
+					if oldNumbers does not contain (item 2 of openRow) or attemptNumber > 10 then set foundRow to openRow
+				end if
+			end repeat
+			if foundRow is not missing value then return my settledRow(foundRow)
+		end if
+		delay 0.1
+	end repeat
+	error "The new window has no tab." number -1728
+end rowOfNewTab
+
+-- The tty of a tab reference; empty while it has none.
+on ttyOfReference(newTab)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set ttyName to tty of newTab
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return ""
+	end try
+	return my textOrEmpty(ttyName)
+end ttyOfReference
+
+-- The text up to its last line that is not empty.
+on withoutEmptyEnd(fullText)
+	set lineTotal to count of paragraphs of fullText
+	repeat while lineTotal > 0 and (paragraph lineTotal of fullText) is ""
+		set lineTotal to lineTotal - 1
+	end repeat
+	if lineTotal is 0 then return ""
+	return text from paragraph 1 to paragraph lineTotal of fullText
+end withoutEmptyEnd

@@ -1,0 +1,237 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "TerminalAutomation/AppleScript/AppleScriptOperations.h"
+#include "tests/TerminalAutomation/AppleScript/ScriptedHost.h"
+#include "tests/support/FakeTime.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/Thrown.h"
+
+namespace velmora {
+namespace {
+
+using testing::scriptFlag;
+using testing::scriptList;
+using testing::scriptNumber;
+using testing::scriptRow;
+using testing::scriptText;
+using Calls = std::vector<testing::ScriptedHost::Call>;
+using namespace std::string_literals;
+
+class AppleScriptOperationsTest : public ::testing::Test {
+ protected:
+  void reply(const std::string& handler, ScriptReply reply) { script_.replies[handler] = std::move(reply); }
+
+  /// The error that `work` ends with, as "domain code description".
+  template <class Work>
+  static std::string errorOf(Work work) {
+    try {
+      work();
+    } catch (const PlatformError& error) {
+      return error.domain() + " " + std::to_string(error.code()) + " " + error.what();
+    }
+    return "none";
+  }
+
+  TemporaryDirectory directory_;
+  testing::ScriptedHost::State script_;
+  testing::ScriptedPrograms::State programs_;
+  bool running_ = true;
+  std::vector<std::string> asked_;
+  AppleScriptParts parts_{.script = std::make_unique<testing::ScriptedHost>(script_),
+                          .isRunning =
+                              [this](const std::string& bundleIdentifier) {
+                                asked_.push_back(bundleIdentifier);
+                                return running_;
+                              },
+                          .programs = std::make_unique<testing::ScriptedPrograms>(programs_),
+                          .temporaryDirectory = directory_.path(),
+                          .uuid = testing::countingUuids()};
+  AppleScriptOperations operations_{parts_};
+};
+
+TEST_F(AppleScriptOperationsTest, GivesTheSourceToTheHost) {
+  operations_.compile("on run\nend run");
+  EXPECT_EQ(script_.source, "on run\nend run");
+}
+
+TEST_F(AppleScriptOperationsTest, ASourceThatDoesNotCompileIsAGeneralScriptError) {
+  script_.compiles = false;
+  EXPECT_EQ(errorOf([&] { operations_.compile("on"); }),
+            "Velmora.AppleScript -2700 Bundled Terminal AppleScript failed to compile.");
+}
+
+TEST_F(AppleScriptOperationsTest, StatusOfATerminalThatDoesNotRunTouchesNoScript) {
+  running_ = false;
+  EXPECT_EQ(operations_.status(),
+            (TerminalRuntimeStatus{
+                .running = false, .windowCount = 0, .permission = AutomationPermission::unknown}));
+  EXPECT_EQ(script_.calls, Calls{});
+  EXPECT_EQ(asked_, (std::vector{"com.apple.Terminal"s}));
+}
+
+TEST_F(AppleScriptOperationsTest, StatusThatAnswersProvesThePermission) {
+  reply("bridgeStatus", scriptList({scriptFlag(true), scriptNumber(4)}));
+  EXPECT_EQ(operations_.status(),
+            (TerminalRuntimeStatus{
+                .running = true, .windowCount = 4, .permission = AutomationPermission::granted}));
+  reply("bridgeStatus", scriptList({scriptFlag(false), scriptNumber(0)}));
+  EXPECT_FALSE(operations_.status().running);
+  EXPECT_EQ(script_.calls, (Calls{{"bridgeStatus", {}}, {"bridgeStatus", {}}}));
+}
+
+TEST_F(AppleScriptOperationsTest, AStatusWithoutItsFirstItemCountsAsRunning) {
+  EXPECT_EQ(operations_.status(),
+            (TerminalRuntimeStatus{
+                .running = true, .windowCount = 0, .permission = AutomationPermission::granted}));
+  reply("bridgeStatus", scriptList({{}}));
+  EXPECT_FALSE(operations_.status().running) << "an item that is there is read as it is";
+}
+
+TEST_F(AppleScriptOperationsTest, AFailedStatusKeepsItsNumber) {
+  reply("bridgeStatus", ScriptFailure{-1743});
+  EXPECT_EQ(errorOf([&] { operations_.status(); }),
+            "Velmora.AppleScript -1743 Terminal AppleScript operation failed.");
+}
+
+TEST_F(AppleScriptOperationsTest, AFailureWithoutANumberIsAGeneralScriptError) {
+  reply("focusSession", ScriptFailure{});
+  EXPECT_EQ(errorOf([&] { operations_.focus("/dev/ttys001", 41); }),
+            "Velmora.AppleScript -2700 Terminal AppleScript operation failed.");
+}
+
+TEST_F(AppleScriptOperationsTest, EveryOperationPassesTheScriptsNumberOn) {
+  for (const auto* handler :
+       {"bridgeStatus", "systemEventsStatus", "listSessions", "createWindow", "sendCommand", "sendKey",
+        "readOutput", "captureBounds", "focusSession", "closeWindow"}) {
+    reply(handler, ScriptFailure{-600});
+  }
+  const std::vector<std::function<void()>> works{
+      [&] { operations_.status(); },
+      [&] { operations_.requestTerminalAccess(); },
+      [&] { operations_.requestSystemEventsAccess(); },
+      [&] { operations_.listSessions(); },
+      [&] { operations_.createWindow(); },
+      [&] { operations_.sendCommand("ls", "t", 1, false); },
+      [&] { operations_.sendKey(TerminalKey::tab, 1, "t", 1, false); },
+      [&] { operations_.readOutput(OutputSource::visible, 1, "t", 1); },
+      [&] { operations_.captureScreen("t", 1); },
+      [&] { operations_.focus("t", 1); },
+      [&] { operations_.closeWindow(1); }};
+  for (const auto& work : works) {
+    EXPECT_EQ(errorOf(work), "Velmora.AppleScript -600 Terminal AppleScript operation failed.");
+  }
+}
+
+TEST_F(AppleScriptOperationsTest, AListingDropsShortRowsAndKeepsTheOrder) {
+  reply("listSessions",
+        scriptList(
+            {scriptRow("/dev/ttys002"), scriptRow("/dev/ttys009", 6), {}, scriptRow("/dev/ttys001", 8)}));
+  const TerminalTabSnapshot first{.tty = "/dev/ttys002",
+                                  .windowId = 41,
+                                  .windowIndex = 2,
+                                  .tabIndex = 3,
+                                  .title = "제목",
+                                  .busy = true,
+                                  .selected = false};
+  auto second = first;
+  second.tty = "/dev/ttys001";
+  EXPECT_EQ(operations_.listSessions(), (std::vector{first, second}));
+  EXPECT_EQ(script_.calls, (Calls{{"listSessions", {}}}));
+}
+
+TEST_F(AppleScriptOperationsTest, AListingOfShortRowsAloneIsEmpty) {
+  reply("listSessions", scriptList({{}}));
+  EXPECT_EQ(operations_.listSessions(), std::vector<TerminalTabSnapshot>{});
+}
+
+TEST_F(AppleScriptOperationsTest, MissingItemsOfARowReadAsNothing) {
+  reply("listSessions", scriptList({scriptList(std::vector<ScriptDescriptor>(7))}));
+  EXPECT_EQ(operations_.listSessions(), std::vector{TerminalTabSnapshot{}});
+}
+
+TEST_F(AppleScriptOperationsTest, ACreatedWindowIsOneRow) {
+  reply("createWindow", scriptRow("/dev/ttys004"));
+  EXPECT_EQ(operations_.createWindow().tty, "/dev/ttys004");
+  reply("createWindow", scriptRow("/dev/ttys004", 6));
+  EXPECT_EQ(errorOf([&] { operations_.createWindow(); }), "Velmora.AppleScript -1728 ");
+}
+
+TEST_F(AppleScriptOperationsTest, ArgumentsStandInTheOrderOfTheContract) {
+  operations_.sendCommand("echo '안녕'", "/dev/ttys001", 41, true);
+  operations_.sendKey(TerminalKey::return_, 50, "/dev/ttys001", 41, false);
+  operations_.readOutput(OutputSource::history, 50'000, "/dev/ttys001", 41);
+  operations_.readOutput(OutputSource::visible, 1, "/dev/ttys001", 41);
+  operations_.focus("/dev/ttys001", 41);
+  operations_.closeWindow(41);
+  operations_.requestTerminalAccess();
+  operations_.requestSystemEventsAccess();
+  const ScriptArgument tty = "/dev/ttys001"s;
+  EXPECT_EQ(script_.calls, (Calls{{"sendCommand", {"echo '안녕'"s, tty, 41, true}},
+                                  {"sendKey", {36, 50, tty, 41, false}},
+                                  {"readOutput", {"history"s, 50'000, tty, 41}},
+                                  {"readOutput", {"visible"s, 1, tty, 41}},
+                                  {"focusSession", {tty, 41}},
+                                  {"closeWindow", {41}},
+                                  {"bridgeStatus", {}},
+                                  {"systemEventsStatus", {}}}));
+}
+
+TEST_F(AppleScriptOperationsTest, AnOutputCarriesTheSourceThatWasAskedFor) {
+  reply("readOutput", scriptList({scriptText("끝"), scriptNumber(12)}));
+  EXPECT_EQ(operations_.readOutput(OutputSource::history, 1, "t", 1),
+            (TerminalOutput{.text = "끝", .source = OutputSource::history, .originalCharacterCount = 12}));
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, "t", 1).source, OutputSource::visible);
+}
+
+TEST_F(AppleScriptOperationsTest, AnOutputIsNotCutHere) {
+  reply("readOutput", scriptList({scriptText("abcdef"), scriptNumber(6)}));
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 2, "t", 1).text, "abcdef");
+}
+
+TEST_F(AppleScriptOperationsTest, AnOutputWithoutItsItemsIsEmpty) {
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, "t", 1), TerminalOutput{});
+}
+
+TEST_F(AppleScriptOperationsTest, ACaptureTakesTheBoundsThatTheScriptSays) {
+  reply("captureBounds",
+        scriptList({scriptNumber(-100), scriptNumber(25), scriptNumber(700), scriptNumber(525)}));
+  const auto path = directory_ / "Velmora/terminal-00000000-0000-0000-0000-000000000001.png";
+  EXPECT_EQ(operations_.captureScreen("/dev/ttys001", 41).imagePath, path.string());
+  EXPECT_EQ(script_.calls, (Calls{{"captureBounds", {"/dev/ttys001"s, 41}}}));
+  EXPECT_EQ(programs_.runs, (std::vector<std::vector<std::string>>{
+                                {"/usr/sbin/screencapture", "-x", "-R", "-100,25,800,500", path.string()}}));
+}
+
+TEST_F(AppleScriptOperationsTest, BoundsOfThreeItemsStartNoTool) {
+  reply("captureBounds", scriptList({scriptNumber(1), scriptNumber(2), scriptNumber(3)}));
+  EXPECT_EQ(errorOf([&] { operations_.captureScreen("t", 1); }), "Velmora.ScreenCapture -1728 ");
+  EXPECT_TRUE(programs_.runs.empty());
+}
+
+TEST_F(AppleScriptOperationsTest, TheWholeRangeOf32BitsReachesTheScript) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  operations_.closeWindow(Limits::max());
+  operations_.closeWindow(Limits::min());
+  EXPECT_EQ(script_.calls, (Calls{{"closeWindow", {Limits::max()}}, {"closeWindow", {Limits::min()}}}));
+}
+
+using AppleScriptOperationsDeathTest = AppleScriptOperationsTest;
+
+TEST_F(AppleScriptOperationsDeathTest, AnIntegerOfMoreThan32BitsStopsTheProcess) {
+  const auto tooLarge = std::int64_t{1} << 31;
+  const auto reason = "more than 32 bits";
+  EXPECT_DEATH(operations_.closeWindow(tooLarge), reason);
+  EXPECT_DEATH(operations_.closeWindow(-tooLarge - 1), reason);
+  EXPECT_DEATH(operations_.sendCommand("ls", "t", tooLarge, true), reason);
+  EXPECT_DEATH(operations_.sendKey(TerminalKey::tab, tooLarge, "t", 1, true), reason);
+  EXPECT_DEATH(operations_.readOutput(OutputSource::visible, tooLarge, "t", 1), reason);
+}
+
+TEST_F(AppleScriptOperationsDeathTest, AnEmptyListingStopsTheProcess) {
+  EXPECT_DEATH(operations_.listSessions(), "listed nothing");
+}
+
+}  // namespace
+}  // namespace velmora

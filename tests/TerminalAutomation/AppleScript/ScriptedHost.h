@@ -1,0 +1,98 @@
+// A script that answers as the test says and remembers what it was asked, and a tool runner that does.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "TerminalAutomation/AppleScript/AppleScriptParts.h"
+
+namespace velmora::testing {
+
+inline ScriptDescriptor scriptText(std::string text) { return {.text = std::move(text)}; }
+inline ScriptDescriptor scriptNumber(std::int32_t number) {
+  return {.text = std::to_string(number), .integer = number};
+}
+inline ScriptDescriptor scriptFlag(bool flag) { return {.text = flag ? "true" : "false", .boolean = flag}; }
+inline ScriptDescriptor scriptList(std::vector<ScriptDescriptor> items) {
+  return {.items = std::move(items)};
+}
+
+/// A tab row of `length` items at most.
+inline ScriptDescriptor scriptRow(const std::string& tty, std::size_t length = 7) {
+  auto row = scriptList({scriptText(tty), scriptNumber(41), scriptNumber(2), scriptNumber(3),
+                         scriptText("제목"), scriptFlag(true), scriptFlag(false)});
+  row.items.resize(length);
+  return row;
+}
+
+/// The memory outlives the host, which its adapter owns.
+class ScriptedHost final : public ScriptHost {
+ public:
+  struct Call {
+    std::string handler;
+    std::vector<ScriptArgument> arguments;
+
+    bool operator==(const Call&) const = default;
+  };
+  struct State {
+    bool compiles = true;
+    std::string source{};
+    std::map<std::string, ScriptReply> replies{};  ///< By handler; without one it answers nothing.
+    std::vector<Call> calls{};
+    std::function<void()> duringCall = [] {};
+    std::thread::id compiledOn{};
+    std::vector<std::thread::id> threads{};  ///< That called.
+  };
+
+  explicit ScriptedHost(State& state) : state_(state) {}
+
+  bool compile(const std::string& source) override {
+    state_.source = source;
+    state_.compiledOn = std::this_thread::get_id();
+    return state_.compiles;
+  }
+  ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments) override {
+    state_.calls.push_back({handler, arguments});
+    state_.threads.push_back(std::this_thread::get_id());
+    state_.duringCall();
+    return state_.replies[handler];
+  }
+
+ private:
+  State& state_;
+};
+
+/// Plays the screen-capture tool.
+class ScriptedPrograms final : public ProgramRunner {
+ public:
+  struct State {
+    int status = 0;
+    bool writesFile = true;  ///< To the last argument.
+    bool starts = true;
+    bool cancelled = false;
+    std::vector<std::vector<std::string>> runs{};  ///< Program, then arguments.
+  };
+
+  explicit ScriptedPrograms(State& state) : state_(state) {}
+
+  int run(const std::string& program, const std::vector<std::string>& arguments) override {
+    if (!state_.starts) throw std::system_error(ENOENT, std::generic_category(), program);
+    auto& run = state_.runs.emplace_back(arguments);
+    run.insert(run.begin(), program);
+    if (state_.writesFile) std::ofstream(arguments.back()) << "png";
+    return state_.status;
+  }
+  void cancel() noexcept override { state_.cancelled = true; }
+
+ private:
+  State& state_;
+};
+
+}  // namespace velmora::testing
