@@ -3,6 +3,8 @@
 #include <spdlog/spdlog.h>
 
 #include "BridgeCore/HistoryStore/ApplicationSupportDirectory.h"
+#include "BridgeHost/ProblemSentence.h"
+#include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "TerminalAutomation/Unavailable/UnavailableTerminalAutomation.h"
 
@@ -10,20 +12,20 @@ namespace velmora {
 
 namespace {
 
-// What went wrong, in the words of whoever noticed.
-std::string sentenceOf(const std::exception_ptr& error) {
+bool isAnswering(const std::filesystem::path& socketURL) {
   try {
-    std::rethrow_exception(error);
-  } catch (const StructuredError& structured) {
-    return structured.message + " " + structured.recoverySuggestion;
-  } catch (const UnixSocketError& socket) {
-    const std::string reason = socket.what();
-    return socket.kind() == UnixSocketError::Kind::system
-               ? reason + ": " + std::generic_category().message(socket.code())
-               : reason;
-  } catch (const std::exception& other) {
-    return other.what();
+    UnixSocketClient::connect(socketURL);
+    return true;
+  } catch (const UnixSocketError&) {
+    return false;
   }
+}
+
+// Another bridge that serves there keeps its socket.
+std::unique_ptr<LocalControlServer> serverAt(const std::filesystem::path& socketURL,
+                                             LocalControlHandler handler) {
+  if (isAnswering(socketURL)) throw std::runtime_error("Velmora is already running there");
+  return std::make_unique<LocalControlServer>(std::move(handler), socketURL);
 }
 
 std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
@@ -31,7 +33,7 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
   try {
     return options.makeTerminal(temporaryDirectory);
   } catch (...) {
-    spdlog::error("the terminal adapter could not be made: {}", sentenceOf(std::current_exception()));
+    spdlog::error("the terminal adapter could not be made: {}", problemSentence(std::current_exception()));
     return std::make_unique<UnavailableTerminalAutomation>();
   }
 }
@@ -50,10 +52,10 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
                    options.now),
       router_(coordinator_) {
   try {
-    localServer_ = std::make_unique<LocalControlServer>(
-        [this](const LocalControlRequest& request) { return router_.route(request); }, socketURL_);
+    localServer_ =
+        serverAt(socketURL_, [this](const LocalControlRequest& request) { return router_.route(request); });
   } catch (const std::exception&) {
-    serverProblem_ = sentenceOf(std::current_exception());
+    serverProblem_ = problemSentence(std::current_exception());
   }
 }
 
@@ -64,7 +66,8 @@ LocalStateProblems BridgeHost::loadLocalState() {
   try {
     settingsStore_.load();
   } catch (...) {
-    problems.settings = sentenceOf(std::current_exception());
+    settingsAreUnreadable_ = true;
+    problems.settings = problemSentence(std::current_exception());
   }
   const auto settings = settingsStore_.current();
   coordinator_.setSessionPolicy(settings.sessionPolicy);
@@ -72,7 +75,7 @@ LocalStateProblems BridgeHost::loadLocalState() {
   try {
     recorder_.prepend(historyStore_.load());
   } catch (...) {
-    problems.history = sentenceOf(std::current_exception());
+    problems.history = problemSentence(std::current_exception());
   }
   return problems;
 }
@@ -82,15 +85,15 @@ void BridgeHost::startServing() {
 }
 
 void BridgeHost::endServing() noexcept {
-  if (!localServer_) return;
-  localServer_->stop();
+  if (localServer_) localServer_->stop();
   terminal_->cancel();  // a terminal that hangs holds up no one's exit
   localServer_.reset();
 }
 
 void BridgeHost::prepareForTermination() {
   endServing();  // first, so that no request writes the history again
-  if (!settingsStore_.current().deleteOnAppExit) return;
+  // Unreadable settings may say that the history is to be kept.
+  if (settingsAreUnreadable_ || !settingsStore_.current().deleteOnAppExit) return;
   try {
     recorder_.clear(historyStore_);
   } catch (const StructuredError& error) {

@@ -33,9 +33,9 @@ struct LocalStateProblems {
   std::optional<std::string> history{};
 };
 
-/// Belongs to one thread, except for what its accessors hand out. The socket listens from construction on and
-/// clients wait there; they are served once the local state is loaded, so that no request runs under settings
-/// that are not the person's. Destruction ends the server first.
+/// Belongs to one thread at a time, except for what its accessors hand out. The socket listens from
+/// construction on and clients wait there; they are served once the local state is loaded, so that no request
+/// runs under settings that are not the person's. Destruction ends the server first.
 class BridgeHost {
  public:
   /// Throws std::runtime_error when the environment names no place for the settings.
@@ -49,15 +49,15 @@ class BridgeHost {
   /// Starts to serve, if the server could be made.
   void startServing();
 
-  /// Ends the server and deletes the history when the settings ask for it. Requests under way are answered;
-  /// the terminal's part in them is cut short.
+  /// Ends the server and deletes the history when the settings ask for it (settings that could not be read
+  /// ask for nothing). Requests under way are answered; the terminal's part in them is cut short.
   void prepareForTermination();
 
   BridgeCoordinator& coordinator() { return coordinator_; }
   TerminalAutomating& terminal() { return *terminal_; }
   const std::filesystem::path& socketURL() const { return socketURL_; }
 
-  /// Absent when the socket could not be made; `serverProblem` says why.
+  /// Absent when the socket could not be made, or another bridge answers there; `serverProblem` says why.
   LocalControlServer* localServer() { return localServer_.get(); }
   const std::string& serverProblem() const { return serverProblem_; }
 
@@ -74,6 +74,7 @@ class BridgeHost {
   PrivacySettingsStore settingsStore_;
   BridgeCoordinator coordinator_;
   LocalControlRouter router_;
+  bool settingsAreUnreadable_ = false;
   std::string serverProblem_;
   std::unique_ptr<LocalControlServer> localServer_;
 };

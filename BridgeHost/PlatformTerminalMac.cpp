@@ -1,11 +1,18 @@
 #include "BridgeHost/PlatformTerminal.h"
-#include "TerminalAutomation/Unavailable/UnavailableTerminalAutomation.h"
+#include "MacPlatform/RunningApplications.h"
+#include "TerminalAutomation/AppleScript/AppleScriptExecutor.h"
+#include "TerminalAutomation/AppleScript/ScriptSource.h"
 
 namespace velmora {
 
-// The bridge has no adapter for Terminal.app yet; it starts and says that the terminal is unavailable.
-std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment&, const std::filesystem::path&) {
-  return std::make_unique<UnavailableTerminalAutomation>();
+std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment& environment,
+                                                         const std::filesystem::path& temporaryDirectory) {
+  return std::make_unique<AppleScriptExecutor>(
+      AppleScriptParts{.script = systemScriptHost(),
+                       .isRunning = mac::isApplicationRunning,
+                       .programs = std::make_unique<SystemProgramRunner>(environment),
+                       .temporaryDirectory = temporaryDirectory},
+      bundledScriptSource());
 }
 
 }  // namespace velmora

@@ -17,6 +17,10 @@ namespace velmora {
 /// The one version there is. Requests of any other are answered with an error; nothing is negotiated.
 inline constexpr std::int64_t localControlProtocolVersion = 1;
 
+/// The message of the error that answers a request of another version, so that a client can tell it apart.
+inline constexpr const char* unsupportedProtocolVersionMessage =
+    "Unsupported local control protocol version.";
+
 /// Who calls, as the helper reports it.
 struct LocalClientInput {
   std::string name{};

@@ -35,8 +35,8 @@ Input inputOf(const LocalControlRequest& request) {
 LocalControlResponse LocalControlRouter::route(const LocalControlRequest& request) {
   const auto operation = wireName(request.operation);
   if (request.protocolVersion != localControlProtocolVersion) {
-    return refusal(request, StructuredErrorMapper::invalidArgument(
-                                "Unsupported local control protocol version.", operation, std::nullopt));
+    return refusal(request, StructuredErrorMapper::invalidArgument(unsupportedProtocolVersionMessage,
+                                                                   operation, std::nullopt));
   }
   const auto& id = request.requestId;
   const ClientIdentitySummary client{request.client.name, request.client.version};

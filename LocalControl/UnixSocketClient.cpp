@@ -1,5 +1,6 @@
 #include "LocalControl/UnixSocketClient.h"
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -10,9 +11,15 @@
 
 namespace velmora {
 
-UnixSocketConnection UnixSocketClient::connect(const std::filesystem::path& socketURL) {
+namespace {
+
+UnixSocketConnection newSocket() {
   UnixSocketConnection connection(SocketPlatform::openStreamSocket());
   if (connection.descriptor() < 0) throw UnixSocketError::system("socket", errno);
+  return connection;
+}
+
+UnixSocketConnection connected(UnixSocketConnection connection, const std::filesystem::path& socketURL) {
   const auto address = UnixSocketEndpoint::address(socketURL);
   if (::connect(connection.descriptor(), reinterpret_cast<const sockaddr*>(&address),
                 UnixSocketEndpoint::addressLength) != 0) {
@@ -20,6 +27,21 @@ UnixSocketConnection UnixSocketClient::connect(const std::filesystem::path& sock
   }
   connection.verifyPeer(::geteuid());
   return connection;
+}
+
+}  // namespace
+
+UnixSocketConnection UnixSocketClient::connect(const std::filesystem::path& socketURL) {
+  return connected(newSocket(), socketURL);
+}
+
+UnixSocketConnection UnixSocketClient::connectWithoutBlocking(const std::filesystem::path& socketURL) {
+  auto connection = newSocket();
+  const int flags = ::fcntl(connection.descriptor(), F_GETFL);
+  if (flags < 0 || ::fcntl(connection.descriptor(), F_SETFL, flags | O_NONBLOCK) != 0) {
+    throw UnixSocketError::system("fcntl", errno);
+  }
+  return connected(std::move(connection), socketURL);
 }
 
 }  // namespace velmora

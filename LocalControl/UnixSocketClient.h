@@ -14,6 +14,11 @@ namespace UnixSocketClient {
 /// unsafeEndpoint (a path that does not fit), system("connect"), peerRejected.
 UnixSocketConnection connect(const std::filesystem::path& socketURL);
 
+/// The same, without ever waiting: a server whose queue of connections is full gives system("connect", EAGAIN
+/// or ECONNREFUSED). The connection's descriptor does not block either, so its frames cannot be read and
+/// written with `readFrame` and `writeFrame`.
+UnixSocketConnection connectWithoutBlocking(const std::filesystem::path& socketURL);
+
 }  // namespace UnixSocketClient
 
 }  // namespace velmora

@@ -11,8 +11,6 @@
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeHost/PlatformTerminal.h"
 #include "BridgeModels/Environment.h"
-#include "LocalControl/UnixSocketClient.h"
-#include "LocalControl/UnixSocketEndpoint.h"
 
 namespace {
 
@@ -31,27 +29,13 @@ sigset_t blockTerminationSignals() {
   return signals;
 }
 
-bool isAnswering(const std::filesystem::path& socketURL) {
-  try {
-    UnixSocketClient::connect(socketURL);
-    return true;
-  } catch (const UnixSocketError&) {
-    return false;
-  }
-}
-
 int serve(const sigset_t& signals) {
   const auto environment = processEnvironment();
-  const auto socketURL = UnixSocketEndpoint::defaultURL(environment);
-  if (isAnswering(socketURL)) {
-    spdlog::error("Velmora is already running at {}.", socketURL.string());
-    return EXIT_FAILURE;
-  }
   BridgeHost host({.environment = environment, .makeTerminal = [&](const auto& temporaryDirectory) {
                      return makePlatformTerminal(environment, temporaryDirectory);
                    }});
   if (host.localServer() == nullptr) {
-    spdlog::error("The socket {} could not be made: {}.", socketURL.string(), host.serverProblem());
+    spdlog::error("The socket {} could not be made: {}.", host.socketURL().string(), host.serverProblem());
     return EXIT_FAILURE;
   }
   const auto problems = host.loadLocalState();
@@ -63,7 +47,7 @@ int serve(const sigset_t& signals) {
   }
   if (problems.history) spdlog::warn("The history could not be loaded: {}", *problems.history);
   host.startServing();
-  std::cout << socketURL.string() << std::endl;
+  std::cout << host.socketURL().string() << std::endl;
 
   int received = 0;
   sigwait(&signals, &received);

@@ -32,6 +32,7 @@ MCPRequestRecord RequestRecorder::begin(const Uuid& requestId, const ClientIdent
                           .sessionSnapshot = session,
                           .status = RequestStatus::processing};
   const MutexLock lock(mutex_);
+  ++revision_;
   records_.push_back(record);
   firstWithId_.try_emplace(requestId, records_.size() - 1);
   return record;
@@ -43,7 +44,7 @@ void RequestRecorder::complete(const Uuid& requestId, RequestStatus status,
                                const std::optional<StructuredError>& error) {
   const auto completedAt = now_();
   const MutexLock lock(mutex_);
-  auto* record = find(requestId);
+  auto* record = findForChange(requestId);
   if (record == nullptr) return;
   record->status = status;
   record->completedAt = completedAt;
@@ -57,7 +58,7 @@ void RequestRecorder::setSensitiveContent(const Uuid& requestId, const std::opti
                                           const std::optional<std::string>& output,
                                           const PrivacyRetentionSettings& settings) {
   const MutexLock lock(mutex_);
-  auto* record = find(requestId);
+  auto* record = findForChange(requestId);
   if (record == nullptr) return;
   if (settings.storeCommandBody && command) {
     record->commandBody = command;
@@ -85,6 +86,7 @@ void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings&
   std::vector<MCPRequestRecord> scrubbed;
   {
     const MutexLock lock(mutex_);
+    ++revision_;
     for (auto& record : records_) {
       if (!settings.storeCommandBody) {
         record.commandBody.reset();
@@ -120,9 +122,16 @@ void RequestRecorder::prepend(const std::vector<MCPRequestRecord>& loaded) {
   setRecords(std::move(records));
 }
 
-MCPRequestRecord* RequestRecorder::find(const Uuid& requestId) {
+std::uint64_t RequestRecorder::revision() const {
+  const MutexLock lock(mutex_);
+  return revision_;
+}
+
+MCPRequestRecord* RequestRecorder::findForChange(const Uuid& requestId) {
   const auto found = firstWithId_.find(requestId);
-  return found == firstWithId_.end() ? nullptr : &records_[found->second];
+  if (found == firstWithId_.end()) return nullptr;
+  ++revision_;
+  return &records_[found->second];
 }
 
 void RequestRecorder::setRecords(std::vector<MCPRequestRecord> records) {
@@ -131,6 +140,7 @@ void RequestRecorder::setRecords(std::vector<MCPRequestRecord> records) {
   for (std::size_t index = 0; index < records.size(); ++index) {
     firstWithId.try_emplace(records[index].requestId, index);
   }
+  ++revision_;
   records_ = std::move(records);
   firstWithId_ = std::move(firstWithId);
 }

@@ -48,13 +48,17 @@ class RequestRecorder {
 
   std::vector<MCPRequestRecord> snapshot() const;
 
+  /// Grows with every change of the list. Whoever asked before taking a snapshot knows later whether the
+  /// snapshot is still good.
+  std::uint64_t revision() const;
+
   void replace(std::vector<MCPRequestRecord> records);
 
   /// Puts loaded records, newest first as a store returns them, before those of this run.
   void prepend(const std::vector<MCPRequestRecord>& loaded);
 
  private:
-  MCPRequestRecord* find(const Uuid& requestId) VELMORA_REQUIRES(mutex_);
+  MCPRequestRecord* findForChange(const Uuid& requestId) VELMORA_REQUIRES(mutex_);
   void setRecords(std::vector<MCPRequestRecord> records) VELMORA_REQUIRES(mutex_);
 
   const Clock now_;
@@ -62,6 +66,7 @@ class RequestRecorder {
   mutable Mutex mutex_;
   std::vector<MCPRequestRecord> records_ VELMORA_GUARDED_BY(mutex_);
   std::unordered_map<Uuid, std::size_t> firstWithId_ VELMORA_GUARDED_BY(mutex_);  // indices of records_
+  std::uint64_t revision_ VELMORA_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace velmora

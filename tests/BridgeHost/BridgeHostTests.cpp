@@ -152,6 +152,28 @@ TEST_F(BridgeHostTest, DeletesTheHistoryOnExitOnlyWhenAsked) {
   }
 }
 
+TEST_F(BridgeHostTest, DeletesNothingOnExitWhenTheSettingsAreUnreadable) {
+  writeFile("settings.json", "{");
+  writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
+  BridgeHost host(options());
+  host.loadLocalState();
+  host.prepareForTermination();
+  EXPECT_TRUE(exists("history.json"));
+}
+
+TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
+  BridgeHost first(options());
+  first.startServing();
+  const auto* terminalOfTheFirst = terminal;
+  {
+    BridgeHost second(options());
+    EXPECT_EQ(second.localServer(), nullptr);
+    EXPECT_EQ(second.serverProblem(), "Velmora is already running there");
+  }
+  EXPECT_TRUE(call(first, ToolName::listSessions).ok);
+  EXPECT_EQ(terminalOfTheFirst->callCount("listSessions"), 1u);
+}
+
 TEST_F(BridgeHostTest, WorksWithoutAServerAndSaysWhy) {
   std::filesystem::create_directories(directory / "app.velmora.Velmora");
   std::ofstream(directory / "app.velmora.Velmora/control-v1.sock") << "a regular file";

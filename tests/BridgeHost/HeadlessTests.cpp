@@ -248,6 +248,10 @@ TEST_F(Headless, IsFoundByTheHelperThatAnMcpClientLaunches) {
   startHeadless();
   testing::ChildProgram helper({VELMORA_BIN "/velmora"}, {{"HOME", directory.path().string()},
                                                           {"XDG_RUNTIME_DIR", directory.path().string()}});
+  helper.write(R"({"jsonrpc":"2.0","id":0,"method":"initialize","params":{"protocolVersion":"2025-11-25",)"
+               R"("capabilities":{},"clientInfo":{"name":"tester","version":"1.0"}}})"
+               "\n");
+  EXPECT_THAT(helper.readLine().value_or(""), HasSubstr(R"("id":0,"result")"));
   helper.write(R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_status"}})"
                "\n");
   EXPECT_THAT(helper.readLine().value_or(""), HasSubstr(R"("terminalState":"notRunning")"));

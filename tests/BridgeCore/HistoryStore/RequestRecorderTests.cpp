@@ -441,6 +441,31 @@ TEST_F(RequestRecorderTest, RunsWhatUsesAStoreOneAfterTheOther) {
   }
 }
 
+TEST_F(RequestRecorderTest, ItsRevisionGrowsWithEveryChangeAndOnlyThen) {
+  std::uint64_t last = recorder.revision();
+  const auto expectGrows = [&](const char* operation) {
+    EXPECT_GT(recorder.revision(), last) << operation;
+    last = recorder.revision();
+  };
+  begin(1);
+  expectGrows("begin");
+  fillIn(1, "ls", std::nullopt, everything);
+  expectGrows("setSensitiveContent");
+  complete(1);
+  expectGrows("complete");
+  recorder.persist(store, everything);
+  expectGrows("persist");
+  recorder.scrub(store, {});
+  expectGrows("scrub");
+  recorder.prepend({});
+  expectGrows("prepend");
+  recorder.clear(store);
+  expectGrows("clear");
+  complete(99);
+  recorder.snapshot();
+  EXPECT_EQ(recorder.revision(), last);
+}
+
 TEST_F(RequestRecorderTest, LosesNoCallAmongManyThreads) {
   constexpr std::uint64_t perThread = 60;
   std::vector<std::thread> threads;

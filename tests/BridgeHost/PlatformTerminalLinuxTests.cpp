@@ -1,0 +1,13 @@
+#include <gtest/gtest.h>
+
+#include "BridgeHost/PlatformTerminal.h"
+
+namespace velmora {
+namespace {
+
+TEST(PlatformTerminal, IsTmux) {
+  EXPECT_EQ(makePlatformTerminal({{"HOME", "/nonexistent"}}, "/nonexistent")->displayName(), "tmux");
+}
+
+}  // namespace
+}  // namespace velmora
