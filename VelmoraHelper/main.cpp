@@ -1,30 +1,60 @@
 // `velmora`: an MCP client launches it, speaks MCP to its standard input and output, and so reaches the
 // running application. Nothing but MCP goes to standard output; what people should read goes to standard
-// error.
+// error. With arguments it does one thing for people and ends.
+#include <fcntl.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
+#include <charconv>
 #include <csignal>
 #include <cstdio>
 #include <exception>
 
 #include "BridgeModels/Environment.h"
-#include "LocalControl/LocalControlClient.h"
+#include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
-#include "VelmoraHelper/StdioLoop.h"
+#include "VelmoraHelper/Commands/CommandLine.h"
+#include "VelmoraHelper/Commands/SystemContext.h"
+#include "VelmoraHelper/Stdio/StdioLoop.h"
 
 namespace velmora {
 
 namespace {
 
-// A new connection a call: whichever application serves the socket then is the one that answers, also when it
-// was started or restarted after this helper.
-LocalControlResponse callApplication(const Environment& environment, const LocalControlRequest& request) {
-  return LocalControlClient(UnixSocketEndpoint::defaultURL(environment)).send(request);
+// A client may launch the program with some of the three standard descriptors closed; the next file that is
+// opened would take the free number, and the application's answers must not end up on standard output.
+void occupyStandardDescriptors() {
+  for (int descriptor = ::open("/dev/null", O_RDWR); descriptor >= 0;
+       descriptor = ::open("/dev/null", O_RDWR)) {
+    if (descriptor <= STDERR_FILENO) continue;
+    ::close(descriptor);
+    break;
+  }
+}
+
+// A client may have blocked or ignored for itself what it ends this program with.
+void resetSignals() {
+  sigset_t none;
+  sigemptyset(&none);  // a macro on macOS
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  std::signal(SIGTERM, SIG_DFL);
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+std::size_t largestInlinePicture(const Environment& environment, std::size_t usual) {
+  const auto stated = environment.find("VELMORA_INLINE_IMAGE_BYTES");
+  if (stated == environment.end()) return usual;
+  std::size_t bytes = 0;
+  const auto* end = stated->second.data() + stated->second.size();
+  const auto [rest, error] = std::from_chars(stated->second.data(), end, bytes);
+  if (error == std::errc() && rest == end && !stated->second.empty()) return bytes;
+  std::fprintf(stderr, "velmora: VELMORA_INLINE_IMAGE_BYTES must be a number of bytes; %zu is used.\n",
+               usual);
+  return usual;
 }
 
 int serve() {
-  std::signal(SIGPIPE, SIG_IGN);
+  occupyStandardDescriptors();
+  resetSignals();
   if (::isatty(STDIN_FILENO) == 1) {
     std::fputs(
         "velmora speaks the Model Context Protocol on standard input and output, for an MCP client to "
@@ -33,13 +63,21 @@ int serve() {
         stderr);
   }
   const auto environment = processEnvironment();
-  const auto bridge = [&environment](const LocalControlRequest& request) {
-    return callApplication(environment, request);
-  };
-  McpServer server({.version = VELMORA_VERSION, .clientProcessId = ::getppid()},
-                   ToolCaller(bridge, Uuid::random));
+  const auto client = ::getppid();
+  McpServer::Options options{.version = VELMORA_VERSION, .clientProcessId = client};
+  options.largestInlinePicture = largestInlinePicture(environment, options.largestInlinePicture);
+
+  // The path is made anew for each connection: the application may have made its directory meanwhile.
+  BridgeCalls calls([&environment] {
+    return UnixSocketClient::connectWithoutBlocking(UnixSocketEndpoint::defaultURL(environment));
+  });
+  MessageOutput output(STDOUT_FILENO);
+  McpServer server(
+      std::move(options), calls, Uuid::random, [&output](const std::string& message) { output.add(message); },
+      HelperLog(environment.contains("VELMORA_LOG")));
   try {
-    serveLines(STDIN_FILENO, STDOUT_FILENO, server);
+    // An orphan has another parent than the one that launched it.
+    serveLines(STDIN_FILENO, output, server, calls, [client] { return ::getppid() != client; });
   } catch (const std::exception& error) {
     std::fprintf(stderr, "velmora: %s\n", error.what());
     return EXIT_FAILURE;
@@ -52,13 +90,7 @@ int serve() {
 }  // namespace velmora
 
 int main(int argc, char** argv) {
-  if (argc > 1) {
-    CLI::App app(
-        "Lets an MCP client work in your terminal through Velmora.\n"
-        "Without arguments it serves MCP on standard input and output; the client launches it that way.",
-        "velmora");
-    app.set_version_flag("--version", std::string("velmora ") + VELMORA_VERSION);
-    CLI11_PARSE(app, argc, argv);
-  }
-  return velmora::serve();
+  if (argc <= 1) return velmora::serve();
+  const auto context = velmora::systemContext(VELMORA_VERSION, argv[0], velmora::processEnvironment());
+  return velmora::runCommandLine(context, {argv + 1, argv + argc});
 }

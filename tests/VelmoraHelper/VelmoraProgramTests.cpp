@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <future>
 #include <optional>
 
@@ -23,7 +24,8 @@ const std::string initialize =
 
 std::string call(const std::string& tool, const std::string& arguments = "{}") {
   return R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":")" + tool + R"(","arguments":)" +
-         arguments + "}}";
+         arguments + R"(,"_meta":{"io.modelcontextprotocol/protocolVersion":"2026-07-28",)" +
+         R"("io.modelcontextprotocol/clientCapabilities":{}}}})";
 }
 
 boost::json::value resultOf(const std::string& answer) { return parseJson(answer).at("result"); }
@@ -52,14 +54,14 @@ LocalControlResponse breakOff(const LocalControlRequest&) {
   throw std::runtime_error("the connection ends here");
 }
 
-void expectUnavailable(const std::string& answer, const std::string& message) {
+void expectUnavailable(const std::string& answer, const std::string& message, bool retryable = true) {
   const auto result = resultOf(answer);
   const auto& content = result.at("structuredContent");
   EXPECT_EQ(result.at("isError"), true);
   EXPECT_EQ(content.at("ok"), false);
   EXPECT_EQ(content.at("error").at("code"), "BRIDGE_UNAVAILABLE");
   EXPECT_EQ(content.at("error").at("message"), message.c_str());
-  EXPECT_EQ(content.at("error").at("retryable"), true);
+  EXPECT_EQ(content.at("error").at("retryable"), retryable);
 }
 
 TEST(VelmoraProgram, CarriesACallToTheApplicationAndItsAnswerBack) {
@@ -73,8 +75,9 @@ TEST(VelmoraProgram, CarriesACallToTheApplicationAndItsAnswerBack) {
   EXPECT_EQ(resultOf(helper.ask(initialize)).at("serverInfo").at("name"), "velmora");
   helper.write(R"({"jsonrpc":"2.0","method":"notifications/initialized"})"
                "\n");
-  const auto result =
-      resultOf(helper.ask(call("terminal_send_command", R"({"command":"ls\n\ud55c","n":1.5})")));
+  const auto result = resultOf(
+      helper.ask(R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_send_command",)"
+                 R"("arguments":{"command":"ls\n\ud55c","n":1.5}}})"));
 
   const auto request = received.get_future().get();
   EXPECT_EQ(request.protocolVersion, 1);
@@ -123,7 +126,8 @@ TEST(VelmoraProgram, SaysThatTheOutcomeIsUnknownWhenTheApplicationBreaksOff) {
   HelperProcess helper(directory.path());
   expectUnavailable(
       helper.ask(call("terminal_send_command")),
-      "Velmora closed the connection before it answered, so it is unknown whether the call took effect.");
+      "Velmora closed the connection before it answered, so it is unknown whether the call took effect.",
+      /*retryable=*/false);
   expectUnavailable(helper.ask(call("terminal_read_output")),
                     "Velmora closed the connection before it answered.");
 }
@@ -165,6 +169,72 @@ TEST(VelmoraProgram, EndsWithAFailureAndNoSignalWhenNobodyReadsItsOutput) {
   helper.write(initialize + "\n");
   EXPECT_EQ(helper.wait(), 1);
   EXPECT_EQ(helper.restOfErrors(), "velmora: write: Broken pipe\n");
+}
+
+TEST(VelmoraProgram, RunsCallsSideBySide) {
+  const TemporaryDirectory directory;
+  std::promise<void> statusAsked;
+  const Application application(directory, [&](const LocalControlRequest& request) {
+    if (request.operation == ToolName::status) statusAsked.set_value();
+    if (request.operation == ToolName::readOutput) statusAsked.get_future().wait();
+    return succeed(request);
+  });
+  HelperProcess helper(directory.path());
+  helper.write(call("terminal_read_output") + "\n");
+  auto status = call("terminal_status");
+  status.replace(status.find("\"id\":1"), 6, "\"id\":2");
+  helper.write(status + "\n");
+  std::vector<std::int64_t> answered;
+  for (int answer = 0; answer < 2; ++answer)
+    answered.push_back(parseJson(*helper.readLine()).at("id").as_int64());
+  EXPECT_THAT(answered, ::testing::UnorderedElementsAre(1, 2));
+}
+
+TEST(VelmoraProgram, ShowsACapturedPictureUpToTheLimit) {
+  const TemporaryDirectory directory;
+  const auto path = directory / "picture.png";
+  std::ofstream(path, std::ios::binary) << "\x89PNG\r\n\x1A\n";
+  const Application application(directory, [&](const LocalControlRequest& request) {
+    return LocalControlResponse{
+        .requestId = request.requestId, .ok = true, .data = JSONObject{{"imagePath", path.string()}}};
+  });
+  const auto blocksWithLimit = [&](const std::string& limit) {
+    HelperProcess helper(directory.path(), {}, {{"VELMORA_INLINE_IMAGE_BYTES", limit}});
+    const auto blocks = resultOf(helper.ask(call("terminal_capture_screen"))).at("content").as_array().size();
+    helper.closeInput();
+    return std::make_pair(blocks, helper.restOfErrors());
+  };
+  EXPECT_EQ(blocksWithLimit("8"), std::make_pair(std::size_t{3}, std::string()));
+  EXPECT_EQ(blocksWithLimit("0"), std::make_pair(std::size_t{2}, std::string()));
+  EXPECT_EQ(blocksWithLimit("many").first, 3u);
+  EXPECT_THAT(blocksWithLimit("1k").second,
+              ::testing::HasSubstr("VELMORA_INLINE_IMAGE_BYTES must be a number"));
+}
+
+TEST(VelmoraProgram, LogsMethodsAndOutcomesButNoContentsWhenItIsAskedTo) {
+  const TemporaryDirectory directory;
+  HelperProcess helper(directory.path(), {}, {{"VELMORA_LOG", "1"}});
+  helper.ask(call("terminal_send_command", R"({"command":"secret"})"));
+  helper.closeInput();
+  EXPECT_EQ(helper.restOfErrors(),
+            "velmora: received \"tools/call\"\nvelmora: terminal_send_command failed\n");
+}
+
+TEST(VelmoraProgram, NeverTakesTheApplicationForAClosedStandardStream) {
+  const TemporaryDirectory directory;
+  const Application application(directory, succeed);
+  auto helper = HelperProcess::fromShell(directory.path(), "exec \"$0\" 2>&-", {{"VELMORA_LOG", "1"}});
+  for (int round = 0; round < 3; ++round) {
+    EXPECT_EQ(resultOf(helper.ask(call("terminal_status"))).at("isError"), false);
+  }
+}
+
+TEST(VelmoraProgram, EndsOnSigtermThoughTheClientIgnoresIt) {
+  const TemporaryDirectory directory;
+  auto helper = HelperProcess::fromShell(directory.path(), "trap '' TERM; exec \"$0\"");
+  helper.ask(initialize);
+  helper.signal(SIGTERM);
+  EXPECT_EQ(helper.wait(), 128 + SIGTERM);
 }
 
 TEST(VelmoraProgram, PrintsItsVersionAndItsUse) {

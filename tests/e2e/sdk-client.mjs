@@ -7,6 +7,8 @@
 import assert from 'node:assert/strict';
 import { Client } from '@modelcontextprotocol/client';
 import { StdioClientTransport } from '@modelcontextprotocol/client/stdio';
+import { Checks } from './checks.mjs';
+import { driveTools, envelopeOf, tools } from './tools.mjs';
 
 const [helper, application] = process.argv.slice(2);
 if (!helper || !['running', 'absent'].includes(application)) {
@@ -14,26 +16,16 @@ if (!helper || !['running', 'absent'].includes(application)) {
   process.exit(2);
 }
 
-const tools = [
-  'terminal_status', 'terminal_list_sessions', 'terminal_get_active_session', 'terminal_create_session',
-  'terminal_send_command', 'terminal_send_key', 'terminal_read_output', 'terminal_capture_screen',
-  'terminal_focus_session',
+const modes = [
+  { name: 'legacy', mode: 'legacy', revision: '2025-11-25' },
+  { name: 'auto', mode: 'auto', revision: '2026-07-28' },
+  { name: 'modern', mode: { pin: '2026-07-28' }, revision: '2026-07-28' },
 ];
 const runtimeDirectory = process.env.XDG_RUNTIME_DIR;
+const checks = new Checks();
 
-let passed = 0;
-let failed = 0;
-async function check(claim, body) {
-  try {
-    await body();
-    ++passed;
-  } catch (error) {
-    ++failed;
-    console.error(`FAIL ${claim}: ${error.message}`);
-  }
-}
-
-// A client that has shaken hands with a helper of its own; `errors` collects what the helper writes to stderr.
+// A client that has agreed with a helper of its own on a revision; `errors` collects what the helper writes to
+// stderr, `faults` what the client made no sense of.
 async function connected(mode) {
   const transport = new StdioClientTransport({
     command: helper,
@@ -49,47 +41,64 @@ async function connected(mode) {
   return { client, errors, faults };
 }
 
-for (const mode of ['legacy', 'auto']) {
-  await check(`the ${mode} handshake`, async () => {
+async function talk(name, client) {
+  const check = (claim, body) => checks.check(`${name}: ${claim}`, body);
+  await check('nine tools are listed', async () => {
+    const listed = (await client.listTools()).tools;
+    assert.deepEqual(listed.map((tool) => tool.name), tools);
+    for (const tool of listed) assert.deepEqual([tool.inputSchema.type, tool.outputSchema.type], ['object', 'object']);
+  });
+  if (application === 'running') {
+    await driveTools(checks, name, (tool, args) => client.callTool({ name: tool, arguments: args }));
+    await check('ten calls at once are all answered', async () => {
+      const results = await Promise.all(
+        Array.from({ length: 10 }, () => client.callTool({ name: 'terminal_list_sessions', arguments: {} })));
+      for (const result of results) assert.equal(envelopeOf(result).ok, true);
+    });
+    await check('a call is given up, and the next one works', async () => {
+      const giveUp = new AbortController();
+      const call = client.callTool({ name: 'terminal_status', arguments: {} }, { signal: giveUp.signal });
+      giveUp.abort('No longer needed.');
+      await assert.rejects(call);
+      assert.equal(envelopeOf(await client.callTool({ name: 'terminal_status', arguments: {} })).ok, true);
+    });
+    await check('a refusal reaches the caller whole', async () => {
+      const refused = envelopeOf(await client.callTool({ name: 'terminal_create_session', arguments: { kind: 'tab' } }));
+      assert.equal(refused.error.code, 'INVALID_ARGUMENT');
+    });
+  } else {
+    for (const tool of tools) {
+      await check(`${tool} says that nothing runs`, async () => {
+        const { error } = envelopeOf(await client.callTool({ name: tool, arguments: {} }));
+        assert.deepEqual([error.code, error.operation, error.retryable], ['BRIDGE_UNAVAILABLE', tool, true]);
+      });
+    }
+  }
+  await check('an unknown tool is an error of the protocol', () =>
+    assert.rejects(client.callTool({ name: 'terminal_run', arguments: {} }), { code: -32602 }));
+}
+
+for (const { name, mode, revision } of modes) {
+  await checks.check(`the ${name} handshake`, async () => {
     const { client, errors, faults } = await connected(mode);
     try {
-      await check(`${mode}: the server says who it is`, () => {
+      await checks.check(`${name}: the server says who it is and what it speaks`, () => {
+        assert.equal(client.getNegotiatedProtocolVersion(), revision);
         assert.equal(client.getServerVersion().name, 'velmora');
         assert.equal(client.getServerVersion().title, 'Velmora');
         assert.ok(client.getServerCapabilities().tools);
         assert.ok(client.getInstructions().length > 0);
       });
-      await check(`${mode}: nine tools are listed`, async () => {
-        const listed = (await client.listTools()).tools;
-        assert.deepEqual(listed.map((tool) => tool.name), tools);
-        for (const tool of listed) assert.equal(tool.inputSchema.type, 'object');
-      });
-      await check(`${mode}: terminal_status is answered`, async () => {
-        const result = await client.callTool({ name: 'terminal_status', arguments: {} });
-        const envelope = result.structuredContent;
-        assert.deepEqual(JSON.parse(result.content[0].text), envelope);
-        assert.equal(result.isError, !envelope.ok);
-        if (application === 'running') {
-          assert.equal(envelope.ok, true);
-          assert.equal(typeof envelope.data.status.sessionCount, 'number');
-        } else {
-          assert.equal(envelope.error.code, 'BRIDGE_UNAVAILABLE');
-          assert.equal(envelope.error.operation, 'terminal_status');
-          assert.equal(envelope.error.retryable, true);
-        }
-      });
-      await check(`${mode}: ping is answered`, () => client.ping());
-      await check(`${mode}: an unknown tool is an error of the protocol`, () =>
-        assert.rejects(client.callTool({ name: 'terminal_run', arguments: {} }), { code: -32602 }));
+      if (name === 'legacy') await checks.check('legacy: ping is answered', () => client.ping());
+      await talk(name, client);
     } finally {
       await client.close();
     }
-    await check(`${mode}: nothing but MCP was on standard output, and nothing on standard error`, () => {
+    await checks.check(`${name}: nothing but MCP was on standard output, and nothing on standard error`, () => {
       assert.deepEqual(faults, []);
       assert.equal(Buffer.concat(errors).toString(), '');
     });
   });
 }
 
-console.log(`${passed} passed, ${failed} failed`);
-process.exit(failed === 0 ? 0 : 1);
+checks.report();

@@ -65,6 +65,7 @@ class ChildProgram {
     }
   }
   void closeInput() { input_.close(); }
+  void closeOutput() { output_.close(); }
 
   /// The next line of the output, without its end; nothing at the end of the output.
   std::optional<std::string> readLine() {

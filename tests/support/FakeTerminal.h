@@ -30,6 +30,7 @@ class FakeTerminal final : public TerminalAutomating {
  public:
   using TerminalAutomating::send;
 
+  std::string name = "Fake";
   std::vector<TerminalTabSnapshot> tabs;
   TerminalTabSnapshot created = tab("/dev/ttys900", 900);
   TerminalRuntimeStatus runtimeStatus{
@@ -66,7 +67,8 @@ class FakeTerminal final : public TerminalAutomating {
     for (auto& promise : waiting) promise.set_value(runtimeStatus);
   }
 
-  std::string displayName() const override { return "Fake"; }
+  std::string displayName() const override { return name; }
+  void cancel() noexcept override { release(); }
 
   std::future<TerminalRuntimeStatus> status() override {
     if (statusHangs) {

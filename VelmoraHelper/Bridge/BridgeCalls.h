@@ -1,0 +1,90 @@
+// The calls that are under way to the application, side by side.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <list>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "LocalControl/LocalControlMessages.h"
+#include "VelmoraHelper/Bridge/BridgeConnection.h"
+
+namespace velmora {
+
+using SteadyTime = std::chrono::steady_clock::time_point;
+
+/// Runs every call on a connection of its own and never blocks: its owner waits for the descriptors and then
+/// calls `advance`. One connection is kept open between calls. Calls that change the same session run one
+/// after another in the order in which they were started; all others may overtake each other. Not
+/// thread-safe.
+class BridgeCalls {
+ public:
+  using Id = std::uint64_t;
+  using Done = std::function<void(LocalControlResponse)>;
+
+  /// A connection to the application whose descriptor does not block. Throws UnixSocketError.
+  using Connecting = std::function<UnixSocketConnection()>;
+
+  struct Limits {
+    std::size_t running = 16;   ///< Connections in use at once.
+    std::size_t waiting = 240;  ///< Calls that wait for one; a further call is refused.
+    /// How long a call may take. Clients give up after 60 seconds or later, and what they then show is worse.
+    std::chrono::seconds deadline{50};
+  };
+
+  explicit BridgeCalls(Connecting connect) : BridgeCalls(std::move(connect), Limits{}) {}
+  BridgeCalls(Connecting connect, Limits limits) : connect_(std::move(connect)), limits_(limits) {}
+
+  /// Starts a call. `done` is called once, by a later `advance`, with the application's answer or with one
+  /// that says what went wrong; it may start further calls.
+  Id start(LocalControlRequest request, Done done, SteadyTime now);
+
+  /// Stops waiting for a call and forgets it: `done` is not called any more. Without effect when it has
+  /// ended.
+  void cancel(Id id);
+
+  /// Does everything that can be done without waiting.
+  void advance(SteadyTime now);
+
+  bool isEmpty() const { return calls_.empty(); }
+
+  struct Awaited {
+    int descriptor;
+    bool writing;  ///< Worth waking up for when it can be written to, not only when it can be read.
+  };
+
+  /// What to wait for until the next `advance`.
+  std::vector<Awaited> awaited() const;
+  std::optional<SteadyTime> nextDeadline() const;
+
+ private:
+  struct Call {
+    Id id;
+    LocalControlRequest request;
+    Done done;
+    SteadyTime deadline;
+    std::string lane;  // the session that it changes; empty for none
+    std::optional<BridgeConnection> connection{};
+    bool isSecondUse = false;  // of a connection that was kept
+  };
+  using Calls = std::list<Call>;
+
+  bool finishSome(SteadyTime now);
+  bool mayBegin(const Call& call) const;
+  void begin(Call& call);
+  std::optional<LocalControlResponse> step(Call& call);
+  std::optional<LocalControlResponse> recover(Call& call, std::exception_ptr failure);
+
+  Connecting connect_;
+  Limits limits_;
+  Calls calls_{};  // in the order in which they were started
+  std::optional<BridgeConnection> kept_{};
+  Id lastId_ = 0;
+};
+
+}  // namespace velmora

@@ -1,0 +1,148 @@
+#include "VelmoraHelper/Commands/DoctorCommand.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <ostream>
+#include <system_error>
+
+#include "BridgeModels/ToolPayloads.h"
+#include "BridgeModels/Utf8.h"
+#include "LocalControl/UnixSocketError.h"
+#include "VelmoraHelper/Commands/Deadline.h"
+#include "VelmoraHelper/Commands/Payload.h"
+#include "VelmoraHelper/Commands/PlainText.h"
+#include "VelmoraHelper/Commands/SocketCheck.h"
+#include "VelmoraHelper/Commands/TerminalCheck.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr const char* start = "Open Velmora (or start velmora-headless).";
+constexpr const char* restart = "Restart Velmora (or velmora-headless).";
+
+Check checkHelper(const CommandContext& context) {
+  const auto path = context.program.string();
+  if (!context.program.is_absolute()) {
+    return Check::failed("helper", "velmora " + context.version + " cannot find its own place",
+                         "Start it by its whole path.");
+  }
+  if (!isValidUtf8(path)) {
+    return Check::failed("helper", "its path is not UTF-8: " + path, "Install Velmora in another folder.");
+  }
+  return Check::passed("helper", "velmora " + context.version + " at " + path);
+}
+
+// Connects, which also compares the users at both ends.
+std::vector<Check> checkApplication(const CommandContext& context) {
+  constexpr const char* name = "application";
+  try {
+    context.connect();
+  } catch (const DeadlinePassed& passed) {
+    return {Check::failed(name, passed.what(), restart)};
+  } catch (const UnixSocketError& error) {
+    switch (error.kind()) {
+      case UnixSocketError::Kind::peerRejected:
+        return {Check::passed(name, "reachable"),
+                Check::failed("same user", "another user runs Velmora at this socket",
+                              "Open Velmora as the user who runs this command.")};
+      case UnixSocketError::Kind::system:
+        if (error.code() == ENOENT || error.code() == ECONNREFUSED) {
+          return {Check::failed(name, "not running", start)};
+        }
+        return {
+            Check::failed(name, "not reachable: " + std::generic_category().message(error.code()), restart)};
+      case UnixSocketError::Kind::unsafeEndpoint:
+      case UnixSocketError::Kind::disconnected:
+        break;
+    }
+    return {Check::failed(name, "not reachable", restart)};
+  }
+  return {Check::passed(name, "reachable"),
+          Check::passed("same user", "user " + std::to_string(::geteuid()))};
+}
+
+Check checkTerminal(const BridgeStatus& status) {
+  constexpr const char* name = "terminal";
+  switch (status.terminalState) {
+    case TerminalState::notRunning:
+      return Check::passed(name, "not running yet; start it, or let an agent open a window");
+    case TerminalState::noWindows:
+      return Check::passed(name, "running without a window; open one, or let an agent do it");
+    case TerminalState::available:
+      return Check::passed(name, "windows: " + std::to_string(status.windowCount));
+    case TerminalState::unavailable:
+      break;
+  }
+  if (!status.lastError) return Check::failed(name, "not available", restart);
+  return Check::failed(name, status.lastError->message, status.lastError->recoverySuggestion);
+}
+
+Check checkPermission(const BridgeStatus& status) {
+  constexpr const char* name = "permission";
+  switch (status.automationPermission) {
+    case AutomationPermission::granted:
+      return Check::passed(name, "granted");
+    case AutomationPermission::denied:
+      return Check::failed(name, "denied",
+                           "Allow Terminal automation for Velmora in System Settings, then retry.");
+    case AutomationPermission::unknown:
+      break;
+  }
+  return Check::passed(name, "not known before the terminal runs");
+}
+
+std::vector<Check> checkAnswer(const CommandContext& context) {
+  const auto answer = payloadOf<StatusPayload>(context, ToolName::status);
+  if (answer.error) return {Check::failed("answer", answer.error->message, answer.error->recoverySuggestion)};
+  const auto& status = answer.payload.status;
+  const bool active = status.mcpState == MCPState::active;
+  std::vector<Check> checks{
+      Check::passed("answer", active ? "the bridge is active"
+                                     : "the bridge is paused: resume it in Velmora to let agents type")};
+  checks.push_back(checkTerminal(status));
+  if (status.terminalState != TerminalState::unavailable ||
+      status.automationPermission == AutomationPermission::denied) {
+    checks.push_back(checkPermission(status));
+  }
+  return checks;
+}
+
+void append(std::vector<Check>& checks, std::vector<Check> more) {
+  checks.insert(checks.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+bool isOk(const Check& check) { return check.ok; }
+
+std::string withFullStop(std::string text) {
+  if (!text.empty() && text.back() != '.') text.push_back('.');
+  return text;
+}
+
+}  // namespace
+
+std::vector<Check> examine(const CommandContext& context) {
+  std::vector<Check> checks{checkHelper(context), checkTerminalProgram(context.askProgram),
+                            checkSocket(context.socketURL, ::geteuid())};
+  if (!checks.back().ok) return checks;
+  append(checks, checkApplication(context));
+  if (checks.back().ok) append(checks, checkAnswer(context));
+  return checks;
+}
+
+ExitStatus printDiagnosis(const CommandContext& context) {
+  const auto checks = examine(context);
+  for (const auto& check : checks) {
+    context.out << (check.ok ? "OK    " : "FAIL  ") << check.name << ": ";
+    if (check.ok) {
+      context.out << plainText(check.finding) << '\n';
+    } else {
+      context.out << withFullStop(plainText(check.finding)) << " Next: " << plainText(check.nextStep) << '\n';
+    }
+  }
+  return std::all_of(checks.begin(), checks.end(), isOk) ? ExitStatus::success : ExitStatus::failure;
+}
+
+}  // namespace velmora

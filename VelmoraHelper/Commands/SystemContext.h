@@ -1,0 +1,15 @@
+// The real surroundings of a command.
+#pragma once
+
+#include <string>
+
+#include "VelmoraHelper/Commands/CommandContext.h"
+
+namespace velmora {
+
+/// Standard streams, the application at its usual place, the system's programs, each within its deadline.
+/// `invokedAs` is this program's argument zero.
+CommandContext systemContext(std::string version, const std::string& invokedAs,
+                             const Environment& environment);
+
+}  // namespace velmora

@@ -1,0 +1,145 @@
+#include "VelmoraHelper/Mcp/JsonRpc.h"
+
+#include <boost/json/serialize.hpp>
+
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/Json/JsonReader.h"
+#include "VelmoraHelper/Mcp/JsonSourceText.h"
+#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+
+namespace velmora {
+
+namespace {
+
+std::optional<std::string> idOf(const boost::json::object& message, std::string_view text) {
+  const auto* id = message.if_contains("id");
+  if (id == nullptr) return std::nullopt;
+  if (!id->is_string() && !id->is_number()) {
+    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "The id must be a string or a number.");
+  }
+  return std::string(lastMemberText(text, "id"));
+}
+
+// The id of a message that cannot be parsed although its shape is clear: half a surrogate pair in a string,
+// which some clients write when they cut an emoji, or arguments that are nested too deeply. A client that is
+// not told which message was refused waits for its answer.
+std::optional<std::string> idOfUnparsable(std::string_view text) {
+  try {
+    const auto id = lastMemberText(text, "id");
+    const auto value = parseJson(id);
+    if (value.is_string() || value.is_number()) return std::string(id);
+  } catch (const JsonDecodeError&) {
+  } catch (const NoSuchText&) {
+  }
+  return std::nullopt;
+}
+
+boost::json::value parsed(std::string_view text) {
+  try {
+    return parseJson(text);
+  } catch (const JsonDecodeError&) {
+    throw JsonRpcFailure(JsonRpcErrorCode::parseError, "The message is not valid JSON.")
+        .withId(idOfUnparsable(text));
+  }
+}
+
+}  // namespace
+
+JsonRpcFailure JsonRpcFailure::withData(std::string data) && {
+  data_ = std::move(data);
+  return std::move(*this);
+}
+
+JsonRpcFailure JsonRpcFailure::withId(std::optional<std::string> id) && {
+  id_ = std::move(id);
+  return std::move(*this);
+}
+
+JsonRpcFailure unsupportedProtocolVersion(const std::string& requested) {
+  JSONArray supported;
+  for (const auto& revision : enumCases<ProtocolRevision>) {
+    if (isStateless(revision.value)) supported.emplace_back(std::string(revision.wireName));
+  }
+  return JsonRpcFailure(JsonRpcErrorCode::unsupportedProtocolVersion, "Unsupported protocol version")
+      .withData(encodeJson(JSONObject{{"supported", std::move(supported)}, {"requested", requested}}));
+}
+
+std::optional<JsonRpcRequest> parseJsonRpc(std::string_view text) {
+  auto document = parsed(text);
+  auto* message = document.if_object();
+  if (message == nullptr) {
+    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest,
+                         document.is_array() ? "Batches are not supported; send one message a line."
+                                             : "The message must be a JSON object.");
+  }
+  const auto* method = message->if_contains("method");
+  if (method == nullptr && (message->contains("result") || message->contains("error"))) return std::nullopt;
+
+  JsonRpcRequest request{.id = idOf(*message, text)};
+  const auto invalid = [&request](JsonRpcErrorCode code, const std::string& problem) {
+    return JsonRpcFailure(code, problem).withId(request.id);
+  };
+  const auto* version = message->if_contains("jsonrpc");
+  if (version == nullptr || *version != "2.0") {
+    throw invalid(JsonRpcErrorCode::invalidRequest, "jsonrpc must be \"2.0\".");
+  }
+  if (method == nullptr || !method->is_string()) {
+    throw invalid(JsonRpcErrorCode::invalidRequest, "method must be a string.");
+  }
+  request.method.assign(method->get_string().data(), method->get_string().size());
+  if (auto* params = message->if_contains("params"); params != nullptr && !params->is_null()) {
+    if (params->is_object()) {
+      request.params = std::move(params->get_object());
+    } else if (request.id) {  // nobody is told of a notification that is wrong
+      throw invalid(JsonRpcErrorCode::invalidParams, "params must be an object.");
+    }
+  }
+  return request;
+}
+
+std::optional<std::vector<std::string_view>> parseBatch(std::string_view text) {
+  const auto begin = text.find_first_not_of(" \t\r");
+  if (begin == std::string_view::npos || text[begin] != '[') return std::nullopt;
+  parsed(text);
+  auto messages = elementTexts(text);
+  if (messages.empty()) {
+    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A batch needs at least one message.");
+  }
+  return messages;
+}
+
+std::string jsonRpcIdKey(const boost::json::value& id) { return boost::json::serialize(id); }
+
+std::string jsonRpcIdKeyOf(std::string_view idText) { return jsonRpcIdKey(parseJson(idText)); }
+
+std::optional<std::string> stringMember(const boost::json::object& object, const char* name) {
+  const auto* value = object.if_contains(name);
+  if (value == nullptr || !value->is_string()) return std::nullopt;
+  return std::string(value->get_string().data(), value->get_string().size());
+}
+
+std::string jsonRpcResult(std::string_view id, std::string_view result) {
+  std::string message;
+  message.reserve(id.size() + result.size() + 40);
+  return message.append(R"({"jsonrpc":"2.0","id":)")
+      .append(id)
+      .append(R"(,"result":)")
+      .append(result)
+      .append("}");
+}
+
+std::string jsonRpcError(const std::optional<std::string>& id, const JsonRpcFailure& failure) {
+  std::string text(R"({"jsonrpc":"2.0",)");
+  if (id) text.append(R"("id":)").append(*id).append(",");
+  text.append(R"("error":{"code":)").append(std::to_string(static_cast<int>(failure.code())));
+  text.append(R"(,"message":)").append(encodeJson(failure.message()));
+  if (!failure.data().empty()) text.append(R"(,"data":)").append(failure.data());
+  return text.append("}}");
+}
+
+std::string jsonRpcNotification(std::string_view method, std::string_view params) {
+  std::string text(R"({"jsonrpc":"2.0","method":")");
+  return text.append(method).append(R"(","params":)").append(params).append("}");
+}
+
+}  // namespace velmora

@@ -1,0 +1,212 @@
+#include "VelmoraHelper/Mcp/McpServer.h"
+
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/Json/JsonReader.h"
+#include "VelmoraHelper/Tools/ToolResultJson.h"
+
+namespace velmora {
+
+namespace {
+
+constexpr std::chrono::seconds progressInterval{1};
+
+JsonRpcFailure invalidParams(const std::string& message) {
+  return JsonRpcFailure(JsonRpcErrorCode::invalidParams, message);
+}
+
+ToolName toolOf(const boost::json::object& params) {
+  const auto name = stringMember(params, "name");
+  if (!name) throw invalidParams("name must be a string.");
+  const auto tool = fromWireName<ToolName>(*name);
+  if (!tool) throw invalidParams("Unknown tool: " + *name);
+  return *tool;
+}
+
+JSONObject argumentsOf(const boost::json::object& params) {
+  JSONObject arguments;
+  const auto* value = params.if_contains("arguments");
+  if (value == nullptr || value->is_null()) return arguments;
+  if (!value->is_object()) throw invalidParams("arguments must be an object.");
+  JsonReader(*value, JsonPath{}, JsonFormat::wire).read(arguments);
+  return arguments;
+}
+
+// The list has one page, so nobody was ever given a cursor.
+void expectFirstPage(const boost::json::object& params) {
+  const auto* cursor = params.if_contains("cursor");
+  if (cursor != nullptr && !cursor->is_null()) throw invalidParams("Invalid cursor");
+}
+
+}  // namespace
+
+McpServer::McpServer(Options options, BridgeCalls& calls, UuidSource newId, Send send, HelperLog log)
+    : options_(std::move(options)),
+      answers_(options_.version),
+      calls_(calls),
+      newId_(std::move(newId)),
+      send_(std::move(send)),
+      log_(log) {}
+
+void McpServer::receive(std::string_view line, SteadyTime now) {
+  try {
+    const auto batch = session_ && hasBatches(session_->revision) ? parseBatch(line) : std::nullopt;
+    if (!batch) return receiveOne(line, {}, now);
+    const Reply reply{std::make_shared<BatchAnswer>(batch->size(), send_)};
+    for (const auto text : *batch) receiveOne(text, reply, now);
+  } catch (const JsonRpcFailure& failure) {
+    refuse({}, failure);
+  }
+}
+
+void McpServer::receiveTooLongLine() {
+  refuse({}, JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "The message is too long."));
+}
+
+void McpServer::receiveOne(std::string_view text, const Reply& reply, SteadyTime now) {
+  try {
+    const auto request = parseJsonRpc(text);
+    if (request && request->id) return serve(*request, reply, now);
+    if (request && request->method == "notifications/cancelled") cancelCall(request->params);
+    if (reply.batch) reply.batch->leaveOut();
+  } catch (const JsonRpcFailure& failure) {
+    refuse(reply, failure);
+  }
+}
+
+void McpServer::serve(const JsonRpcRequest& request, const Reply& reply, SteadyTime now) {
+  try {
+    log_.write("received " + encodeJson(request.method));
+    if (request.method == "initialize") {
+      if (reply.batch) {
+        throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "initialize must not be part of a batch.");
+      }
+      return answer(reply, jsonRpcResult(*request.id, initialize(request.params)));
+    }
+    const auto context = contextOf(request);
+    if (request.method == "tools/call") return startCall(request, context, reply, now);
+    answer(reply, jsonRpcResult(*request.id, resultOf(request, context)));
+  } catch (JsonRpcFailure& failure) {
+    refuse(reply, std::move(failure).withId(request.id));
+  } catch (const std::exception&) {  // a client must never wait for an answer that does not come
+    refuse(
+        reply,
+        JsonRpcFailure(JsonRpcErrorCode::internalError, "The helper failed to do this.").withId(request.id));
+  }
+}
+
+RequestContext McpServer::contextOf(const JsonRpcRequest& request) const {
+  if (auto stated = statedContext(request.params)) return std::move(*stated);
+  if (request.method == "server/discover") {
+    throw invalidParams("server/discover needs _meta with io.modelcontextprotocol/protocolVersion.");
+  }
+  if (session_) return *session_;
+  if (request.method == "ping") return {};
+  throw invalidParams(
+      "Begin with initialize, or say in _meta which revision the request speaks "
+      "(io.modelcontextprotocol/protocolVersion and io.modelcontextprotocol/clientCapabilities).");
+}
+
+std::string McpServer::resultOf(const JsonRpcRequest& request, const RequestContext& context) {
+  if (request.method == "tools/list") {
+    expectFirstPage(request.params);
+    return answers_.toolList(context.revision);
+  }
+  const bool stateless = isStateless(context.revision);
+  if (request.method == "server/discover" && stateless) return answers_.discover();
+  if (request.method == "ping" && !stateless) return "{}";
+  throw JsonRpcFailure(JsonRpcErrorCode::methodNotFound, "Unknown method: " + request.method);
+}
+
+std::string McpServer::initialize(const boost::json::object& params) {
+  const auto asked = stringMember(params, "protocolVersion");
+  if (!asked) throw invalidParams("protocolVersion must be a string.");
+  auto revision = fromWireName<ProtocolRevision>(*asked).value_or(latestWithHandshake);
+  if (isStateless(revision)) revision = latestWithHandshake;
+  session_ = {.revision = revision, .client = clientNameOf(params.if_contains("clientInfo"))};
+  return answers_.initialize(revision);
+}
+
+void McpServer::startCall(const JsonRpcRequest& request, const RequestContext& context, const Reply& reply,
+                          SteadyTime now) {
+  const auto tool = toolOf(request.params);
+  auto arguments = argumentsOf(request.params);
+  const auto key = jsonRpcIdKeyOf(*request.id);
+  if (running_.contains(key)) {
+    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A call with this id is still under way.");
+  }
+  LocalControlRequest call{.requestId = newId_(),
+                           .client = {.name = context.client.name,
+                                      .version = context.client.version,
+                                      .processId = options_.clientProcessId},
+                           .operation = tool,
+                           .arguments = std::move(arguments)};
+  const auto id = calls_.start(
+      std::move(call), [this, key](LocalControlResponse response) { endCall(key, std::move(response)); },
+      now);
+  running_.insert({key,
+                   {.call = id,
+                    .id = *request.id,
+                    .tool = tool,
+                    .revision = context.revision,
+                    .reply = reply,
+                    .started = now,
+                    .progressToken = progressTokenOf(request.params)}});
+}
+
+void McpServer::endCall(const std::string& key, LocalControlResponse response) {
+  const auto call = std::move(running_.extract(key).mapped());
+  log_.write(std::string(wireName(call.tool)) + (response.ok ? " succeeded" : " failed"));
+  auto result = "{" + toolResultMembers(std::move(response), call.revision, options_.largestInlinePicture);
+  if (isStateless(call.revision)) result += answers_.statelessMembers();
+  answer(call.reply, jsonRpcResult(call.id, result.append("}")));
+}
+
+void McpServer::cancelCall(const boost::json::object& params) {
+  const auto* id = params.if_contains("requestId");
+  if (id == nullptr) return;
+  const auto cancelled = running_.extract(jsonRpcIdKey(*id));
+  if (!cancelled) return;  // unknown, or answered meanwhile
+  calls_.cancel(cancelled.mapped().call);
+  if (const auto& batch = cancelled.mapped().reply.batch) batch->leaveOut();
+}
+
+void McpServer::answer(const Reply& reply, std::string message) {
+  if (reply.batch) {
+    reply.batch->add(message);
+  } else {
+    send_(std::move(message));
+  }
+}
+
+void McpServer::refuse(const Reply& reply, const JsonRpcFailure& failure) {
+  auto id = failure.id();
+  if (!id && session_ && !leavesOutUnknownIds(session_->revision)) id = "null";
+  answer(reply, jsonRpcError(id, failure));
+}
+
+SteadyTime McpServer::progressTime(const RunningCall& call) {
+  return call.started + (call.progress + 1) * progressInterval;
+}
+
+void McpServer::sendProgress(SteadyTime now) {
+  for (auto& [key, call] : running_) {
+    if (!call.progressToken || now < progressTime(call)) continue;
+    call.progress = std::chrono::duration_cast<std::chrono::seconds>(now - call.started).count();
+    send_(jsonRpcNotification(
+        "notifications/progress",
+        R"({"progressToken":)" + *call.progressToken + R"(,"progress":)" + std::to_string(call.progress) +
+            R"(,"message":"Waiting for Velmora to answer )" + std::string(wireName(call.tool)) + "\"}"));
+  }
+}
+
+std::optional<SteadyTime> McpServer::nextProgress() const {
+  std::optional<SteadyTime> next;
+  for (const auto& [key, call] : running_) {
+    if (!call.progressToken) continue;
+    const auto time = progressTime(call);
+    if (!next || time < *next) next = time;
+  }
+  return next;
+}
+
+}  // namespace velmora

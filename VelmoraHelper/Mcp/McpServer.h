@@ -1,0 +1,91 @@
+// The Model Context Protocol, server side: takes one message after another and sends what answers it.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "BridgeModels/Uuid.h"
+#include "VelmoraHelper/Bridge/BridgeCalls.h"
+#include "VelmoraHelper/HelperLog.h"
+#include "VelmoraHelper/Mcp/BatchAnswer.h"
+#include "VelmoraHelper/Mcp/JsonRpc.h"
+#include "VelmoraHelper/Mcp/RequestContext.h"
+#include "VelmoraHelper/Mcp/ServerAnswers.h"
+
+namespace velmora {
+
+/// Serves clients of both eras in one process: a request that states its revision in `_meta` is served by
+/// itself; all others belong to the session that `initialize` began. Everything but a tool call is answered
+/// at once; a tool call is answered when the application has, and meanwhile others are served. Not
+/// thread-safe.
+class McpServer {
+ public:
+  struct Options {
+    std::string version;                       ///< Of this program.
+    std::int32_t clientProcessId{};            ///< Of the process that launched it.
+    std::size_t largestInlinePicture = 60000;  ///< Bytes of a PNG file; larger ones are only linked.
+  };
+
+  /// Calls go through `calls`, which must outlive the server's last call; messages go to `send`.
+  McpServer(Options options, BridgeCalls& calls, UuidSource newId, Send send, HelperLog log = {});
+  McpServer(const McpServer&) = delete;
+  McpServer& operator=(const McpServer&) = delete;
+
+  /// Takes the message that `line` holds, without a line end. Never throws for the message's sake: every
+  /// request is answered, nonsense with an error.
+  void receive(std::string_view line, SteadyTime now);
+
+  /// A line came that was too long to be read.
+  void receiveTooLongLine();
+
+  /// Tells those clients that asked for it that their calls are still under way, once a second.
+  void sendProgress(SteadyTime now);
+  std::optional<SteadyTime> nextProgress() const;
+
+ private:
+  /// Where the answer to a message goes: to the client, or into the answer to its batch.
+  struct Reply {
+    std::shared_ptr<BatchAnswer> batch{};
+  };
+  struct RunningCall {
+    BridgeCalls::Id call;
+    std::string id;  // JSON text
+    ToolName tool;
+    ProtocolRevision revision;
+    Reply reply;
+    SteadyTime started;
+    std::optional<std::string> progressToken{};
+    std::int64_t progress = 0;  // the last that was told
+  };
+
+  void receiveOne(std::string_view text, const Reply& reply, SteadyTime now);
+  void serve(const JsonRpcRequest& request, const Reply& reply, SteadyTime now);
+  RequestContext contextOf(const JsonRpcRequest& request) const;
+  std::string resultOf(const JsonRpcRequest& request, const RequestContext& context);
+  std::string initialize(const boost::json::object& params);
+  void startCall(const JsonRpcRequest& request, const RequestContext& context, const Reply& reply,
+                 SteadyTime now);
+  void endCall(const std::string& key, LocalControlResponse response);
+  void cancelCall(const boost::json::object& params);
+  void answer(const Reply& reply, std::string message);
+  void refuse(const Reply& reply, const JsonRpcFailure& failure);
+  static SteadyTime progressTime(const RunningCall& call);
+
+  const Options options_;
+  ServerAnswers answers_;
+  BridgeCalls& calls_;
+  const UuidSource newId_;
+  const Send send_;
+  const HelperLog log_;
+  std::optional<RequestContext> session_{};       // begun with `initialize`
+  std::map<std::string, RunningCall> running_{};  // by the key of the request's id
+};
+
+}  // namespace velmora

@@ -1,0 +1,35 @@
+// The answers that never change while the program runs.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+
+namespace velmora {
+
+/// Results as JSON text, each made once, when it is first asked for; from then on answering is copying. Not
+/// thread-safe.
+class ServerAnswers {
+ public:
+  /// `version` is this program's.
+  explicit ServerAnswers(const std::string& version);
+
+  const std::string& discover();
+  const std::string& initialize(ProtocolRevision revision);  ///< Of one that has a handshake.
+  const std::string& toolList(ProtocolRevision revision);
+
+  /// What follows the members of every result of a stateless revision: the result's type and the server's
+  /// name, each with a comma before it.
+  const std::string& statelessMembers() const { return statelessMembers_; }
+
+ private:
+  std::string version_;
+  std::string statelessMembers_;
+  // Empty until they are made.
+  std::string discover_{};
+  std::array<std::string, enumCases<ProtocolRevision>.size()> initialize_{};
+  std::array<std::string, enumCases<ProtocolRevision>.size()> toolLists_{};
+};
+
+}  // namespace velmora

@@ -1,0 +1,81 @@
+// The JSON Schema of a tool's input, made from the same record description that the decoder walks, so that
+// what is advertised and what is accepted cannot drift apart. Texts and ranges, which a description does not
+// hold, come from a table of fields.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <type_traits>
+
+#include "BridgeModels/ToolInputs.h"
+#include "VelmoraHelper/Tools/JsonSchema.h"
+
+namespace velmora {
+
+/// What a schema says of a field beyond its type. A field means the same in every input that has it.
+struct FieldRule {
+  std::string_view field;
+  std::string_view description;
+  std::optional<IntegerRange> range{};
+  std::optional<std::int64_t> minimumLength{};
+};
+
+/// The rule of `field`. Throws std::logic_error for a field that has none.
+const FieldRule& fieldRule(std::string_view field);
+
+namespace detail {
+
+template <class Input, class Member>
+void writeField(JsonWriter& writer) {
+  using Field = FieldOf<Input, Member>;
+  const auto& rule = fieldRule(Member::name);
+  writer.key(Member::name);
+  writer.beginObject();
+  writeSchemaType<ValueOf<Field>>(writer);
+  if (rule.range) {
+    writeSchemaMember(writer, "minimum", rule.range->minimum);
+    writeSchemaMember(writer, "maximum", rule.range->maximum);
+  }
+  if (rule.minimumLength) writeSchemaMember(writer, "minLength", *rule.minimumLength);
+  if constexpr (takesDefault<Input>(Member::pointer)) {
+    writeSchemaMember(writer, "default", Input{}.*Member::pointer);
+  }
+  writeSchemaMember(writer, "description", rule.description);
+  writer.endObject();
+}
+
+template <class Input, class Member>
+constexpr bool isRequired() {
+  using Field = FieldOf<Input, Member>;
+  return !takesDefault<Input>(Member::pointer) && !isOptional<Field>;
+}
+
+template <class Input, template <class...> class List, class... Member>
+void writeFields(JsonWriter& writer, List<Member...>) {
+  if constexpr (sizeof...(Member) > 0) {
+    writer.key("properties");
+    writer.beginObject();
+    (writeField<Input, Member>(writer), ...);
+    writer.endObject();
+  }
+  if constexpr ((isRequired<Input, Member>() || ...)) {
+    writer.key("required");
+    writer.beginArray();
+    ((isRequired<Input, Member>() ? writer.string(Member::name) : void()), ...);
+    writer.endArray();
+  }
+}
+
+}  // namespace detail
+
+template <class Input>
+void writeInputSchema(JsonWriter& writer) {
+  writer.beginObject();
+  writeSchemaMember(writer, "type", "object");
+  detail::writeFields<Input>(writer, MembersOf<Input>{});
+  writeSchemaMember(writer, "additionalProperties", false);
+  writer.endObject();
+}
+
+}  // namespace velmora

@@ -1,0 +1,120 @@
+// What JSON Schema says of each kind of value that a record can hold. Schemas are written from the records'
+// descriptions, which the encoder and the decoder walk too, so that they cannot drift apart.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "BridgeModels/Json/JsonEncoding.h"
+
+namespace velmora {
+
+inline void writeSchemaMember(JsonWriter& writer, std::string_view name, std::string_view value) {
+  writer.key(name);
+  writer.string(value);
+}
+
+template <class Value>
+requires(!std::is_convertible_v<Value, std::string_view>) void writeSchemaMember(JsonWriter& writer,
+                                                                                 std::string_view name,
+                                                                                 const Value& value) {
+  writer.key(name);
+  writeJson(writer, value);
+}
+
+namespace detail {
+
+template <class T>
+struct OptionalValue {
+  using type = T;
+};
+template <class T>
+struct OptionalValue<std::optional<T>> {
+  using type = T;
+};
+
+template <class T>
+inline constexpr bool isVector = false;
+template <class T>
+inline constexpr bool isVector<std::vector<T>> = true;
+
+template <class Record, class Member>
+using FieldOf = std::remove_cvref_t<decltype(std::declval<Record>().*Member::pointer)>;
+
+}  // namespace detail
+
+/// The type of a field's value when it is there.
+template <class Field>
+using ValueOf = typename detail::OptionalValue<Field>::type;
+
+template <class Record>
+void writeRecordSchema(JsonWriter& writer);
+
+/// The keywords that say what a value is, inside an object that the caller has begun.
+template <class Value>
+void writeSchemaType(JsonWriter& writer) {
+  if constexpr (std::is_same_v<Value, bool>) {
+    writeSchemaMember(writer, "type", "boolean");
+  } else if constexpr (std::is_integral_v<Value>) {
+    writeSchemaMember(writer, "type", "integer");
+  } else if constexpr (std::is_enum_v<Value>) {
+    writeSchemaMember(writer, "type", "string");
+    writer.key("enum");
+    writer.beginArray();
+    for (const auto& entry : enumCases<Value>) writer.string(entry.wireName);
+    writer.endArray();
+  } else if constexpr (std::is_same_v<Value, Date>) {
+    writeSchemaMember(writer, "type", "string");
+    writeSchemaMember(writer, "format", "date-time");
+  } else if constexpr (std::is_same_v<Value, Uuid>) {
+    writeSchemaMember(writer, "type", "string");
+    writeSchemaMember(writer, "format", "uuid");
+    writeSchemaMember(writer, "pattern",
+                      "^[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}$");
+  } else if constexpr (detail::isVector<Value>) {
+    writeSchemaMember(writer, "type", "array");
+    writer.key("items");
+    writer.beginObject();
+    writeSchemaType<typename Value::value_type>(writer);
+    writer.endObject();
+  } else if constexpr (DescribedRecord<Value>) {
+    writeRecordSchema<Value>(writer);
+  } else {
+    static_assert(std::is_same_v<Value, std::string>, "a kind of value that no schema is known for");
+    writeSchemaMember(writer, "type", "string");
+  }
+}
+
+namespace detail {
+
+template <class Record, template <class...> class List, class... Member>
+void writeRecordMembers(JsonWriter& writer, List<Member...>) {
+  writer.key("properties");
+  writer.beginObject();
+  const auto writeProperty = [&writer]<class One>(One) {
+    writer.key(One::name);
+    writer.beginObject();
+    writeSchemaType<ValueOf<FieldOf<Record, One>>>(writer);
+    writer.endObject();
+  };
+  (writeProperty(Member{}), ...);
+  writer.endObject();
+  writer.key("required");
+  writer.beginArray();
+  ((isOptional<FieldOf<Record, Member>> ? void() : writer.string(Member::name)), ...);
+  writer.endArray();
+}
+
+}  // namespace detail
+
+/// The keywords of an object that holds a record as it is encoded. Further members are allowed, so that a
+/// newer application may say more.
+template <class Record>
+void writeRecordSchema(JsonWriter& writer) {
+  writeSchemaMember(writer, "type", "object");
+  detail::writeRecordMembers<Record>(writer, MembersOf<Record>{});
+}
+
+}  // namespace velmora

@@ -1,0 +1,145 @@
+#include "VelmoraHelper/Commands/Deadline.h"
+#include "VelmoraHelper/Commands/DoctorCommand.h"
+#include "tests/VelmoraHelper/Commands/CommandFixture.h"
+
+namespace velmora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class DoctorCommand : public testing::CommandFixture {
+ protected:
+  DoctorCommand() {
+    answer = [this](const auto& request) { return success(request, StatusPayload{status}); };
+  }
+  std::vector<std::string> names() {
+    std::vector<std::string> result;
+    for (const auto& check : examine(context())) result.push_back((check.ok ? "" : "! ") + check.name);
+    return result;
+  }
+  Check check(const std::string& name) {
+    for (auto& found : examine(context())) {
+      if (found.name == name) return found;
+    }
+    return {.name = "no check " + name};
+  }
+
+  BridgeStatus status{.terminalState = TerminalState::available,
+                      .automationPermission = AutomationPermission::granted,
+                      .windowCount = 3};
+};
+
+TEST_F(DoctorCommand, PrintsOneLineACheckWhenEverythingIsInOrder) {
+  EXPECT_EQ(printDiagnosis(context()), ExitStatus::success);
+  EXPECT_EQ(out.str(),
+            "OK    helper: velmora 1.2.3 at /opt/velmora/bin/velmora\n"
+            "OK    tmux: tmux 3.4 at /usr/bin/tmux\n"
+            "OK    socket: /nonexistent/app.velmora.Velmora/control-v1.sock, not there yet\n"
+            "OK    application: reachable\n"
+            "OK    same user: user " +
+                std::to_string(::geteuid()) +
+                "\n"
+                "OK    answer: the bridge is active\n"
+                "OK    terminal: windows: 3\n"
+                "OK    permission: granted\n");
+  EXPECT_EQ(err.str(), "");
+}
+
+TEST_F(DoctorCommand, SaysTheNextStepOnTheLineOfWhatIsWrongAndFails) {
+  connect = [] { throw UnixSocketError::system("connect", ECONNREFUSED); };
+  EXPECT_EQ(printDiagnosis(context()), ExitStatus::failure);
+  EXPECT_THAT(out.str(),
+              ::testing::EndsWith(
+                  "FAIL  application: not running. Next: Open Velmora (or start velmora-headless).\n"));
+}
+
+TEST_F(DoctorCommand, EveryFailureHasANextStep) {
+  program = "velmora";
+  programAnswer.end = ProgramAnswer::End::notFound;
+  connect = [] { throw UnixSocketError::peerRejected(); };
+  int failed = 0;
+  for (const auto& found : examine(context())) {
+    EXPECT_EQ(found.ok, found.nextStep.empty()) << found.name;
+    EXPECT_NE(found.finding, "") << found.name;
+    failed += found.ok ? 0 : 1;
+  }
+  EXPECT_EQ(failed, 3);
+}
+
+TEST_F(DoctorCommand, LeavesOutWhatAnEarlierFailureHides) {
+  connect = [] { throw UnixSocketError::system("connect", ENOENT); };
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "! application"));
+  EXPECT_TRUE(requests.empty());
+  socketURL = "/" + std::string(200, 'x') + "/control-v1.sock";
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "! socket"));
+}
+
+TEST_F(DoctorCommand, TellsAnotherUsersApplicationFromNone) {
+  connect = [] { throw UnixSocketError::peerRejected(); };
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "! same user"));
+}
+
+TEST_F(DoctorCommand, TellsAHangingApplicationFromAnAbsentOne) {
+  connect = [] { throw DeadlinePassed(std::chrono::seconds(5)); };
+  EXPECT_EQ(check("application").finding, "no answer within 5 seconds");
+  connect = [] {};
+  answer = [](const auto&) -> LocalControlResponse { throw DeadlinePassed(std::chrono::seconds(10)); };
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "same user", "! answer"));
+  EXPECT_EQ(check("answer").finding, "Velmora did not answer within 10 seconds.");
+}
+
+TEST_F(DoctorCommand, SaysThatTheChannelIsOfAnotherVersion) {
+  answer = [](const auto& request) {
+    return failure(request, ErrorCode::invalidArgument, unsupportedProtocolVersionMessage);
+  };
+  EXPECT_THAT(check("answer").finding, HasSubstr("of another version than this helper"));
+  EXPECT_THAT(check("answer").nextStep, HasSubstr("start the version that this helper belongs to"));
+}
+
+TEST_F(DoctorCommand, PassesOnWhatTheApplicationSaysOfItsTerminal) {
+  status.terminalState = TerminalState::unavailable;
+  status.automationPermission = AutomationPermission::unknown;
+  status.lastError =
+      StructuredError{.message = "tmux did not answer in time.", .recoverySuggestion = "Look."};
+  EXPECT_THAT(names(),
+              ElementsAre("helper", "tmux", "socket", "application", "same user", "answer", "! terminal"));
+  EXPECT_EQ(check("terminal").finding, "tmux did not answer in time.");
+  EXPECT_EQ(check("terminal").nextStep, "Look.");
+}
+
+TEST_F(DoctorCommand, FindsADeniedPermission) {
+  status.automationPermission = AutomationPermission::denied;
+  for (const auto state : {TerminalState::unavailable, TerminalState::available}) {
+    status.terminalState = state;
+    EXPECT_FALSE(check("permission").ok);
+    EXPECT_THAT(check("permission").nextStep, HasSubstr("System Settings"));
+  }
+}
+
+TEST_F(DoctorCommand, ATerminalThatIsNotOpenIsNoFault) {
+  status.automationPermission = AutomationPermission::unknown;
+  for (const auto state : {TerminalState::notRunning, TerminalState::noWindows}) {
+    status.terminalState = state;
+    EXPECT_TRUE(check("terminal").ok);
+    EXPECT_TRUE(check("permission").ok);
+  }
+}
+
+TEST_F(DoctorCommand, APausedBridgeIsNoFaultButIsSaid) {
+  status.mcpState = MCPState::paused;
+  EXPECT_TRUE(check("answer").ok);
+  EXPECT_THAT(check("answer").finding, HasSubstr("paused"));
+}
+
+TEST_F(DoctorCommand, FindsAHelperThatNoClientCanBeGiven) {
+  program = "";
+  EXPECT_FALSE(check("helper").ok);
+  program = "/opt/\xFF/velmora";
+  EXPECT_FALSE(check("helper").ok);
+  printDiagnosis(context());
+  EXPECT_THAT(out.str(), HasSubstr("its path is not UTF-8: /opt/\xEF\xBF\xBD/velmora. Next: "));
+}
+
+}  // namespace
+}  // namespace velmora
