@@ -1,0 +1,123 @@
+// The one observable object of the application: it builds the bridge, publishes what the screens show, and
+// carries out what the person asks for on them.
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QTimer>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "BridgeHost/BridgeHost.h"
+#include "VelmoraApp/AppModel/AppSection.h"
+#include "VelmoraApp/AppModel/CallGate.h"
+#include "VelmoraApp/AppModel/StartupPermissionPrompter.h"
+#include "VelmoraApp/AppModel/Worker.h"
+
+namespace velmora {
+
+struct AppModelOptions {
+  BridgeHostOptions bridge{};
+  StartupPermissionPrompter permissionPrompter = StartupPermissionPrompter::platform();
+  bool onboardingCompleted = false;
+  std::chrono::milliseconds pollInterval{1000};
+};
+
+/// Lives on the main thread and never blocks it. What may wait for the terminal runs on one worker, what
+/// waits for files on another, so that a hung terminal holds up neither the person's settings nor the
+/// records. Results arrive in the event loop; a signal tells of each change of a published value.
+///
+/// The local server serves from construction on, as soon as the settings are loaded.
+class AppModel : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Starts by itself when the onboarding is over; otherwise `start` does. Throws what BridgeHost throws.
+  explicit AppModel(AppModelOptions options);
+  ~AppModel() override;
+
+  // What the screens show.
+  const BridgeStatus& status() const { return status_; }
+  const std::vector<TerminalSession>& sessions() const { return sessions_; }
+  const std::vector<MCPRequestRecord>& records() const { return records_; }  ///< Oldest first.
+  const PrivacyRetentionSettings& settings() const { return settings_; }
+  const std::optional<AppSection>& selectedSection() const { return selectedSection_; }
+  const QStringList& problems() const { return problems_; }  ///< What did not work at the start; sentences.
+  bool isRefreshing() const { return refresh_.isUnderWay(); }
+
+  /// The start-up task: local state, permissions once a process, a refresh, then a poll every second.
+  void start();
+  /// Fetches status and records. A fetch that is still under way is not repeated.
+  void poll();
+
+  // What the person asks for. Failures arrive by the signals below.
+  void refreshAll();
+  void setPaused(bool paused);  ///< At once, also while the terminal hangs.
+  void setPermission(SessionPermission permission, const Uuid& sessionId);
+  void focus(const Uuid& sessionId);
+  void updateSettings(const PrivacyRetentionSettings& settings);
+  void saveSettingsFromUI(PrivacyRetentionSettings settings);  ///< Shows them before they are saved.
+  void clearHistory();
+  void selectSection(AppSection section);
+
+  /// For the end of the process: ends the server and, when the settings ask for it, deletes the history.
+  void prepareForTermination();
+
+  BridgeCoordinator& coordinator() { return host_.coordinator(); }
+  TerminalAutomating& automation() { return host_.terminal(); }
+  LocalControlServer* localServer() { return host_.localServer(); }
+  const std::filesystem::path& historyFileURL() { return coordinator().historyStore().fileURL(); }
+  const Clock& clock() const { return options_.bridge.now; }
+
+ Q_SIGNALS:
+  void statusChanged();
+  void sessionsChanged();
+  void recordsChanged();
+  void settingsChanged();
+  void selectedSectionChanged();
+  void problemsChanged();
+  void refreshingChanged();
+  void sessionActionFailed(const QString& problem);
+  void settingsNotSaved(const QString& problem);
+  void historyNotCleared(const QString& problem);
+
+ private:
+  void loadLocalState();
+  void requestStartupPermissions();
+  void beginPolling();
+  void fetchStatus();
+  void fetchRecords();
+  void fetchSettings();
+  void publish(BridgeStatus status);
+  void publish(std::vector<TerminalSession> sessions);
+  void publish(std::vector<MCPRequestRecord> records);
+  void publish(const PrivacyRetentionSettings& settings);
+  void addProblem(const QString& problem);
+
+  const AppModelOptions options_;
+  BridgeHost host_;
+  BridgeStatus status_;
+  std::vector<TerminalSession> sessions_;
+  std::vector<MCPRequestRecord> records_;
+  PrivacyRetentionSettings settings_;
+  std::optional<AppSection> selectedSection_;
+  QStringList problems_;
+
+  bool didRequestStartupPermissions_ = false;
+  bool terminating_ = false;
+  QTimer pollTimer_;
+  CallGate refresh_;
+  CallGate statusFetch_;
+  CallGate recordsFetch_;
+  std::optional<std::uint64_t> recordsRevision_;  // of the recorder, as last published
+  int savesUnderWay_ = 0;
+
+  // Last, so that no work is under way when anything above is destroyed.
+  Worker terminalWorker_;
+  Worker fileWorker_;
+};
+
+}  // namespace velmora

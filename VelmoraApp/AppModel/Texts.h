@@ -1,0 +1,39 @@
+// The bridge's texts as Qt takes them.
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "BridgeModels/WireNames.h"
+
+namespace velmora {
+
+inline QString text(std::string_view utf8) {
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// Empty when there is none.
+inline QString optionalText(const std::optional<std::string>& utf8) { return utf8 ? text(*utf8) : QString(); }
+
+template <class Enum>
+QString wireText(Enum value) {
+  return text(wireName(value));
+}
+
+/// The wire names of every case, in the declared order.
+template <class Enum>
+QStringList wireTexts() {
+  QStringList names;
+  for (const auto& entry : enumCases<Enum>) names.append(text(entry.wireName));
+  return names;
+}
+
+template <class Enum>
+std::optional<Enum> fromWireText(const QString& name) {
+  return fromWireName<Enum>(name.toStdString());
+}
+
+}  // namespace velmora

@@ -1,0 +1,35 @@
+// Carries calls off the main thread, one after the other, and their results back to it.
+#pragma once
+
+#include <QtCore/QMetaObject>
+#include <QtCore/QObject>
+#include <utility>
+
+#include "TerminalAutomation/SerialExecutor.h"
+
+namespace velmora {
+
+/// For the thread of the receivers. Destruction finishes the work under way and drops what waits.
+class Worker {
+ public:
+  /// Runs `work`, which must not throw, on the worker's thread, then `done` with its result on the thread of
+  /// `receiver`. The receiver must outlive the worker; once it is gone nothing arrives any more.
+  template <class Work, class Done>
+  void run(QObject* receiver, Work work, Done done) {
+    executor_.submit([receiver, work = std::move(work), done = std::move(done)]() mutable noexcept {
+      QMetaObject::invokeMethod(
+          receiver, [done = std::move(done), result = work()]() mutable { done(std::move(result)); },
+          Qt::QueuedConnection);
+    });
+  }
+
+  /// Waits until everything that was asked so far is done; the results arrive later.
+  void drain() {
+    executor_.submit([] {}).wait();
+  }
+
+ private:
+  SerialExecutor executor_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,97 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Velmora
+import Velmora.Style
+
+// The state of the bridge and of the terminal at a glance, and the switch that stops every change.
+ScrollPage {
+    id: dashboard
+
+    required property DashboardViewModel viewModel
+    required property RecentRequestsViewModel recentRequests
+    readonly property bool wide: width >= Theme.wideScreen
+
+    objectName: "dashboard"
+
+    ScreenHeader {
+        Layout.fillWidth: true
+        title: qsTr("Dashboard")
+
+        Button {
+            objectName: "refreshStatus"
+            text: qsTr("Refresh")
+            symbol: "arrow.clockwise"
+            enabled: !dashboard.viewModel.isLoading
+            onClicked: dashboard.viewModel.refresh()
+        }
+        Button {
+            objectName: "togglePause"
+            text: dashboard.viewModel.pauseButtonText
+            symbol: dashboard.viewModel.paused ? "play" : "pause"
+            highlighted: dashboard.viewModel.paused
+            onClicked: dashboard.viewModel.togglePause()
+        }
+    }
+    Repeater {
+        model: dashboard.viewModel.warnings
+
+        Banner {
+            required property string modelData
+
+            Layout.fillWidth: true
+            symbol: "exclamationmark.triangle"
+            text: modelData
+        }
+    }
+    StatusFigures {
+        Layout.fillWidth: true
+        columns: dashboard.wide ? 4 : 2
+        viewModel: dashboard.viewModel
+    }
+    Label {
+        Layout.topMargin: Theme.medium
+        text: dashboard.viewModel.terminalName
+        font: Theme.heading
+        color: Theme.textSecondary
+    }
+    TerminalCard {
+        Layout.fillWidth: true
+        viewModel: dashboard.viewModel
+    }
+    Label {
+        Layout.topMargin: Theme.medium
+        text: qsTr("Connected clients")
+        font: Theme.heading
+        color: Theme.textSecondary
+    }
+    ClientsCard {
+        Layout.fillWidth: true
+        clients: dashboard.viewModel.connectedClients
+    }
+    Label {
+        Layout.topMargin: Theme.medium
+        text: qsTr("Recent requests")
+        font: Theme.heading
+        color: Theme.textSecondary
+    }
+    Card {
+        Layout.fillWidth: true
+        Layout.preferredHeight: recent.visible ? recent.contentHeight : Theme.rowHeight
+
+        Label {
+            anchors.verticalCenter: parent.verticalCenter
+            x: Theme.large
+            visible: !recent.visible
+            text: qsTr("No requests yet")
+            color: Theme.textSecondary
+        }
+        RecentRequestsView {
+            id: recent
+            anchors.fill: parent
+            visible: count > 0
+            interactive: false
+            records: dashboard.recentRequests.records
+        }
+    }
+}

@@ -1,0 +1,63 @@
+// What the dashboard shows: the state of the bridge and of the terminal, and the pause switch.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+
+#include "VelmoraApp/AppModel/AppModel.h"
+
+namespace velmora {
+
+/// For the main thread. Texts are empty when there is nothing to say.
+class DashboardViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
+  Q_PROPERTY(bool paused READ paused NOTIFY statusChanged)
+  Q_PROPERTY(QString bridgeState READ bridgeState NOTIFY statusChanged)
+  Q_PROPERTY(QString pauseButtonText READ pauseButtonText NOTIFY statusChanged)
+  Q_PROPERTY(QString terminalName READ terminalName CONSTANT)
+  Q_PROPERTY(QString terminalState READ terminalState NOTIFY statusChanged)
+  Q_PROPERTY(QString automation READ automation NOTIFY statusChanged)
+  Q_PROPERTY(int windowCount READ windowCount NOTIFY statusChanged)
+  Q_PROPERTY(int sessionCount READ sessionCount NOTIFY statusChanged)
+  Q_PROPERTY(QString lastRequest READ lastRequest NOTIFY statusChanged)
+  Q_PROPERTY(QString recentError READ recentError NOTIFY statusChanged)
+  Q_PROPERTY(QString recentErrorSuggestion READ recentErrorSuggestion NOTIFY statusChanged)
+  Q_PROPERTY(QStringList connectedClients READ connectedClients NOTIFY statusChanged)
+  Q_PROPERTY(QStringList warnings READ warnings NOTIFY statusChanged)
+
+ public:
+  explicit DashboardViewModel(AppModel& model);
+
+  bool isLoading() const { return model_.isRefreshing(); }
+  const BridgeStatus& status() const { return model_.status(); }
+  bool paused() const { return status().mcpState == MCPState::paused; }
+  QString bridgeState() const;
+  QString pauseButtonText() const;
+  QString terminalName() const;
+  QString terminalState() const;
+  QString automation() const;
+  int windowCount() const;
+  int sessionCount() const;
+  QString lastRequest() const;
+  QString recentError() const;
+  QString recentErrorSuggestion() const;
+  QStringList connectedClients() const;
+  QStringList warnings() const;
+
+  Q_INVOKABLE void togglePause();
+  Q_INVOKABLE void refresh();
+
+ Q_SIGNALS:
+  void statusChanged();
+  void isLoadingChanged();
+
+ private:
+  AppModel& model_;
+};
+
+}  // namespace velmora

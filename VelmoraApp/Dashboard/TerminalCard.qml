@@ -1,0 +1,44 @@
+import QtQuick
+import Velmora
+import Velmora.Style
+
+// What is known of the terminal, and of the last thing asked of it.
+Card {
+    id: card
+
+    required property DashboardViewModel viewModel
+
+    implicitHeight: rows.implicitHeight
+
+    Column {
+        id: rows
+        width: parent.width
+
+        StatusRow {
+            objectName: "terminalState"
+            width: parent.width
+            symbol: "terminal"
+            label: qsTr("Status")
+            value: card.viewModel.terminalState
+            valueColor: card.viewModel.terminalState === "available" ? Theme.positive : Theme.caution
+        }
+        StatusRow {
+            objectName: "lastRequest"
+            width: parent.width
+            symbol: "clock"
+            label: qsTr("Last request")
+            value: card.viewModel.lastRequest || qsTr("None")
+            valueColor: card.viewModel.lastRequest ? Theme.text : Theme.textSecondary
+        }
+        StatusRow {
+            objectName: "recentError"
+            width: parent.width
+            symbol: "exclamationmark.triangle"
+            label: qsTr("Recent error")
+            value: card.viewModel.recentError || qsTr("None")
+            valueColor: card.viewModel.recentError ? Theme.danger : Theme.textSecondary
+            detail: card.viewModel.recentErrorSuggestion
+            last: true
+        }
+    }
+}

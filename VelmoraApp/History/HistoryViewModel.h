@@ -1,0 +1,80 @@
+// The request history: what is sought in it, what is found, and its clearing, which the person confirms.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+
+#include "BridgeCore/HistoryStore/HistoryQuery.h"
+#include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/RecentRequests/RecordListModel.h"
+
+namespace velmora {
+
+/// For the main thread. An empty tool or status stands for all of them, and so does one that does not exist.
+class HistoryViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(velmora::RecordListModel* records READ records CONSTANT)
+  Q_PROPERTY(int count READ count NOTIFY countChanged)
+  Q_PROPERTY(int totalCount READ totalCount NOTIFY countChanged)
+  Q_PROPERTY(QString query READ query WRITE setQuery NOTIFY filterChanged)
+  Q_PROPERTY(QString tool READ tool WRITE setTool NOTIFY filterChanged)
+  Q_PROPERTY(int toolIndex READ toolIndex WRITE setToolIndex NOTIFY filterChanged)
+  Q_PROPERTY(QStringList toolLabels READ toolLabels CONSTANT)
+  Q_PROPERTY(QString status READ status WRITE setStatus NOTIFY filterChanged)
+  Q_PROPERTY(int statusIndex READ statusIndex WRITE setStatusIndex NOTIFY filterChanged)
+  Q_PROPERTY(QStringList statusLabels READ statusLabels CONSTANT)
+  Q_PROPERTY(bool confirmsClear READ confirmsClear NOTIFY confirmsClearChanged)
+  Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+
+ public:
+  explicit HistoryViewModel(AppModel& model);
+
+  RecordListModel* records() { return &records_; }
+  int count() const { return records_.rowCount(); }
+  int totalCount() const { return static_cast<int>(model_.records().size()); }
+
+  QString query() const;
+  void setQuery(const QString& query);
+  QString tool() const;
+  void setTool(const QString& tool);
+  int toolIndex() const;  ///< Of `toolLabels`; 0 stands for all.
+  void setToolIndex(int index);
+  QStringList toolLabels() const;
+  QString status() const;
+  void setStatus(const QString& status);
+  int statusIndex() const;  ///< Of `statusLabels`; 0 stands for all.
+  void setStatusIndex(int index);
+  QStringList statusLabels() const;
+
+  bool confirmsClear() const { return confirmsClear_; }  ///< Whether the person is being asked.
+  QString problem() const { return problem_; }           ///< Why clearing failed; empty when it did not.
+
+  Q_INVOKABLE void requestClear();
+  Q_INVOKABLE void confirmClear();
+  Q_INVOKABLE void cancelClear();
+  Q_INVOKABLE void dismissProblem();
+
+ Q_SIGNALS:
+  void countChanged();
+  void filterChanged();
+  void confirmsClearChanged();
+  void problemChanged();
+
+ private:
+  void setFilter(HistoryFilter filter);
+  void setConfirmsClear(bool confirms);
+  void setProblem(const QString& problem);
+  void update();
+
+  AppModel& model_;
+  RecordListModel records_;
+  HistoryFilter filter_;
+  bool confirmsClear_ = false;
+  QString problem_;
+};
+
+}  // namespace velmora

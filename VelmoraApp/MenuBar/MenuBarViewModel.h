@@ -1,0 +1,36 @@
+// What the menu-bar extra says.
+#pragma once
+
+#include <QtCore/QObject>
+
+#include "VelmoraApp/AppModel/AppModel.h"
+
+namespace velmora {
+
+/// For the main thread.
+class MenuBarViewModel : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit MenuBarViewModel(AppModel& model);
+
+  QString symbol() const;  ///< The name of the icon.
+  QString stateText() const;
+  QString clientsText() const;
+  QString sessionsText() const;
+  QString errorText() const;  ///< Empty when there is no error.
+  QString pauseText() const;
+  QString terminalName() const;
+
+  void togglePause();
+
+ Q_SIGNALS:
+  void changed();
+
+ private:
+  bool paused() const { return model_.status().mcpState == MCPState::paused; }
+
+  AppModel& model_;
+};
+
+}  // namespace velmora

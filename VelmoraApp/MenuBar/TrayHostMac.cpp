@@ -1,0 +1,7 @@
+#include "VelmoraApp/MenuBar/TrayHost.h"
+
+namespace velmora {
+
+TrayHost::TrayHost() : isAvailable_(true) {}
+
+}  // namespace velmora

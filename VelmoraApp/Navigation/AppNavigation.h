@@ -1,0 +1,40 @@
+// The sidebar and the section that it selects.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+
+#include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/Navigation/SectionListModel.h"
+
+namespace velmora {
+
+/// Shows the dashboard until another section is selected. A section that has no view yet cannot be selected.
+class AppNavigation : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(velmora::SectionListModel* sections READ sections CONSTANT)
+  Q_PROPERTY(
+      QString selectedSection READ selectedSection WRITE setSelectedSection NOTIFY selectedSectionChanged)
+  Q_PROPERTY(int selectedIndex READ selectedIndex WRITE setSelectedIndex NOTIFY selectedSectionChanged)
+
+ public:
+  explicit AppNavigation(AppModel& model);
+
+  SectionListModel* sections() { return &sections_; }
+  QString selectedSection() const;
+  void setSelectedSection(const QString& name);
+  int selectedIndex() const;
+  void setSelectedIndex(int index);
+
+ Q_SIGNALS:
+  void selectedSectionChanged();
+
+ private:
+  AppModel& model_;
+  SectionListModel sections_;
+};
+
+}  // namespace velmora

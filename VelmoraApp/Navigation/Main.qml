@@ -1,0 +1,71 @@
+import QtQuick
+import QtQuick.Layouts
+import Velmora
+import Velmora.Style
+
+// The main window: the sections at the left, the selected one at the right.
+ApplicationWindow {
+    id: window
+
+    required property ViewModels viewModels
+    readonly property MainWindowViewModel mainWindow: viewModels.mainWindow
+
+    objectName: "mainWindow"
+    title: mainWindow.applicationName
+    onClosing: close => close.accepted = mainWindow.closeRequested()
+
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: window.mainWindow.quit()
+    }
+    Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: window.close()
+    }
+
+    RowLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Sidebar {
+            Layout.fillHeight: true
+            navigation: window.viewModels.navigation
+            onAboutRequested: about.open()
+            onQuitRequested: window.mainWindow.quit()
+        }
+        StackLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            currentIndex: window.viewModels.navigation.selectedIndex
+
+            DashboardView {
+                viewModel: window.viewModels.dashboard
+                recentRequests: window.viewModels.recentRequests
+            }
+            SessionsView {
+                viewModel: window.viewModels.sessions
+            }
+            HistoryView {
+                viewModel: window.viewModels.history
+            }
+        }
+    }
+
+    Dialog {
+        id: about
+        objectName: "aboutDialog"
+        title: qsTr("About Velmora")
+        text: qsTr("%1 %2").arg(window.mainWindow.applicationName).arg(window.mainWindow.applicationVersion)
+        confirmText: qsTr("OK")
+        cancelText: ""
+    }
+    Dialog {
+        objectName: "closeDialog"
+        visible: window.mainWindow.explainsClosing
+        title: qsTr("Close Velmora?")
+        text: window.mainWindow.closeExplanation
+        confirmText: qsTr("Quit Velmora")
+        onAccepted: window.mainWindow.confirmClosing()
+        onRejected: window.mainWindow.cancelClosing()
+    }
+}

@@ -1,0 +1,43 @@
+#include "VelmoraApp/Navigation/SectionListModel.h"
+
+#include "VelmoraApp/AppModel/Texts.h"
+
+namespace velmora {
+
+namespace {
+
+enum Role { sectionRole = Qt::UserRole, titleRole, symbolRole, availableRole };
+
+}  // namespace
+
+int SectionListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(appSections.size());
+}
+
+QVariant SectionListModel::data(const QModelIndex& index, int role) const {
+  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  const auto& traits = appSections[static_cast<std::size_t>(index.row())];
+  switch (role) {
+    case sectionRole:
+      return wireText(traits.section);
+    case titleRole:
+      return text(traits.title);
+    case symbolRole:
+      return text(traits.symbol);
+    case availableRole:
+      return isAvailable(traits.section);
+    default:
+      return {};
+  }
+}
+
+QHash<int, QByteArray> SectionListModel::roleNames() const {
+  return {
+      {sectionRole, "section"}, {titleRole, "title"}, {symbolRole, "symbol"}, {availableRole, "available"}};
+}
+
+bool SectionListModel::isAvailable(AppSection section) {
+  return section != AppSection::settings && section != AppSection::help;
+}
+
+}  // namespace velmora

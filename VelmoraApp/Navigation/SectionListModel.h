@@ -1,0 +1,27 @@
+// The rows of the sidebar.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QAbstractListModel>
+
+#include "VelmoraApp/AppModel/AppSection.h"
+
+namespace velmora {
+
+/// Never changes. Roles: section, title, symbol, available.
+class SectionListModel : public QAbstractListModel {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by AppNavigation")
+
+ public:
+  int rowCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QHash<int, QByteArray> roleNames() const override;
+
+  /// Whether the section has a view.
+  static bool isAvailable(AppSection section);
+};
+
+}  // namespace velmora

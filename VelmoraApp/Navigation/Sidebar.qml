@@ -1,0 +1,83 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Velmora
+import Velmora.Style
+
+// The sections, and at the foot what concerns the whole application.
+Rectangle {
+    id: sidebar
+
+    required property AppNavigation navigation
+
+    signal aboutRequested
+    signal quitRequested
+
+    implicitWidth: Theme.sidebarWidth
+    color: Theme.sidebar
+
+    ColumnLayout {
+        anchors.fill: parent
+        anchors.margins: Theme.small
+        spacing: Theme.hair
+
+        ListView {
+            id: list
+            objectName: "sidebar"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            Layout.topMargin: Theme.small
+            spacing: Theme.hair
+            interactive: false
+            activeFocusOnTab: true
+            keyNavigationEnabled: false
+            model: sidebar.navigation.sections
+            currentIndex: sidebar.navigation.selectedIndex
+            Keys.onUpPressed: sidebar.navigation.selectedIndex -= 1
+            Keys.onDownPressed: sidebar.navigation.selectedIndex += 1
+            Accessible.role: Accessible.PageTabList
+            Accessible.name: qsTr("Sections")
+
+            delegate: SidebarItem {
+                required property int index
+                required property string section
+                required property string title
+                required property bool available
+                required symbol
+
+                objectName: section + "Section"
+                width: list.width
+                text: title
+                note: available ? "" : qsTr("Soon")
+                enabled: available
+                highlighted: ListView.isCurrentItem
+                focusPolicy: Qt.NoFocus
+                focusShown: ListView.isCurrentItem && list.activeFocus
+                onClicked: sidebar.navigation.selectedIndex = index
+            }
+        }
+        SidebarItem {
+            objectName: "about"
+            Layout.fillWidth: true
+            quiet: true
+            text: qsTr("About Velmora")
+            Accessible.role: Accessible.Button
+            onClicked: sidebar.aboutRequested()
+        }
+        SidebarItem {
+            objectName: "quit"
+            Layout.fillWidth: true
+            quiet: true
+            text: qsTr("Quit Velmora")
+            Accessible.role: Accessible.Button
+            onClicked: sidebar.quitRequested()
+        }
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        width: Theme.hair
+        height: parent.height
+        color: Theme.hairline
+    }
+}

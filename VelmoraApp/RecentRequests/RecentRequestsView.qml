@@ -1,0 +1,54 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Velmora
+import Velmora.Style
+
+// Requests, newest first, for the history and the dashboard. Only the rows in sight exist.
+ListView {
+    id: list
+
+    required property RecordListModel records
+    // The one request that is shown whole.
+    property string unfoldedRequest
+
+    objectName: "requests"
+    model: records
+    clip: true
+    reuseItems: true
+    // Rows made ahead of time are made in the background, where a list that shrinks meanwhile trips over them.
+    cacheBuffer: 0
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: count > 0
+    currentIndex: -1
+    highlightMoveDuration: 0
+    ScrollBar.vertical: ScrollBar {
+    }
+    Accessible.role: Accessible.List
+    Accessible.name: qsTr("Requests")
+
+    function toggleFold(requestId: string) {
+        unfoldedRequest = unfoldedRequest === requestId ? "" : requestId;
+    }
+
+    onActiveFocusChanged: if (activeFocus && currentIndex < 0)
+        currentIndex = Math.max(0, indexAt(0, contentY + Theme.medium))
+    Keys.onReturnPressed: if (currentItem)
+        (currentItem as RequestRow).foldToggled()
+    Keys.onPressed: event => {
+        const page = Math.max(1, Math.floor(height / Theme.rowHeight / 2));
+        const steps = new Map([[Qt.Key_PageUp, -page], [Qt.Key_PageDown, page], [Qt.Key_Home, -count], [Qt.Key_End, count]]);
+        event.accepted = steps.has(event.key);
+        if (event.accepted)
+            currentIndex = Math.max(0, Math.min(count - 1, currentIndex + steps.get(event.key)));
+    }
+
+    delegate: RequestRow {
+        required property int index
+
+        width: list.width
+        first: index === 0
+        current: ListView.isCurrentItem && list.activeFocus
+        unfolded: list.unfoldedRequest === requestId
+        onFoldToggled: list.toggleFold(requestId)
+    }
+}

@@ -1,0 +1,28 @@
+import QtQuick
+import QtQuick.Layouts
+import Velmora.Style
+
+// The names of the columns over the sessions.
+RowLayout {
+    id: columns
+
+    property bool roomy: false
+
+    spacing: Theme.medium
+    height: Theme.headerHeight
+
+    Label {
+        Layout.fillWidth: true
+        Layout.leftMargin: Theme.large
+        text: qsTr("Session")
+        font: Theme.caption
+        color: Theme.textSecondary
+    }
+    Label {
+        Layout.preferredWidth: Theme.pickerWidth
+        Layout.rightMargin: Theme.large + Theme.medium + (columns.roomy ? Theme.showButtonWidth : Theme.controlHeight)
+        text: qsTr("Permission")
+        font: Theme.caption
+        color: Theme.textSecondary
+    }
+}

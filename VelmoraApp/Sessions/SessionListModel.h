@@ -1,0 +1,33 @@
+// The rows of the session list.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include "BridgeModels/TerminalSession.h"
+#include "VelmoraApp/AppModel/KeyedListModel.h"
+
+namespace velmora {
+
+/// For the main thread. Roles: sessionId, title, tty, busy, permission, permissionIndex, selected,
+/// bridgeCreated, position ("Window 1, tab 2"), lastRequest (a time, or empty).
+class SessionListModel : public KeyedListModel<TerminalSession, Uuid> {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by SessionsViewModel")
+
+ public:
+  explicit SessionListModel(Clock now) : now_(std::move(now)) {}
+
+  QVariant data(const QModelIndex& index, int role) const override;
+  QHash<int, QByteArray> roleNames() const override;
+
+  void showSessions(const std::vector<TerminalSession>& sessions);
+
+  /// Has the views read every row again: one may still show a choice that was refused.
+  void repeatAll();
+
+ private:
+  const Clock now_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Layouts
+import Velmora.Style
+
+// One session: what it is, whether it is busy, and what clients may do with it.
+Item {
+    id: row
+
+    required property string sessionId
+    required property string title
+    required property string tty
+    required property string position
+    required property bool busy
+    required property int permissionIndex
+
+    required property var permissions
+    property bool roomy: false
+
+    signal permissionPicked(int permissionIndex)
+    signal showRequested
+    // The keyboard came to one of the row's controls.
+    signal entered
+
+    objectName: "session" + sessionId
+    implicitHeight: Math.max(Theme.sessionHeight, content.implicitHeight + 2 * Theme.small)
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title
+
+    RowLayout {
+        id: content
+        anchors.fill: parent
+        anchors.leftMargin: Theme.large
+        anchors.rightMargin: Theme.large
+        spacing: Theme.medium
+
+        Icon {
+            symbol: "terminal"
+        }
+        ColumnLayout {
+            Layout.fillWidth: true
+            spacing: Theme.focusWidth
+
+            Label {
+                objectName: "sessionTitle"
+                Layout.fillWidth: true
+                text: row.title
+                elide: Text.ElideRight
+            }
+            Label {
+                objectName: "sessionTty"
+                Layout.fillWidth: true
+                text: row.position ? row.tty + "  ·  " + row.position : row.tty
+                font: Theme.caption
+                color: Theme.textSecondary
+                elide: Text.ElideRight
+            }
+        }
+        Icon {
+            objectName: "busy"
+            visible: row.busy
+            symbol: "hourglass"
+            color: Theme.caution
+            Accessible.ignored: false
+            Accessible.role: Accessible.StaticText
+            Accessible.name: qsTr("Busy")
+        }
+        ComboBox {
+            objectName: "permissionPicker"
+            Accessible.name: qsTr("Permission")
+            model: row.permissions
+            currentIndex: row.permissionIndex
+            onActivated: index => row.permissionPicked(index)
+            onActiveFocusChanged: if (activeFocus)
+                row.entered()
+        }
+        Button {
+            objectName: "showInTerminal"
+            text: qsTr("Show in Terminal")
+            symbol: "arrow.up.forward.app"
+            Layout.preferredWidth: row.roomy ? Theme.showButtonWidth : Theme.controlHeight
+            display: row.roomy ? Button.TextBesideIcon : Button.IconOnly
+            onClicked: row.showRequested()
+            onActiveFocusChanged: if (activeFocus)
+                row.entered()
+        }
+    }
+    Separator {
+        anchors.top: parent.top
+        x: Theme.large
+        width: parent.width - 2 * x
+    }
+}

@@ -1,0 +1,100 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Layouts
+import Velmora
+import Velmora.Style
+
+// The terminal's sessions, and what clients may do with each.
+ScreenPage {
+    id: sessions
+
+    required property SessionsViewModel viewModel
+    readonly property bool roomy: width >= Theme.wideScreen
+
+    objectName: "sessions"
+
+    ScreenHeader {
+        Layout.fillWidth: true
+        title: qsTr("Sessions")
+
+        CheckBox {
+            objectName: "includeBusy"
+            text: qsTr("Busy")
+            checked: sessions.viewModel.includeBusy
+            onToggled: sessions.viewModel.includeBusy = checked
+        }
+        CheckBox {
+            objectName: "includeReadOnly"
+            Layout.leftMargin: Theme.small
+            Layout.rightMargin: Theme.small
+            text: qsTr("Read-only")
+            checked: sessions.viewModel.includeReadOnly
+            onToggled: sessions.viewModel.includeReadOnly = checked
+        }
+        Button {
+            objectName: "refreshSessions"
+            text: qsTr("Refresh")
+            symbol: "arrow.clockwise"
+            enabled: !sessions.viewModel.isLoading
+            onClicked: sessions.viewModel.refresh()
+        }
+    }
+    Banner {
+        objectName: "sessionsProblem"
+        Layout.fillWidth: true
+        visible: text.length > 0
+        symbol: "exclamationmark.triangle"
+        text: sessions.viewModel.problem
+        dismissible: true
+        onDismissed: sessions.viewModel.dismissProblem()
+    }
+    ListCard {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        list: list
+        listTop: columns.height
+
+        SessionColumns {
+            id: columns
+            width: parent.width
+            visible: list.visible
+            roomy: sessions.roomy
+        }
+        ListView {
+            id: list
+            objectName: "sessionList"
+            anchors.fill: parent
+            anchors.topMargin: columns.height
+            anchors.bottomMargin: Theme.hair
+            visible: count > 0
+            clip: true
+            model: sessions.viewModel.sessions
+            currentIndex: -1
+            highlightMoveDuration: 0
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar {
+            }
+            Accessible.role: Accessible.List
+            Accessible.name: qsTr("Sessions")
+
+            delegate: SessionRow {
+                required property int index
+
+                width: list.width
+                roomy: sessions.roomy
+                permissions: sessions.viewModel.permissions
+                onPermissionPicked: row => sessions.viewModel.setPermission(sessionId, permissions[row])
+                onShowRequested: sessions.viewModel.focus(sessionId)
+                onEntered: list.currentIndex = index
+            }
+        }
+        EmptyState {
+            objectName: "noSessions"
+            anchors.centerIn: parent
+            visible: sessions.viewModel.count === 0
+            symbol: "terminal"
+            title: sessions.viewModel.emptyTitle
+            text: sessions.viewModel.emptyText
+        }
+    }
+}

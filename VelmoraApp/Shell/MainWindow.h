@@ -1,0 +1,37 @@
+// The window on the screen. Its engine is made when it is first shown: an application in the tray stays
+// small.
+#pragma once
+
+#include <QtCore/QByteArray>
+#include <QtQml/QQmlApplicationEngine>
+#include <memory>
+
+class QQuickWindow;
+
+namespace velmora {
+
+class ViewModels;
+
+/// For the main thread.
+class MainWindow {
+ public:
+  /// `viewModels` must outlive it.
+  explicit MainWindow(ViewModels& viewModels) : viewModels_(viewModels) {}
+  ~MainWindow();
+
+  /// Brings the window forward. `activationToken` is the desktop's leave to do so, where it gives one. Throws
+  /// std::runtime_error when the window cannot be made.
+  void show(const QByteArray& activationToken = {});
+
+  /// Nothing before the first `show`.
+  QQuickWindow* window() const { return window_; }
+
+ private:
+  void load();
+
+  ViewModels& viewModels_;
+  std::unique_ptr<QQmlApplicationEngine> engine_;
+  QQuickWindow* window_ = nullptr;  // the engine's
+};
+
+}  // namespace velmora

@@ -1,0 +1,42 @@
+#include "VelmoraApp/Shell/TerminationSignals.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <utility>
+
+#include "LocalControl/SocketPlatform.h"
+
+namespace velmora {
+
+namespace {
+
+// A handler reaches nothing but what stands still: the pipe's ends live as long as the process.
+std::pair<FileDescriptor, FileDescriptor>& signalPipe() {
+  static auto pipe = SocketPlatform::openPipe();
+  return pipe;
+}
+
+int writeEnd = -1;
+
+void handle(int) {
+  const char byte = 0;
+  [[maybe_unused]] const auto written = ::write(writeEnd, &byte, 1);
+}
+
+}  // namespace
+
+TerminationSignals::TerminationSignals() : notifier_(signalPipe().first.get(), QSocketNotifier::Read) {
+  writeEnd = signalPipe().second.get();
+  connect(&notifier_, &QSocketNotifier::activated, this, [this] {
+    char byte = 0;
+    if (::read(signalPipe().first.get(), &byte, 1) == 1) Q_EMIT received();
+  });
+  std::signal(SIGPIPE, SIG_IGN);
+  // Whoever started this may ignore it, and then the system would not keep a child's exit status.
+  std::signal(SIGCHLD, SIG_DFL);
+  std::signal(SIGINT, handle);
+  std::signal(SIGTERM, handle);
+}
+
+}  // namespace velmora

@@ -1,0 +1,47 @@
+#include "VelmoraApp/Shell/VelmoraApp.h"
+
+#include <QtCore/QCoreApplication>
+
+#include "BridgeHost/PlatformTerminal.h"
+
+namespace velmora {
+
+namespace {
+
+AppModelOptions optionsFor(const Environment& environment, const FirstRunController& firstRun) {
+  return {.bridge = {.environment = environment,
+                     .makeTerminal =
+                         [environment](const std::filesystem::path& temporaryDirectory) {
+                           return makePlatformTerminal(environment, temporaryDirectory);
+                         }},
+          .onboardingCompleted = !firstRun.needsOnboarding()};
+}
+
+}  // namespace
+
+VelmoraApp::VelmoraApp(const Environment& environment)
+    : defaults_(UserDefaults::standard(environment)),
+      firstRun_(defaults_),
+      model_(optionsFor(environment, firstRun_)),
+      viewModels_(model_),
+      window_(viewModels_),
+      menuBarViewModel_(model_) {
+  // The introduction has no screens yet. It stays due, and the application works meanwhile.
+  if (firstRun_.needsOnboarding()) model_.start();
+  connect(viewModels_.mainWindow(), &MainWindowViewModel::quitRequested, qApp, &QCoreApplication::quit,
+          Qt::QueuedConnection);
+  connect(qApp, &QCoreApplication::aboutToQuit, &model_, &AppModel::prepareForTermination);
+  connect(&trayHost_, &TrayHost::availabilityChanged, this, &VelmoraApp::updateMenuBar);
+  updateMenuBar();
+}
+
+void VelmoraApp::updateMenuBar() {
+  const bool shows =
+      trayHost_.isAvailable() && defaults_.boolean(userDefault::menuBarEnabled, /*absent=*/true);
+  viewModels_.mainWindow()->setHasTray(shows);
+  if (!shows || menuBar_) return;  // Qt itself follows a panel that starts again
+  menuBar_.emplace(menuBarViewModel_);
+  connect(&*menuBar_, &VelmoraMenuBar::openRequested, this, [this] { openWindow(); });
+}
+
+}  // namespace velmora

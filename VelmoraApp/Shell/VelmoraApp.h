@@ -1,0 +1,43 @@
+// The application: owns the model, the window and the menu-bar extra for the life of the process.
+#pragma once
+
+#include <QtCore/QObject>
+#include <optional>
+
+#include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/AppModel/FirstRunController.h"
+#include "VelmoraApp/MenuBar/TrayHost.h"
+#include "VelmoraApp/MenuBar/VelmoraMenuBar.h"
+#include "VelmoraApp/Shell/MainWindow.h"
+#include "VelmoraApp/Shell/ViewModels.h"
+
+namespace velmora {
+
+/// For the main thread, under a QApplication.
+class VelmoraApp : public QObject {
+  Q_OBJECT
+
+ public:
+  /// Builds and starts the bridge. Throws what AppModel throws.
+  explicit VelmoraApp(const Environment& environment);
+
+  /// Opens the window, or brings it forward.
+  void openWindow(const QByteArray& activationToken = {}) { window_.show(activationToken); }
+
+  /// Nothing before the window was opened.
+  QQuickWindow* window() const { return window_.window(); }
+
+ private:
+  void updateMenuBar();
+
+  UserDefaults defaults_;
+  FirstRunController firstRun_;
+  AppModel model_;
+  ViewModels viewModels_;
+  MainWindow window_;
+  MenuBarViewModel menuBarViewModel_;
+  TrayHost trayHost_;
+  std::optional<VelmoraMenuBar> menuBar_;
+};
+
+}  // namespace velmora

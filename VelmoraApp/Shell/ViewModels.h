@@ -1,0 +1,49 @@
+// All view models of the window, over one AppModel.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+
+#include "VelmoraApp/Dashboard/DashboardViewModel.h"
+#include "VelmoraApp/History/HistoryViewModel.h"
+#include "VelmoraApp/Navigation/AppNavigation.h"
+#include "VelmoraApp/RecentRequests/RecentRequestsViewModel.h"
+#include "VelmoraApp/Sessions/SessionsViewModel.h"
+#include "VelmoraApp/Shell/MainWindowViewModel.h"
+
+namespace velmora {
+
+/// The one thing that the window is handed. For the main thread; `model` must outlive it.
+class ViewModels : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by the application")
+  Q_PROPERTY(velmora::AppNavigation* navigation READ navigation CONSTANT)
+  Q_PROPERTY(velmora::MainWindowViewModel* mainWindow READ mainWindow CONSTANT)
+  Q_PROPERTY(velmora::DashboardViewModel* dashboard READ dashboard CONSTANT)
+  Q_PROPERTY(velmora::SessionsViewModel* sessions READ sessions CONSTANT)
+  Q_PROPERTY(velmora::HistoryViewModel* history READ history CONSTANT)
+  Q_PROPERTY(velmora::RecentRequestsViewModel* recentRequests READ recentRequests CONSTANT)
+
+ public:
+  explicit ViewModels(AppModel& model)
+      : navigation_(model), dashboard_(model), sessions_(model), history_(model), recentRequests_(model) {}
+
+  AppNavigation* navigation() { return &navigation_; }
+  MainWindowViewModel* mainWindow() { return &mainWindow_; }
+  DashboardViewModel* dashboard() { return &dashboard_; }
+  SessionsViewModel* sessions() { return &sessions_; }
+  HistoryViewModel* history() { return &history_; }
+  RecentRequestsViewModel* recentRequests() { return &recentRequests_; }
+
+ private:
+  AppNavigation navigation_;
+  MainWindowViewModel mainWindow_;
+  DashboardViewModel dashboard_;
+  SessionsViewModel sessions_;
+  HistoryViewModel history_;
+  RecentRequestsViewModel recentRequests_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,46 @@
+import QtQuick
+import QtQuick.Layouts
+
+// A warning that stays until its reason is gone.
+Rectangle {
+    id: banner
+
+    property alias symbol: icon.symbol
+    property alias text: label.text
+    property color meaning: Theme.caution
+    // Whether the person may put it away.
+    property bool dismissible: false
+
+    signal dismissed
+
+    implicitHeight: row.implicitHeight + 2 * Theme.medium
+    radius: Theme.cardRadius
+    color: Theme.tint(meaning)
+    Accessible.role: Accessible.AlertMessage
+    Accessible.name: label.text
+
+    RowLayout {
+        id: row
+        anchors.fill: parent
+        anchors.margins: Theme.medium
+        spacing: Theme.medium
+
+        Icon {
+            id: icon
+            color: banner.meaning
+        }
+        Label {
+            id: label
+            Layout.fillWidth: true
+            Layout.minimumWidth: Theme.pickerWidth
+            wrapMode: Text.Wrap
+            Accessible.ignored: true
+        }
+        Button {
+            objectName: "dismissBanner"
+            visible: banner.dismissible
+            text: qsTr("Dismiss")
+            onClicked: banner.dismissed()
+        }
+    }
+}

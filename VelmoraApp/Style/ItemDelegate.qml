@@ -1,0 +1,67 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+
+// A row that can be chosen: of a picker, or of the sidebar.
+T.ItemDelegate {
+    id: control
+
+    property string symbol
+    // A word at the far end.
+    property string note
+    // Of less weight than the others.
+    property bool quiet: false
+    property bool focusShown: visualFocus
+    readonly property bool current: highlighted || checked
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight + topPadding + bottomPadding)
+    horizontalPadding: Theme.small
+    verticalPadding: Theme.tight
+    spacing: Theme.small
+    font: Theme.body
+    Accessible.name: text
+    Accessible.description: note
+    Accessible.onPressAction: if (enabled)
+        clicked()
+
+    contentItem: RowLayout {
+        spacing: control.spacing
+        opacity: control.enabled ? 1 : Theme.disabledOpacity
+
+        Icon {
+            symbol: control.symbol
+            color: control.current ? Theme.accent : Theme.textSecondary
+        }
+        Label {
+            Layout.fillWidth: true
+            text: control.text
+            font: control.quiet ? Theme.caption : control.font
+            color: control.quiet ? Theme.textSecondary : Theme.text
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+        Label {
+            visible: text.length > 0
+            text: control.note
+            font: Theme.caption
+            color: Theme.textSecondary
+            Accessible.ignored: true
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: {
+            if (control.current)
+                return Theme.selection;
+            return control.hovered || control.down ? Theme.hover : "transparent";
+        }
+
+        FocusRing {
+            anchors.margins: 0
+            radius: parent.radius
+            shown: control.focusShown
+        }
+    }
+}

@@ -1,0 +1,14 @@
+import QtQuick
+
+// One entry of the sidebar.
+ItemDelegate {
+    horizontalPadding: Theme.medium
+    verticalPadding: quiet ? Theme.tight : Theme.small
+    spacing: Theme.medium
+    focusPolicy: Qt.StrongFocus
+    Accessible.role: Accessible.PageTab
+    Accessible.selectable: true
+    Accessible.selected: highlighted
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+}

@@ -1,0 +1,19 @@
+#include "VelmoraApp/Style/StyleSetup.h"
+
+#include <QtQml/QQmlEngine>
+#include <QtQml/QQmlExtensionPlugin>
+#include <QtQuickControls2/QQuickStyle>
+
+Q_IMPORT_QML_PLUGIN(Velmora_StylePlugin)
+
+namespace velmora {
+
+void setUpStyle() {
+  QQuickStyle::setStyle(QStringLiteral("Velmora.Style"));
+  QQuickStyle::setFallbackStyle(QStringLiteral("Fusion"));
+  chooseRenderer();
+}
+
+void addModules(QQmlEngine& engine) { engine.addImportPath(QStringLiteral("qrc:/qt/qml")); }
+
+}  // namespace velmora

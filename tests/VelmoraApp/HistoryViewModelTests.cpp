@@ -1,0 +1,165 @@
+#include <QtTest/QAbstractItemModelTester>
+
+#include "VelmoraApp/History/HistoryViewModel.h"
+#include "tests/VelmoraApp/AppFixture.h"
+#include "tests/VelmoraApp/ModelRows.h"
+
+namespace velmora {
+namespace {
+
+using testing::column;
+using testing::countOf;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::numberedUuid;
+using testing::spinUntil;
+using testing::texts;
+
+class HistoryViewModelTest : public testing::AppFixture {
+ protected:
+  void start() {
+    startApp();
+    history = std::make_unique<HistoryViewModel>(*app);
+    tester = std::make_unique<QAbstractItemModelTester>(
+        history->records(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+  }
+  ~HistoryViewModelTest() override {
+    tester.reset();
+    history.reset();
+  }
+
+  static MCPRequestRecord record(std::uint64_t number, ToolName tool, RequestStatus status,
+                                 const std::string& client) {
+    return {.requestId = numberedUuid(number),
+            .receivedAt = {static_cast<double>(number)},
+            .client = {client, {}},
+            .toolName = tool,
+            .status = status};
+  }
+  void replace(std::vector<MCPRequestRecord> records) {
+    app->coordinator().recorder().replace(std::move(records));
+    pollRecords();
+  }
+  void replaceWithThree() {
+    replace({record(1, ToolName::status, RequestStatus::readComplete, "first"),
+             record(2, ToolName::sendCommand, RequestStatus::delivered, "second"),
+             record(3, ToolName::sendCommand, RequestStatus::rejected, "third")});
+  }
+  std::vector<std::string> clients() { return column(*history->records(), "client"); }
+
+  std::unique_ptr<HistoryViewModel> history;
+  std::unique_ptr<QAbstractItemModelTester> tester;
+};
+
+TEST_F(HistoryViewModelTest, OffersEveryToolAndStatus) {
+  start();
+  EXPECT_THAT(
+      texts(history->toolLabels()),
+      ElementsAre("All tools", "terminal_status", "terminal_list_sessions", "terminal_get_active_session",
+                  "terminal_create_session", "terminal_send_command", "terminal_send_key",
+                  "terminal_read_output", "terminal_capture_screen", "terminal_focus_session"));
+  EXPECT_THAT(texts(history->statusLabels()),
+              ElementsAre("All statuses", "received", "processing", "delivered", "readComplete", "rejected",
+                          "failed", "cancelled"));
+}
+
+TEST_F(HistoryViewModelTest, ShowsEverythingNewestFirst) {
+  start();
+  replaceWithThree();
+  EXPECT_THAT(clients(), ElementsAre("third", "second", "first"));
+  EXPECT_EQ(history->count(), 3);
+  EXPECT_EQ(history->totalCount(), 3);
+}
+
+TEST_F(HistoryViewModelTest, FiltersByToolStatusAndSearchTogether) {
+  start();
+  replaceWithThree();
+  history->setTool("terminal_send_command");
+  EXPECT_THAT(clients(), ElementsAre("third", "second"));
+  EXPECT_EQ(history->toolIndex(), 5);
+  history->setStatus("rejected");
+  EXPECT_THAT(clients(), ElementsAre("third"));
+  EXPECT_EQ(history->statusIndex(), 5);
+  history->setQuery("SECOND");
+  EXPECT_THAT(clients(), IsEmpty());
+  EXPECT_EQ(history->totalCount(), 3);
+  history->setStatusIndex(0);
+  EXPECT_EQ(history->status(), "");
+  EXPECT_THAT(clients(), ElementsAre("second"));
+  history->setToolIndex(1);
+  EXPECT_EQ(history->tool(), "terminal_status");
+  history->setQuery("");
+  EXPECT_THAT(clients(), ElementsAre("first"));
+}
+
+TEST_F(HistoryViewModelTest, WhatIsNoToolOrStatusStandsForAll) {
+  start();
+  replaceWithThree();
+  history->setTool("terminal_status");
+  history->setTool("no such tool");
+  EXPECT_EQ(history->toolIndex(), 0);
+  history->setStatusIndex(99);
+  EXPECT_EQ(history->status(), "");
+  history->setToolIndex(-1);
+  EXPECT_THAT(clients(), ElementsAre("third", "second", "first"));
+}
+
+TEST_F(HistoryViewModelTest, AFilterHoldsForWhatArrivesLater) {
+  start();
+  history->setTool("terminal_send_command");
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  EXPECT_THAT(clients(), ElementsAre("a client 2.0"));
+}
+
+TEST_F(HistoryViewModelTest, TellsOfAFilterOnlyWhenItChanges) {
+  start();
+  const auto changes = countOf(*history, &HistoryViewModel::filterChanged);
+  history->setQuery("");
+  history->setTool("");
+  history->setStatusIndex(0);
+  EXPECT_EQ(*changes, 0);
+  history->setQuery("x");
+  EXPECT_EQ(*changes, 1);
+}
+
+TEST_F(HistoryViewModelTest, ClearsOnlyWhatThePersonConfirmed) {
+  start();
+  replaceWithThree();
+  const auto changes = countOf(*history, &HistoryViewModel::confirmsClearChanged);
+  history->confirmClear();  // nobody was asked
+  history->requestClear();
+  EXPECT_TRUE(history->confirmsClear());
+  history->cancelClear();
+  EXPECT_FALSE(history->confirmsClear());
+  pollRecords();
+  EXPECT_EQ(history->count(), 3);
+  history->requestClear();
+  history->confirmClear();
+  EXPECT_FALSE(history->confirmsClear());
+  EXPECT_EQ(*changes, 4);
+  EXPECT_TRUE(spinUntil([this] { return history->count() == 0; }));
+  EXPECT_EQ(history->problem(), "");
+}
+
+TEST_F(HistoryViewModelTest, AnEmptyHistoryStillAsksBeforeItClears) {
+  start();
+  replace({});
+  EXPECT_EQ(history->count(), 0);
+  history->requestClear();
+  EXPECT_TRUE(history->confirmsClear());
+}
+
+TEST_F(HistoryViewModelTest, SaysWhyTheFileCouldNotBeDeleted) {
+  start();
+  std::filesystem::create_directories(historyFile() / "a folder in its place");
+  history->requestClear();
+  history->confirmClear();
+  ASSERT_TRUE(spinUntil([this] { return !history->problem().isEmpty(); }));
+  EXPECT_TRUE(history->problem().startsWith("History could not be deleted."));
+  history->dismissProblem();
+  EXPECT_EQ(history->problem(), "");
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,59 @@
+"""The application's window as the accessibility bus shows it: controls are found by role and name."""
+
+import time
+
+import pyatspi
+
+PATIENCE = 20
+
+
+def eventually(question, claim):
+    """The first answer to `question` that is not false or nothing."""
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        try:
+            answer = question()
+            if answer:
+                return answer
+        except Exception:  # the tree changes while it is read; what is gone is asked for again
+            pass
+        time.sleep(0.05)
+    raise AssertionError(f"never true: {claim}")
+
+
+def find_all(node, role):
+    if node.getRoleName() == role and node.getState().contains(pyatspi.STATE_SHOWING):
+        yield node
+    for child in node:
+        if child is not None:
+            yield from find_all(child, role)
+
+
+class AccessibleWindow:
+    def __init__(self, name):
+        self.name = name
+        self.application = eventually(self._application, f"{name} is on the bus")
+
+    def _application(self):
+        desktop = pyatspi.Registry.getDesktop(0)
+        return next((each for each in desktop if each and each.name == self.name and len(each)), None)
+
+    def names(self, role):
+        return [node.name for node in find_all(self.application, role)]
+
+    def shows(self, role, name):
+        return name in self.names(role)
+
+    def see(self, role, name):
+        return eventually(
+            lambda: next((node for node in find_all(self.application, role) if node.name == name), None),
+            f"there is a {role} {name!r}",
+        )
+
+    def press(self, role, name):
+        self.act(role, name, "Press")
+
+    def act(self, role, name, action):
+        actions = self.see(role, name).queryAction()
+        names = [actions.getName(index) for index in range(actions.nActions)]
+        assert actions.doAction(names.index(action)), f"{action} on {role} {name!r} was refused"

@@ -1,0 +1,230 @@
+"""The whole application as a person has it: the real program in a real window, a real tmux server, and a client that
+calls through the helper meanwhile. Run it under a display and a session bus of its own:
+xvfb-run -a dbus-run-session -- /usr/bin/python3 app_test.py FOLDER_OF_THE_PROGRAMS"""
+
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import pyatspi
+from accessible_window import AccessibleWindow, eventually
+from helper_client import HelperClient
+from status_notifier_host import StatusNotifierHost
+
+programs = pathlib.Path(sys.argv[1])
+checks = 0
+
+
+def check(claim, holds):
+    global checks
+    assert holds, claim
+    checks += 1
+    print(f"ok {claim}", flush=True)
+
+
+class Desktop:
+    """A home, a tmux server and a window manager of the test's own; `end` takes all of it down."""
+
+    def __init__(self, home):
+        self.home = home
+        self.environment = {
+            name: os.environ[name]
+            for name in ("PATH", "DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS")
+            if name in os.environ
+        } | {
+            "HOME": home,
+            "XDG_RUNTIME_DIR": home,
+            "XDG_DATA_HOME": f"{home}/data",
+            "XDG_CONFIG_HOME": f"{home}/config",
+            "TMUX_TMPDIR": home,
+            "SHELL": "/bin/sh",
+            "LC_ALL": "C.UTF-8",
+            "QT_QPA_PLATFORM": "xcb",
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        self.children = [subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL)]
+        self.tmux("-f", "/dev/null", "new-session", "-d", "-x", "100", "-y", "30", "-s", "work")
+        self.tmux_server = int(self.tmux("display-message", "-p", "#{pid}"))
+
+    def tmux(self, *arguments):
+        command = ["tmux", *arguments]
+        return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout.strip()
+
+    def start(self):
+        app = subprocess.Popen([programs / "velmora-app"], env=self.environment)
+        self.children.append(app)
+        return app
+
+    def close_window(self):
+        """As the window manager's own key does."""
+        activate = ["xdotool", "search", "--onlyvisible", "--name", "^Velmora$", "windowactivate", "--sync"]
+        subprocess.run(activate, env=self.environment, check=True)
+        subprocess.run(["xdotool", "key", "alt+F4"], env=self.environment, check=True)
+
+    def window_is_visible(self):
+        search = ["xdotool", "search", "--onlyvisible", "--name", "^Velmora$"]
+        return subprocess.run(search, env=self.environment, capture_output=True, check=False).stdout != b""
+
+    def end(self):
+        os.kill(self.tmux_server, signal.SIGCONT)
+        self.tmux("kill-server")
+        for child in self.children:
+            if child.poll() is None:
+                child.kill()
+            child.wait()
+
+
+def calls_arrive_while_the_window_is_open(desktop, window, client):
+    session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
+    check("a client sends a command", client.code("terminal_send_command", sessionId=session, command="echo $((40+2))") == "ok")
+    check("it reaches the pane", eventually(lambda: "\n42" in desktop.tmux("capture-pane", "-p"), "42 in the pane"))
+    check(
+        "its record appears in the window",
+        eventually(lambda: any("terminal_send_command" in name for name in window.names("list item")), "a record"),
+    )
+    return session
+
+
+def pausing_holds_at_once(desktop, window, client, tray, session):
+    icon = tray.property("IconPixmap")
+    window.press("push button", "Pause MCP changes")
+    window.see("label", "Bridge: Paused")
+    sent = client.code("terminal_send_command", sessionId=session, command="echo never")
+    check("paused in the window, a command is refused", sent == "MCP_PAUSED")
+    check("reading goes on", client.code("terminal_read_output", sessionId=session) == "ok")
+    check("the tray says so", "MCP Paused" in tray.labels() and "Resume changes" in tray.labels())
+    check("and shows another symbol", tray.property("IconPixmap") != icon)
+    expected = "Last error: MCP change operations are paused."
+    check("the tray shows the last error", eventually(lambda: expected in tray.labels(), expected))
+    tray.click("Resume changes")
+    window.see("label", "Bridge: Active")
+    sent = client.code("terminal_send_command", sessionId=session, command="echo again")
+    check("resumed from the tray, a command is delivered", sent == "ok")
+    check("nothing was sent meanwhile", "never" not in desktop.tmux("capture-pane", "-p"))
+
+
+def permissions_hold(window, client, session):
+    window.press("list item", "Sessions")
+    window.press("combo box", "Permission")
+    window.press("list item", "blocked")
+    eventually(
+        lambda: client.code("terminal_send_command", sessionId=session, command="echo no") == "SESSION_NOT_ALLOWED",
+        "a blocked session refuses",
+    )
+    check("a blocked session refuses commands", True)
+    refused = client.code("terminal_read_output", sessionId=session)
+    check("and reading", refused == "SESSION_NOT_ALLOWED")
+    check("it stays listed", len(client.call("terminal_list_sessions")["data"]["sessions"]) == 1)
+    window.press("combo box", "Permission")
+    window.press("list item", "managed")
+    eventually(
+        lambda: client.code("terminal_send_command", sessionId=session, command="echo yes") == "ok",
+        "a managed session accepts",
+    )
+    check("a session that is managed again accepts", True)
+
+
+def a_hung_terminal_leaves_the_window_alone(desktop, window):
+    window.press("list item", "Dashboard")
+    os.kill(desktop.tmux_server, signal.SIGSTOP)
+    try:
+        window.press("push button", "Refresh")
+        started = time.monotonic()
+        window.press("push button", "Pause MCP changes")
+        window.see("label", "Bridge: Paused")
+        window.press("push button", "Resume MCP changes")
+        window.see("label", "Bridge: Active")
+        check("while tmux hangs the window answers within two seconds", time.monotonic() - started < 2)
+        window.see("label", "Status: unavailable")
+        check("and says that the terminal is unavailable", True)
+    finally:
+        os.kill(desktop.tmux_server, signal.SIGCONT)
+    window.see("label", "Status: available")
+
+
+def the_history_is_searched_and_cleared(window):
+    window.press("list item", "History")
+    window.press("push button", "Clear")
+    window.see("label", "Delete Velmora history?")
+    window.press("push button", "Delete History")
+    window.see("label", "No requests yet")
+    check("the history is cleared after a confirmation", True)
+
+
+def closing_hides_and_a_second_start_brings_back(desktop, app, window, client, tray):
+    desktop.close_window()
+    eventually(lambda: not desktop.window_is_visible(), "the window is hidden")
+    check("closed into the tray, the bridge goes on", client.code("terminal_status") == "ok" and app.poll() is None)
+    tray.click("Open Velmora")
+    check("the tray opens the window", eventually(desktop.window_is_visible, "the window is back"))
+    desktop.close_window()
+    eventually(lambda: not desktop.window_is_visible(), "the window is hidden")
+    second = desktop.start()
+    check("a second start ends at once", second.wait(10) == 0)
+    check("and brings the first one's window back", eventually(desktop.window_is_visible, "the window is back"))
+
+
+def with_a_tray(desktop):
+    tray = StatusNotifierHost()
+    app = desktop.start()
+    window = AccessibleWindow("Velmora")
+    eventually(tray.has_item, "the status item is there")
+    labels = ["MCP Active", "Clients: 0", "Managed sessions: 1", "Pause changes", "Open Velmora", "Open Permission Settings"]
+    check("the tray has its entries", eventually(lambda: tray.labels() == labels, labels))
+    check("no permission is needed here", tray.entries()[-1][2] == ["tmux needs no permission"])
+    client = HelperClient(programs / "velmora", desktop.environment)
+    session = calls_arrive_while_the_window_is_open(desktop, window, client)
+    pausing_holds_at_once(desktop, window, client, tray, session)
+    permissions_hold(window, client, session)
+    a_hung_terminal_leaves_the_window_alone(desktop, window)
+    the_history_is_searched_and_cleared(window)
+    closing_hides_and_a_second_start_brings_back(desktop, app, window, client, tray)
+    app.send_signal(signal.SIGTERM)
+    check("a termination ends it well", app.wait(10) == 0)
+    check("and its socket with it", not pathlib.Path(desktop.home, "app.velmora.Velmora/control-v1.sock").exists())
+    client.close()
+
+
+def without_a_tray(desktop):
+    settings = pathlib.Path(desktop.home, "data/Velmora/settings.json")
+    settings.parent.mkdir(parents=True, exist_ok=True)
+    settings.write_text(json.dumps({"schemaVersion": 1, "settings": {"persistentHistoryEnabled": True}}))
+    app = desktop.start()
+    window = AccessibleWindow("Velmora")
+    client = HelperClient(programs / "velmora", desktop.environment)
+    session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
+    client.call("terminal_send_command", sessionId=session, command="echo kept")
+    history = settings.with_name("history.json")
+    check("the history is kept on disk when asked for", eventually(history.exists, "history.json"))
+    eventually(desktop.window_is_visible, "the window is there")
+    desktop.close_window()
+    window.see("label", "Close Velmora?")
+    check("without a tray, closing says that it quits", app.poll() is None)
+    window.press("push button", "Cancel")
+    eventually(lambda: not window.shows("label", "Close Velmora?"), "the question is gone")
+    check("cancelled, it goes on", client.code("terminal_status") == "ok")
+    window.press("list item", "Quit Velmora")
+    check("quitting from the window ends it well", app.wait(10) == 0)
+    check("and deletes the history, as the settings say", not history.exists())
+    client.close()
+
+
+def main():
+    pyatspi.Registry.getDesktop(0)  # starts the accessibility bus, before the application looks for it
+    for scene in (without_a_tray, with_a_tray):
+        with tempfile.TemporaryDirectory(prefix="velmora-e2e-", ignore_cleanup_errors=True) as home:
+            desktop = Desktop(home)
+            try:
+                scene(desktop)
+            finally:
+                desktop.end()
+    print(f"{checks} passed, 0 failed")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,103 @@
+#include "tests/VelmoraApp/offline/OfflineBridge.h"
+
+#include "VelmoraApp/AppModel/Texts.h"
+#include "tests/VelmoraApp/offline/Scenario.h"
+#include "tests/support/FakeTime.h"
+
+namespace velmora::testing {
+namespace {
+
+const ClientIdentitySummary kClient{"Coding agent", "2.1.0"};
+
+StructuredError refusal(ErrorCode code, const std::string& message) {
+  return {.code = code, .message = message, .operation = "terminal", .recoverySuggestion = "Try again."};
+}
+
+AppModelOptions optionsFor(const Scenario& scenario, const TemporaryDirectory& home,
+                           FakeTerminal*& terminal) {
+  AppModelOptions options;
+  for (const auto* variable : {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_RUNTIME_DIR", "TMPDIR"}) {
+    options.bridge.environment[variable] = home.path().string();
+  }
+  options.bridge.makeTerminal = [&scenario, &terminal](const std::filesystem::path&) {
+    auto fake = std::make_unique<FakeTerminal>();
+    fake->name = "tmux";
+    fake->tabs = scenario.tabs;
+    const auto count = static_cast<std::int64_t>(scenario.tabs.size());
+    fake->runtimeStatus = {
+        .running = count > 0, .windowCount = count, .permission = AutomationPermission::granted};
+    if (scenario.denied) {
+      fake->failWith("status", refusal(ErrorCode::automationPermissionDenied,
+                                       "Permission to control Terminal.app was denied."));
+    }
+    terminal = fake.get();
+    return fake;
+  };
+  options.bridge.now = scenarioTime;
+  options.bridge.uuid = countingUuids();
+  options.permissionPrompter = {.requestAccessibility = [] { return true; },
+                                .requestScreenCapture = [] { return true; },
+                                .requestTerminalAutomation = [](TerminalAutomating&) {},
+                                .requestSystemEventsAutomation = [](TerminalAutomating&) {}};
+  options.pollInterval = std::chrono::milliseconds(20);
+  return options;
+}
+
+}  // namespace
+
+OfflineBridge::~OfflineBridge() = default;
+
+void OfflineBridge::setScenario(const QString& name) {
+  scenarioName_ = name;
+  auto data = scenario(name.toStdString());
+  model_ = std::make_unique<AppModel>(optionsFor(data, home_, terminal_));
+  auto& coordinator = model_->coordinator();
+  const auto listed = coordinator.listSessions(Uuid::random(), kClient, {});
+  for (std::size_t index = 0; index < data.permissions.size() && listed.ok; ++index) {
+    coordinator.setPermission(data.permissions[index], listed.data->sessions[index].sessionId);
+  }
+  auto settings = coordinator.settingsStore().current();
+  settings.maximumRecordCount = 10000;
+  coordinator.settingsStore().save(settings);
+  coordinator.recorder().replace(std::move(data.records));
+  coordinator.statusService().updateClients(data.clients);
+  coordinator.setPaused(data.paused);
+  viewModels_ = std::make_unique<ViewModels>(*model_);
+  connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
+    if (ready_ || model_->isRefreshing()) {
+      return;
+    }
+    ready_ = true;
+    Q_EMIT readyChanged();
+  });
+  model_->start();
+  Q_EMIT scenarioChanged();
+}
+
+QStringList OfflineBridge::terminalCalls() const {
+  QStringList calls;
+  for (const auto& call : terminal_->calls()) {
+    calls.append(text(call));
+  }
+  return calls;
+}
+
+QString OfflineBridge::firstSession() {
+  return text(model_->coordinator().registry().currentSessions().at(0).sessionId.toString());
+}
+
+void OfflineBridge::forgetRequests() { model_->coordinator().recorder().replace({}); }
+
+QString OfflineBridge::sendCommand(const QString& sessionId, const QString& command) {
+  const auto id = Uuid::parse(sessionId.toStdString());
+  const auto result = model_->coordinator().sendCommand(
+      Uuid::random(), kClient, {.sessionId = id.value_or(Uuid{}), .command = command.toStdString()});
+  return result.ok ? QString() : wireText(result.error->code);
+}
+
+void OfflineBridge::fail(const QString& operation) {
+  terminal_->failWith(operation.toStdString(),
+                      refusal(ErrorCode::appleScriptExecutionFailed, "The terminal refused."));
+}
+
+}  // namespace velmora::testing

@@ -1,0 +1,58 @@
+// The whole application below its window, over a terminal that is not there.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <memory>
+
+#include "VelmoraApp/Shell/ViewModels.h"
+#include "tests/support/FakeTerminal.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora::testing {
+
+/// The real model and bridge in a home of their own, with a fake terminal and a clock that stands still. For
+/// the main thread. Set `scenario` (see Scenario.h) once; `viewModels` is null before.
+class OfflineBridge : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  Q_PROPERTY(QString scenario READ scenarioName WRITE setScenario NOTIFY scenarioChanged REQUIRED)
+  Q_PROPERTY(bool ready READ ready NOTIFY readyChanged)
+  Q_PROPERTY(velmora::ViewModels* viewModels READ viewModels NOTIFY scenarioChanged)
+
+ public:
+  explicit OfflineBridge(QObject* parent = nullptr) : QObject(parent) {}
+  ~OfflineBridge() override;
+
+  QString scenarioName() const { return scenarioName_; }
+  void setScenario(const QString& name);
+  bool ready() const { return ready_; }  ///< Whether the first refresh is over.
+  ViewModels* viewModels() { return viewModels_.get(); }
+
+  /// What the terminal was asked, in order: "focus(/dev/pts/1, 1)".
+  Q_INVOKABLE QStringList terminalCalls() const;
+  /// The id of the first session.
+  Q_INVOKABLE QString firstSession();
+  /// Leaves no record of anything.
+  Q_INVOKABLE void forgetRequests();
+  /// As an MCP client would; "" when it was delivered, else the error's code.
+  Q_INVOKABLE QString sendCommand(const QString& sessionId, const QString& command);
+  /// From now on the terminal refuses this operation of TerminalAutomating.
+  Q_INVOKABLE void fail(const QString& operation);
+
+ Q_SIGNALS:
+  void scenarioChanged();
+  void readyChanged();
+
+ private:
+  TemporaryDirectory home_;
+  QString scenarioName_;
+  bool ready_ = false;
+  FakeTerminal* terminal_ = nullptr;  // the model's
+  std::unique_ptr<AppModel> model_;
+  std::unique_ptr<ViewModels> viewModels_;
+};
+
+}  // namespace velmora::testing

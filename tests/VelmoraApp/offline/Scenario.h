@@ -1,0 +1,31 @@
+// What the offline application shows: made up, always the same, and named by what it is good for.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "BridgeModels/ClientIdentity.h"
+#include "BridgeModels/MCPRequestRecord.h"
+#include "BridgeModels/PrivacyRetentionSettings.h"
+#include "tests/support/FakeTerminal.h"
+
+namespace velmora::testing {
+
+struct Scenario {
+  std::vector<TerminalTabSnapshot> tabs{};
+  std::vector<SessionPermission> permissions{};  ///< Of the tabs, in their order; the rest stay managed.
+  std::vector<MCPRequestRecord> records{};       ///< Oldest first. Their targets are the tabs, by number.
+  std::vector<ClientIdentity> clients{};
+  bool paused = false;
+  bool denied = false;  ///< The system refuses automation.
+};
+
+/// "full", "empty", "paused", "denied", "long" (titles and texts that fit nowhere), "many" (10,000 records
+/// and 500 sessions). Throws std::invalid_argument for any other name.
+Scenario scenario(const std::string& name);
+
+/// The time at which every scenario plays.
+Date scenarioTime();
+
+}  // namespace velmora::testing
