@@ -1,0 +1,60 @@
+"""What of packaging/macos can be checked anywhere: PackagingTests.py SOURCE_DIRECTORY"""
+
+import pathlib
+import plistlib
+import re
+import sys
+import unittest
+
+ROOT = pathlib.Path(sys.argv.pop(1))
+PACKAGING = ROOT / "packaging" / "macos"
+
+
+def plist(name, **values):
+    text = (PACKAGING / name).read_text(encoding="utf-8")
+    return plistlib.loads(re.sub(r"@(\w+)@", lambda match: values[match[1]], text).encode())
+
+
+class PackagingTests(unittest.TestCase):
+    def test_the_bundle_identifier_names_the_socket_directory_too(self):
+        identifier = plist("Info.plist.in", PROJECT_VERSION="1.2", VELMORA_SPARKLE_PLIST="")["CFBundleIdentifier"]
+        endpoint = (ROOT / "LocalControl" / "UnixSocketEndpoint.h").read_text(encoding="utf-8")
+        endpoint += (ROOT / "LocalControl" / "UnixSocketEndpoint.cpp").read_text(encoding="utf-8")
+        self.assertIn(f'"{identifier}"', endpoint)
+
+    def test_the_version_is_the_projects(self):
+        info = plist("Info.plist.in", PROJECT_VERSION="1.2.3", VELMORA_SPARKLE_PLIST="")
+        self.assertEqual((info["CFBundleShortVersionString"], info["CFBundleVersion"]), ("1.2.3", "1.2.3"))
+        self.assertEqual(plist("TerminalAutomation-Info.plist.in", PROJECT_VERSION="1.2")["CFBundleVersion"], "1.2")
+
+    def test_the_system_is_asked_for_consent_to_send_apple_events(self):
+        info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
+        self.assertIn("Terminal", info["NSAppleEventsUsageDescription"])
+        self.assertEqual(plist("Velmora.entitlements"), {"com.apple.security.automation.apple-events": True})
+
+    def test_the_oldest_system_is_the_one_that_is_compiled_for(self):
+        info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
+        script = (ROOT / "scripts" / "macos-check.sh").read_text(encoding="utf-8")
+        self.assertIn(f"\ntarget={info['LSMinimumSystemVersion']}\n", script)
+
+    def test_an_updater_adds_its_feed_and_its_key(self):
+        more = "\t<key>SUFeedURL</key>\n\t<string>feed</string>\n"
+        self.assertEqual(plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST=more)["SUFeedURL"], "feed")
+
+    def test_the_script_lies_where_the_application_looks(self):
+        bundle = (PACKAGING / "bundle.cmake").read_text(encoding="utf-8")
+        source = (ROOT / "TerminalAutomation" / "AppleScript" / "ScriptSource.cpp").read_text(encoding="utf-8")
+        name = "Velmora_TerminalAutomation.bundle"
+        self.assertIn(f"Contents/Resources/{name}", bundle)
+        self.assertIn(f'"{name}"', source)
+
+    def test_what_is_inside_is_signed_before_what_holds_it(self):
+        script = (PACKAGING / "sign.sh").read_text(encoding="utf-8")
+        signed = re.findall(r'^ *(?:while .*do )?sign "([^"]*)"', script, re.M)
+        self.assertEqual(signed[-2:], ["$app/Contents/Helpers/velmora", "$app"])
+        self.assertEqual(len([path for path in signed if "$sparkle" in path]), 4)
+        self.assertIsNone(re.search(r"codesign.* --deep", script))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,2 @@
+// Boost.JSON as one file.
+#include <boost/json/src.hpp>

@@ -1,0 +1,11 @@
+# Pango and Cairo: their headers as they are installed here. The pictures of panes are compiled, and linked into no
+# program for macOS.
+set(PkgConfig_FOUND TRUE)
+function(pkg_check_modules prefix)
+  execute_process(COMMAND pkg-config --cflags-only-I pangocairo OUTPUT_VARIABLE flags
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE "-I" "" folders "${flags}")
+  separate_arguments(folders)
+  add_library(PkgConfig::${prefix} INTERFACE IMPORTED GLOBAL)
+  target_include_directories(PkgConfig::${prefix} SYSTEM INTERFACE ${folders})
+endfunction()

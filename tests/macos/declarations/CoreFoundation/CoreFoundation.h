@@ -1,0 +1,17 @@
+// See Foundation/Foundation.h.
+#pragma once
+
+#ifdef __cplusplus
+#define VELMORA_EXTERN_C extern "C"
+#else
+#define VELMORA_EXTERN_C extern
+#endif
+
+typedef const struct __CFString* CFStringRef;
+typedef const struct __CFDictionary* CFDictionaryRef;
+
+#ifndef NS_ENUM
+#define NS_ENUM(type, name) \
+  enum name : type name;    \
+  enum name : type
+#endif
