@@ -26,18 +26,25 @@ inline std::int64_t entriesOf(pid_t process, const std::string& folder) {
   return std::distance(begin(entries), end(entries));
 }
 
-/// Processor time used so far, in clock ticks.
-inline std::int64_t ticksOf(pid_t process) {
+/// A field of /proc/PID/stat from the third on, by the numbers of the manual page.
+inline std::int64_t statField(pid_t process, int number) {
   std::ifstream file("/proc/" + std::to_string(process) + "/stat");
   std::string text;
   std::getline(file, text);
   std::istringstream fields(text.substr(text.rfind(')') + 2));
   std::string skipped;
-  for (int field = 3; field < 14; ++field) fields >> skipped;
-  std::int64_t user = 0;
-  std::int64_t system = 0;
-  fields >> user >> system;
-  return user + system;
+  for (int field = 3; field < number; ++field) fields >> skipped;
+  std::int64_t value = 0;
+  fields >> value;
+  return value;
+}
+
+/// Processor time used so far, in clock ticks.
+inline std::int64_t ticksOf(pid_t process) { return statField(process, 14) + statField(process, 15); }
+
+/// The same with that of the child processes that it has waited for.
+inline std::int64_t ticksWithChildrenOf(pid_t process) {
+  return ticksOf(process) + statField(process, 16) + statField(process, 17);
 }
 
 }  // namespace velmora

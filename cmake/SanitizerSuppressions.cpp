@@ -2,7 +2,8 @@
 // system are not instrumented, so what they do right looks wrong:
 // - the counter in libstdc++'s std::exception_ptr, for exceptions that go through a std::future;
 // - what ICU loads once and hands to every thread under a lock of its own;
-// - the thread on which Pango lets fontconfig load fonts, and what fontconfig keeps for the program's life.
+// - the thread on which Pango lets fontconfig load fonts, and what fontconfig keeps for the program's life;
+// - the textures of the last window, which Qt Quick leaves to the end of the program.
 extern "C" const char* __tsan_default_suppressions();
 extern "C" const char* __tsan_default_suppressions() {
   return "race:std::__exception_ptr::exception_ptr::_M_release\n"
@@ -13,4 +14,6 @@ extern "C" const char* __tsan_default_suppressions() {
 }
 
 extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig.so\n"; }
+extern "C" const char* __lsan_default_suppressions() {
+  return "leak:libfontconfig.so\nleak:libQt6Quick.so\n";
+}

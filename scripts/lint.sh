@@ -8,9 +8,14 @@ jobs=$(getconf _NPROCESSORS_ONLN)
 passed=0
 failed=0
 
-mapfile -t sources < <(git ls-files '*.h' '*.cpp')
-mapfile -t headers < <(git ls-files '*.h')
+mapfile -t sources < <(git ls-files '*.h' '*.cpp' '*.hh' '*.mm')
+# What stands in for Apple's headers is Objective-C, and compiled by scripts/macos-check.sh.
+mapfile -t headers < <(git ls-files '*.h' ':!tests/macos/declarations' ':!tests/macos/shim')
+mapfile -t screens < <(git ls-files '*.qml')
 mapfile -t product < <(git ls-files '*.cpp' | grep -vE '^(tests|benchmarks|fuzzers|cmake)/' | grep -v 'Mac\.cpp$')
+
+qt=/usr/lib/qt6/bin
+if ! [ -d "$qt" ]; then qt=$(qmake6 -query QT_INSTALL_BINS); fi
 
 # check NAME COMMAND...: fails when the command fails or prints anything.
 check() {
@@ -42,9 +47,10 @@ tidy() {
 # A file that may be larger than one idea takes gets a limit of its own here, with its reason; there is none so far.
 sizes() {
   local file lines limit
-  for file in "${sources[@]}"; do
+  for file in "${sources[@]}" "${screens[@]}"; do
     case $file in
       tests/*) limit=600 ;;
+      *.qml) limit=250 ;;
       *.h) limit=200 ;;
       *) limit=400 ;;
     esac
@@ -57,7 +63,7 @@ sizes() {
 # Every header compiles alone, with the flags of the file's own build.
 headersAlone() {
   local flags
-  flags=$(pkg-config --cflags pangocairo)
+  flags="$(pkg-config --cflags pangocairo Qt6DBus Qt6Network Qt6Quick Qt6QuickControls2 Qt6Widgets) -fPIC -DQT_NO_KEYWORDS"
   # shellcheck disable=SC2086 # the flags are separate words
   printf '%s\0' "${headers[@]}" | xargs -0 -P "$jobs" -I HEADER \
     g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags \
@@ -68,16 +74,20 @@ headersAlone() {
 includes() {
   local rule folder forbidden
   for rule in \
-    'BridgeModels:LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
+    'BridgeModels:MacPlatform|ClientSetup|LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
+    'MacPlatform:ClientSetup|LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
+    'ClientSetup:LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
     'TerminalAutomation:LocalControl|BridgeCore|BridgeHost|Velmora' \
     'BridgeCore:LocalControl|BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
     'LocalControl:BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
-    'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation|VelmoraHeadless'; do
+    'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation/(Tmux|AppleScript|Unavailable|Terminal|Serial)|VelmoraHeadless' \
+    'VelmoraApp/AppModel:VelmoraApp/[^A]' \
+    'VelmoraApp/Style:VelmoraApp/[^S]'; do
     folder=${rule%%:*}
     forbidden=${rule#*:}
     git grep -nE "#include \"($forbidden)" -- "$folder"
   done
-  git grep -nE '#include <(Q[A-Z]|q[a-z]+\.h)' -- BridgeModels LocalControl TerminalAutomation BridgeCore BridgeHost VelmoraHeadless VelmoraHelper
+  git grep -nE '#include <(Qt?[A-Z]|q[a-z]+\.h)' -- BridgeModels MacPlatform ClientSetup LocalControl TerminalAutomation BridgeCore BridgeHost VelmoraHeadless VelmoraHelper
   return 0
 }
 
@@ -90,28 +100,79 @@ tests() {
     count=$(git grep -hwF "$name" -- 'tests/*CMakeLists.txt' | wc -l)
     if [ "$count" != 1 ]; then echo "$file stands in $count lists of sources"; fi
   done < <(git ls-files 'tests/*Tests.cpp')
+  while read -r file; do
+    git grep -qF "$(basename "$file")" -- 'tests/*CMakeLists.txt' || echo "$file stands in no list of tests"
+  done < <(git ls-files 'tests/*_tests.py')
   git grep -nE 'DISABLED_|GTEST_SKIP|EXPECT_TRUE\(true\)' -- tests
   return 0
 }
 
 # Unit tests decide the time themselves. A test of the real clock, a real thread or a real program may wait.
 wallClock() {
-  git grep -nE 'sleep_for|usleep|[^a-zA-Z]sleep\(|system_clock' -- tests ':!tests/TerminalAutomation/Tmux' ':!tests/support'
+  git grep -nE 'sleep_for|usleep|[^a-zA-Z]sleep\(|system_clock' -- tests ':!tests/TerminalAutomation/Tmux' ':!tests/support' ':!tests/mcp' \
+    ':!tests/VelmoraApp/e2e'
   return 0
 }
 
 unfinished() {
-  git grep -nE '\b(TODO|FIXME|XXX)\b' -- ':!scripts/lint.sh'
+  git grep -InE '\b(TODO|FIXME|XXX)\b' -- ':!scripts/lint.sh'
   return 0
 }
 
+# qmlformat of Qt 6.4 drops what follows a pragma's name, and only writes.
+qmlFormat() {
+  local file
+  for file in "${screens[@]}"; do
+    "$qt/qmlformat" "$file" 2>/dev/null | sed 's/^pragma ComponentBehavior$/&: Bound/' |
+      cmp -s - "$file" || echo "$file is not as qmlformat writes it"
+  done
+}
+
+# A module is read where the build puts it together. The style's contentItems have ids: nobody replaces them.
+qmlLint() {
+  local file module names=()
+  for file in $(git ls-files 'VelmoraApp/*.qml'); do
+    module=build/dev/qml/Velmora
+    case $file in VelmoraApp/Style/*) module+=/Style ;; esac
+    cp "$file" "$module/"
+    names+=("$module/${file##*/}")
+  done
+  "$qt/qmllint" -I build/dev/qml --deferred-property-id disable "${names[@]}"
+}
+
+# Colours, fonts and sizes stand in Theme.qml. Half of something and twice a margin are no sizes.
+literals() {
+  local geometry='(^|[^a-zA-Z])([a-zA-Z]*([wW]idth|[hH]eight|[pP]adding|[mM]argins?|[sS]pacing|[rR]adius|[sS]ize|[oO]pacity|[dD]uration|delay)|x|y): '
+  git grep -nE '"#[0-9a-fA-F]{3,8}"|Qt\.(rgba|hsla|lighter|darker|font)\(|[cC]olor: "[a-z]+"|font\.[a-z]' -- 'VelmoraApp/*.qml' ':!*/Theme.qml' |
+    grep -v '"transparent"'
+  git grep -nE "$geometry" -- 'VelmoraApp/*.qml' ':!*/Theme.qml' | sed -E 's/\b2 \* |\/ 2\b//g' |
+    grep -E ':[0-9]+:.*(: |[^a-zA-Z0-9.])([2-9]|[0-9]{2,}|0\.[0-9]+)\b'
+  return 0
+}
+
+# A view model decides; what QML has to work out fits in ten lines.
+functions() {
+  # shellcheck disable=SC2016 # the fields are awk's
+  git ls-files -z 'VelmoraApp/*.qml' | xargs -0 awk '
+    FNR == 1 { start = 0 }
+    !start && /(function .*|=> )\{$/ { start = FNR; match($0, /^ */); indent = RLENGTH }
+    start && FNR > start && /^ *\}/ { match($0, /^ */)
+      if (RLENGTH == indent) {
+        if (FNR - start - 1 > 10) print FILENAME ":" start ": " FNR - start - 1 " lines in a function, 10 at most"
+        start = 0 } }'
+}
+
 check 'format (clang-format)' format
+check 'format of QML (qmlformat)' qmlFormat
+check 'QML (qmllint)' qmlLint
+check 'colours, fonts and sizes stand in the theme' literals
+check 'functions in QML are small' functions
 check 'sizes of files' sizes
 check 'includes point one way' includes
 check 'every test file runs' tests
 check 'no wall clock in unit tests' wallClock
 check 'nothing unfinished' unfinished
-check 'shell scripts (shellcheck)' shellcheck scripts/*.sh .ci/run
+check 'shell scripts (shellcheck)' shellcheck scripts/*.sh packaging/completions/*.bash .ci/run
 check 'every header compiles alone' headersAlone
 check 'clang-tidy' tidy
 

@@ -1,23 +1,25 @@
 #!/usr/bin/env bash
-# Sets up, builds and starts the bridge, and prints what an MCP client needs to reach it. Ends with Ctrl-C.
+# Sets up, builds and starts the bridge, and prints what an MCP client needs to reach it: the application where there is
+# a display, else the bridge without a window. Ends with Ctrl-C.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/setup.sh
-scripts/build.sh release VelmoraHeadless VelmoraHelper
+if [ "$(uname -s)" = Darwin ] || [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  target=VelmoraApp program=velmora-app
+else
+  target=VelmoraHeadless program=velmora-headless
+fi
+scripts/build.sh release "$target" VelmoraHelper
 
 helper=$PWD/build/release/bin/velmora
 cat <<END
 The helper that MCP clients launch:
   $helper
 
-For the configuration of an MCP client:
-  {
-    "mcpServers": {
-      "velmora": { "command": "$helper" }
-    }
-  }
+For the configuration of an MCP client ($helper config lists more forms):
+$("$helper" config cursor 2>/dev/null | sed 's/^/  /')
 
-The bridge listens at (Ctrl-C ends it):
+Starting $program (Ctrl-C ends it):
 END
-exec build/release/bin/velmora-headless
+exec "build/release/bin/$program"

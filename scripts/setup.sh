@@ -7,12 +7,17 @@ debian_packages=(
   g++ clang libclang-rt-14-dev cmake ninja-build pkg-config git ca-certificates
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
   libpango1.0-dev libcairo2-dev zlib1g-dev fontconfig fonts-dejavu-core
+  qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev libxkbcommon-dev
+  qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
+  qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-layouts
+  qml6-module-qttest qt6-wayland qt6-qpa-plugins libqt6svg6
   libgtest-dev libgmock-dev libbenchmark-dev
-  tmux procps python3 bash dash zsh fish less vim-tiny openssh-client sudo
+  xvfb xauth xdotool openbox x11-utils dbus at-spi2-core python3-pyatspi python3-dbus-next fonts-noto-cjk
+  tmux procps python3 python3-jsonschema bash dash zsh fish man-db less vim-tiny openssh-client sudo
   clang-format clang-tidy shellcheck
 )
 homebrew_packages=(
-  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo googletest google-benchmark tmux fish llvm shellcheck
+  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo qt googletest google-benchmark tmux fish llvm shellcheck
 )
 
 as_root() {
@@ -28,8 +33,8 @@ install_on_debian() {
   command -v node >/dev/null && command -v npm >/dev/null || missing+=(nodejs npm)
   if [ ${#missing[@]} = 0 ]; then return; fi
   echo "setup: installing ${missing[*]}" >&2
-  as_root apt-get update -qq
-  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+  as_root apt-get -o DPkg::Lock::Timeout=600 update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600 install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
 case "$(uname -s)" in

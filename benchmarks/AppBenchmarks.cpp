@@ -1,0 +1,120 @@
+// The application with its window, drawn in memory: its start, its size, what its poll costs when nothing
+// happens, and how fast the history is searched.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include "BridgeCore/HistoryStore/HistoryQuery.h"
+#include "VelmoraApp/RecentRequests/RecordListModel.h"
+#include "benchmarks/ProcessFigures.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/FakeTime.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace velmora {
+namespace {
+
+// The application over a tmux server of its own, with its first frame drawn.
+struct App {
+  App() {
+    tmux({"-f", "/dev/null", "new-session", "-d"});
+    started = std::chrono::steady_clock::now();
+    program = std::make_unique<testing::ChildProgram>(std::vector<std::string>{VELMORA_BIN "/AppThatTells"},
+                                                      environment);
+    if (!program->readLine()) throw std::runtime_error("the application drew nothing");
+    drawn = std::chrono::steady_clock::now();
+  }
+  ~App() {
+    program->signal(SIGTERM);
+    program->wait();
+    tmux({"kill-server"});
+  }
+
+  void tmux(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), "tmux");
+    testing::ChildProgram(std::move(arguments), environment).wait();
+  }
+
+  TemporaryDirectory directory;
+  Environment environment{{"HOME", directory.path().string()},
+                          {"PATH", "/usr/bin:/bin"},
+                          {"SHELL", "/bin/sh"},
+                          {"LC_ALL", "C.UTF-8"},
+                          {"QT_QPA_PLATFORM", "offscreen"},
+                          {"XDG_RUNTIME_DIR", directory.path().string()},
+                          {"TMUX_TMPDIR", directory.path().string()}};
+  std::chrono::steady_clock::time_point started;
+  std::chrono::steady_clock::time_point drawn;
+  std::unique_ptr<testing::ChildProgram> program;
+};
+
+void startToFirstFrame(benchmark::State& state) {
+  for (auto _ : state) {
+    const App app;
+    const std::chrono::duration<double> duration = app.drawn - app.started;
+    state.SetIterationTime(duration.count());
+    state.counters["rssMB"] = megabytesOf(app.program->process(), "VmRSS");
+  }
+}
+BENCHMARK(startToFirstFrame)
+    ->Name("app start to first frame")
+    ->UseManualTime()
+    ->Iterations(7)
+    ->Unit(benchmark::kMillisecond);
+
+void idle(benchmark::State& state) {
+  constexpr std::chrono::seconds settling{3};
+  constexpr std::chrono::seconds watched{20};
+  const App app;
+  std::this_thread::sleep_for(settling);
+  const auto process = app.program->process();
+  const auto before = ticksWithChildrenOf(process);
+  for (auto _ : state) std::this_thread::sleep_for(watched);
+  const double ticksPerSecond = static_cast<double>(ticksWithChildrenOf(process) - before) / watched.count();
+  state.counters["value"] = 100 * ticksPerSecond / static_cast<double>(::sysconf(_SC_CLK_TCK));
+  state.counters["budget"] = 1;
+  state.counters["rssMB"] = megabytesOf(process, "VmRSS");
+  state.counters["anonymousMB"] = megabytesOf(process, "RssAnon");
+}
+BENCHMARK(idle)->Name("app idle, percent of one core")->Iterations(1)->Unit(benchmark::kMillisecond);
+
+std::vector<MCPRequestRecord> records(std::uint64_t count) {
+  std::vector<MCPRequestRecord> result;
+  for (std::uint64_t number = 0; number < count; ++number) {
+    result.push_back({.requestId = testing::numberedUuid(number),
+                      .receivedAt = {static_cast<double>(number)},
+                      .client = {"an agent", "1.0"},
+                      .toolName = number % 2 == 0 ? ToolName::sendCommand : ToolName::readOutput,
+                      .sessionSnapshot = SessionReference{.sessionId = testing::numberedUuid(number % 7)},
+                      .commandSummary = "make -j2 target-" + std::to_string(number) + " # 빌드",
+                      .status = RequestStatus::delivered});
+  }
+  return result;
+}
+
+// One key press in the search field: the list goes from all records to those that match, and back.
+void search(benchmark::State& state) {
+  const auto all = records(static_cast<std::uint64_t>(state.range(0)));
+  const testing::FakeTime time;
+  RecordListModel rows(time.clock());
+  const auto show = [&](const std::string& query) {
+    rows.showRecords(HistoryQueryService::filter(all, {.query = query}), all.size());
+  };
+  show("");
+  const auto start = std::chrono::steady_clock::now();
+  for (auto _ : state) {
+    show("TARGET-7");
+    show("");
+  }
+  // Milliseconds a change of the list.
+  constexpr double changes = 2;
+  state.counters["value"] = 1000 *
+                            std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count() /
+                            changes / static_cast<double>(state.iterations());
+  if (state.range(0) == 1000) state.counters["budget"] = 16;
+}
+BENCHMARK(search)->Name("search the history")->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace velmora
