@@ -14,4 +14,10 @@ set(VELMORA_QML_FILES
   RecentRequests/RequestText.qml
   Sessions/SessionColumns.qml
   Sessions/SessionRow.qml
-  Sessions/SessionsView.qml)
+  Sessions/SessionsView.qml
+  Settings/SettingsCaption.qml
+  Settings/SettingsCodeBlock.qml
+  Settings/SettingsCopyButton.qml
+  Settings/SettingsNumberStepper.qml
+  Settings/SettingsPage.qml
+  Settings/SettingsSectionBlock.qml)

@@ -96,9 +96,10 @@ QtObject {
             "pixelSize": 12
         })
 
-    // Times, in milliseconds: for a control to change, and before a tool tip shows.
+    // Times, in milliseconds: for a control to change, before a tool tip shows, and for what says that it was done.
     property int quick: 120
     readonly property int patience: 600
+    readonly property int acknowledgement: 2000
 
     function face(size: int, weight: int): font {
         return Qt.font({

@@ -1,0 +1,25 @@
+// What connects an MCP client to this application: where the helper lies, and the texts that name it.
+#pragma once
+
+#include <string>
+
+namespace velmora {
+
+/// Any thread.
+struct MCPConnectionConfiguration {
+  /// The helper's absolute path, in UTF-8.
+  std::string helperPath;
+
+  /// That of the running application: in its bundle on macOS, beside it elsewhere. Needs the application's
+  /// object.
+  static MCPConnectionConfiguration ofRunningApplication();
+
+  /// {"mcpServers": {"terminal": {"command": helperPath}}}
+  std::string configuration() const;
+  /// {"mcp": {"servers": {"terminal": {"command": helperPath}}}}
+  std::string openClawConfiguration() const;
+  /// Two lines for a shell: one saves the server, one probes it.
+  std::string openClawCommands() const;
+};
+
+}  // namespace velmora

@@ -1,0 +1,11 @@
+import QtQuick
+import QtQuick.Layouts
+import Velmora.Style
+
+// Explains what stands above or below it.
+Label {
+    Layout.fillWidth: true
+    font: Theme.caption
+    color: Theme.textSecondary
+    wrapMode: Text.Wrap
+}

@@ -1,0 +1,40 @@
+import QtQuick
+import QtQuick.Layouts
+import Velmora.Style
+
+// A number within bounds, changed by steps.
+RowLayout {
+    id: row
+
+    required property string title
+    // The number as it reads, with its unit.
+    required property string valueText
+    required property int value
+    required property int from
+    required property int to
+    property int stepSize: 1
+
+    signal picked(int value)
+
+    spacing: Theme.small
+
+    Label {
+        Layout.fillWidth: true
+        text: row.title
+        wrapMode: Text.Wrap
+        Accessible.ignored: true
+    }
+    SpinBox {
+        id: spinBox
+        objectName: row.objectName + "Stepper"
+        Layout.minimumWidth: Theme.widePickerWidth
+        from: row.from
+        to: row.to
+        stepSize: row.stepSize
+        value: row.value
+        textFromValue: () => row.valueText
+        Accessible.name: row.title
+        Accessible.description: row.valueText
+        onValueModified: row.picked(value)
+    }
+}

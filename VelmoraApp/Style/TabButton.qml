@@ -1,0 +1,56 @@
+import QtQuick
+import QtQuick.Templates as T
+
+T.TabButton {
+    id: control
+
+    property string symbol
+
+    width: implicitWidth
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight + topPadding + bottomPadding)
+    horizontalPadding: Theme.medium
+    verticalPadding: Theme.tight
+    spacing: Theme.small
+    font: Theme.body
+    focusPolicy: Qt.StrongFocus
+
+    // The bus presses without a click.
+    function choose() {
+        if (enabled)
+            checked = true;
+    }
+
+    Accessible.name: text
+    Accessible.onPressAction: choose()
+    Keys.onReturnPressed: choose()
+    Keys.onEnterPressed: choose()
+
+    contentItem: Row {
+        spacing: control.spacing
+
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: control.symbol
+            color: control.checked ? Theme.accent : Theme.textSecondary
+        }
+        Text {
+            anchors.verticalCenter: parent.verticalCenter
+            text: control.text
+            textFormat: Text.PlainText
+            font: control.font
+            color: Theme.text
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: control.checked ? Theme.control : control.hovered ? Theme.hover : "transparent"
+        border.width: control.checked ? Theme.hair : 0
+        border.color: Theme.outline
+
+        FocusRing {
+            shown: control.visualFocus
+        }
+    }
+}
