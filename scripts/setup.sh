@@ -6,7 +6,7 @@ set -euo pipefail
 debian_packages=(
   g++ clang libclang-rt-14-dev cmake ninja-build pkg-config git ca-certificates
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
-  libpango1.0-dev libcairo2-dev zlib1g-dev fontconfig fonts-dejavu-core
+  libpango1.0-dev libcairo2-dev libglib2.0-dev zlib1g-dev fontconfig fonts-dejavu-core
   qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev libxkbcommon-dev
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
   qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-layouts
@@ -15,6 +15,7 @@ debian_packages=(
   xvfb xauth xdotool openbox x11-utils dbus at-spi2-core python3-pyatspi python3-dbus-next fonts-noto-cjk
   tmux procps python3 python3-jsonschema bash dash zsh fish man-db less vim-tiny openssh-client sudo
   clang-format clang-tidy shellcheck
+  desktop-file-utils appstream lintian
 )
 homebrew_packages=(
   cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo qt googletest google-benchmark tmux fish llvm shellcheck

@@ -17,11 +17,14 @@ AppModelOptions optionsFor(const Environment& environment, const FirstRunControl
           .onboardingCompleted = !firstRun.needsOnboarding()};
 }
 
+std::filesystem::path programFile() { return QCoreApplication::applicationFilePath().toStdString(); }
+
 }  // namespace
 
 VelmoraApp::VelmoraApp(const Environment& environment)
     : defaults_(UserDefaults::standard(environment)),
       firstRun_(defaults_),
+      launchAtLogin_(makeLoginItem(environment, programFile())),
       model_(optionsFor(environment, firstRun_)),
       viewModels_(model_),
       window_(viewModels_),

@@ -6,6 +6,7 @@
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
+#include "VelmoraApp/LaunchAtLogin/LaunchAtLoginController.h"
 #include "VelmoraApp/MenuBar/TrayHost.h"
 #include "VelmoraApp/MenuBar/VelmoraMenuBar.h"
 #include "VelmoraApp/Shell/MainWindow.h"
@@ -32,6 +33,7 @@ class VelmoraApp : public QObject {
 
   UserDefaults defaults_;
   FirstRunController firstRun_;
+  LaunchAtLoginController launchAtLogin_;
   AppModel model_;
   ViewModels viewModels_;
   MainWindow window_;

@@ -190,12 +190,24 @@ def with_a_tray(desktop):
     client.close()
 
 
+def move_the_login_item(desktop):
+    """Leaves an entry as an earlier copy of the program wrote it, with a key that the person added."""
+    entry = pathlib.Path(desktop.home, "config/autostart/app.velmora.Velmora.desktop")
+    entry.parent.mkdir(parents=True, exist_ok=True)
+    lines = ["[Desktop Entry]", "Type=Application", "Name=Velmora", "Exec=/gone/velmora-app", "X-Own=kept", ""]
+    entry.write_text("\n".join(lines))
+    return entry
+
+
 def without_a_tray(desktop):
+    entry = move_the_login_item(desktop)
     settings = pathlib.Path(desktop.home, "data/Velmora/settings.json")
     settings.parent.mkdir(parents=True, exist_ok=True)
     settings.write_text(json.dumps({"schemaVersion": 1, "settings": {"persistentHistoryEnabled": True}}))
     app = desktop.start()
     window = AccessibleWindow("Velmora")
+    check("the login item follows the program", f"Exec={programs / 'velmora-app'}\n" in entry.read_text())
+    check("and keeps what the person added", "X-Own=kept\n" in entry.read_text())
     client = HelperClient(programs / "velmora", desktop.environment)
     session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
     client.call("terminal_send_command", sessionId=session, command="echo kept")
