@@ -3,6 +3,7 @@
 #include <QtCore/QCoreApplication>
 
 #include "BridgeHost/PlatformTerminal.h"
+#include "VelmoraApp/Updates/UpdaterService.h"
 
 namespace velmora {
 
@@ -36,6 +37,7 @@ VelmoraApp::VelmoraApp(const Environment& environment)
   connect(qApp, &QCoreApplication::aboutToQuit, &model_, &AppModel::prepareForTermination);
   connect(&trayHost_, &TrayHost::availabilityChanged, this, &VelmoraApp::updateMenuBar);
   updateMenuBar();
+  if (updatesFromTheStart(defaults_)) UpdaterService::shared();
 }
 
 void VelmoraApp::updateMenuBar() {

@@ -1,0 +1,82 @@
+// One transaction of PackageKit, the service that stands before the package managers of Linux systems.
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QTimer>
+#include <QtCore/QVariant>
+#include <QtDBus/QDBusConnection>
+#include <QtDBus/QDBusMessage>
+#include <QtDBus/QDBusServiceWatcher>
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace velmora {
+
+/// PackageKit's names and numbers.
+namespace packageKit {
+inline constexpr const char* service = "org.freedesktop.PackageKit";
+inline constexpr const char* path = "/org/freedesktop/PackageKit";
+inline constexpr const char* interface = "org.freedesktop.PackageKit";
+inline constexpr qulonglong filterNone = 1U << 1;
+inline constexpr qulonglong filterInstalled = 1U << 2;
+inline constexpr uint roleRefreshCache = 13;
+}  // namespace packageKit
+
+struct PackageKitRequest {
+  QString method;
+  QVariantList arguments{};
+  bool interactive = false;  ///< Whether the system may ask the person for a password; else it refuses.
+};
+
+struct PackageKitOutcome {
+  struct Package {
+    QString name;
+    QString version;
+  };
+
+  /// What went wrong, as PackageKit or the bus says it; packages mean something only without it.
+  std::optional<QString> failure{};
+  bool hasNoService = false;  ///< The failure is that there is no PackageKit.
+  std::vector<Package> packages{};
+};
+
+/// For the main thread, which it never blocks. Destroys itself after it has handed over its outcome;
+/// destroyed earlier, it hands over nothing and has PackageKit stop.
+class PackageKitTransaction : public QObject {
+  Q_OBJECT
+
+ public:
+  using Finish = std::function<void(const PackageKitOutcome&)>;
+
+  /// Ends within `patience`, also when PackageKit dies or never answers.
+  PackageKitTransaction(const QDBusConnection& bus, PackageKitRequest request,
+                        std::chrono::milliseconds patience, Finish finish, QObject* parent);
+  ~PackageKitTransaction() override;
+
+ private:
+  Q_SLOT void takePackage(const QDBusMessage& signal);
+  Q_SLOT void takeError(const QDBusMessage& signal);
+  Q_SLOT void takeEnd(const QDBusMessage& signal);
+  Q_SLOT void takeDisappearance();
+
+  void begin(const QDBusMessage& answer);
+  void listen();
+  void send(const QString& method, const QVariantList& arguments);
+  void call(const QDBusMessage& message, const std::function<void(const QDBusMessage&)>& then);
+  void fail(const QString& failure);
+  void end();
+
+  QDBusConnection bus_;
+  const PackageKitRequest request_;
+  Finish finish_;
+  PackageKitOutcome outcome_;
+  QString owner_;  // the service's own name on the bus
+  QString path_;   // empty before PackageKit has made the transaction, and after its end
+  QTimer deadline_;
+  QDBusServiceWatcher ownerWatcher_;
+};
+
+}  // namespace velmora
