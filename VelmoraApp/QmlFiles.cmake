@@ -6,6 +6,7 @@ set(VELMORA_QML_FILES
   Dashboard/StatusFigures.qml
   Dashboard/StatusRow.qml
   Dashboard/TerminalCard.qml
+  History/ClearHistoryDialog.qml
   History/HistoryView.qml
   Navigation/Main.qml
   Navigation/Sidebar.qml
@@ -15,9 +16,14 @@ set(VELMORA_QML_FILES
   Sessions/SessionColumns.qml
   Sessions/SessionRow.qml
   Sessions/SessionsView.qml
+  Settings/GeneralSettingsView.qml
+  Settings/MCPConnectionSettingsView.qml
+  Settings/PermissionSettingsRowView.qml
+  Settings/PrivacySettingsView.qml
   Settings/SettingsCaption.qml
   Settings/SettingsCodeBlock.qml
   Settings/SettingsCopyButton.qml
   Settings/SettingsNumberStepper.qml
   Settings/SettingsPage.qml
-  Settings/SettingsSectionBlock.qml)
+  Settings/SettingsSectionBlock.qml
+  Settings/SettingsView.qml)

@@ -33,15 +33,23 @@ ScrollPage {
             onClicked: dashboard.viewModel.togglePause()
         }
     }
-    Repeater {
-        model: dashboard.viewModel.warnings
+    // No layout: Qt 6.4 lays out rows that a changed model has just destroyed.
+    Column {
+        id: warnings
+        Layout.fillWidth: true
+        visible: dashboard.viewModel.warnings.length > 0
+        spacing: Theme.small
 
-        Banner {
-            required property string modelData
+        Repeater {
+            model: dashboard.viewModel.warnings
 
-            Layout.fillWidth: true
-            symbol: "exclamationmark.triangle"
-            text: modelData
+            Banner {
+                required property string modelData
+
+                width: warnings.width
+                symbol: "exclamationmark.triangle"
+                text: modelData
+            }
         }
     }
     StatusFigures {

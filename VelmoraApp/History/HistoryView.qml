@@ -19,7 +19,7 @@ ScreenPage {
             objectName: "clearHistory"
             text: qsTr("Clear")
             symbol: "trash"
-            onClicked: history.viewModel.requestClear()
+            onClicked: history.viewModel.clearing.request()
         }
     }
     Banner {
@@ -27,9 +27,9 @@ ScreenPage {
         Layout.fillWidth: true
         visible: text.length > 0
         symbol: "exclamationmark.triangle"
-        text: history.viewModel.problem
+        text: history.viewModel.clearing.problem
         dismissible: true
-        onDismissed: history.viewModel.dismissProblem()
+        onDismissed: history.viewModel.clearing.dismissProblem()
     }
     RowLayout {
         spacing: Theme.small
@@ -80,14 +80,7 @@ ScreenPage {
         }
     }
 
-    Dialog {
-        objectName: "clearDialog"
-        visible: history.viewModel.confirmsClear
-        title: qsTr("Delete Velmora history?")
-        text: qsTr("This does not change Terminal scrollback or shell history.")
-        confirmText: qsTr("Delete History")
-        destructive: true
-        onAccepted: history.viewModel.confirmClear()
-        onRejected: history.viewModel.cancelClear()
+    ClearHistoryDialog {
+        clearing: history.viewModel.clearing
     }
 }

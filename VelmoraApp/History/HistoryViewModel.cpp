@@ -26,10 +26,10 @@ QString labelled(int index) {
 
 }  // namespace
 
-HistoryViewModel::HistoryViewModel(AppModel& model) : model_(model), records_(model.clock()) {
+HistoryViewModel::HistoryViewModel(AppModel& model)
+    : model_(model), records_(model.clock()), clearing_(model) {
   connect(&model_, &AppModel::recordsChanged, this, &HistoryViewModel::update);
   connect(&model_, &AppModel::sessionsChanged, this, [this] { records_.nameTargets(model_.sessions()); });
-  connect(&model_, &AppModel::historyNotCleared, this, &HistoryViewModel::setProblem);
   records_.nameTargets(model_.sessions());
   update();
 }
@@ -73,36 +73,11 @@ void HistoryViewModel::setStatusIndex(int index) { setStatus(labelled<RequestSta
 
 QStringList HistoryViewModel::statusLabels() const { return labels<RequestStatus>("All statuses"); }
 
-void HistoryViewModel::requestClear() { setConfirmsClear(true); }
-
-void HistoryViewModel::confirmClear() {
-  if (!confirmsClear_) return;
-  setConfirmsClear(false);
-  dismissProblem();
-  model_.clearHistory();
-}
-
-void HistoryViewModel::cancelClear() { setConfirmsClear(false); }
-
-void HistoryViewModel::dismissProblem() { setProblem({}); }
-
 void HistoryViewModel::setFilter(HistoryFilter filter) {
   if (filter == filter_) return;
   filter_ = std::move(filter);
   Q_EMIT filterChanged();
   update();
-}
-
-void HistoryViewModel::setConfirmsClear(bool confirms) {
-  if (confirms == confirmsClear_) return;
-  confirmsClear_ = confirms;
-  Q_EMIT confirmsClearChanged();
-}
-
-void HistoryViewModel::setProblem(const QString& problem) {
-  if (problem == problem_) return;
-  problem_ = problem;
-  Q_EMIT problemChanged();
 }
 
 void HistoryViewModel::update() {

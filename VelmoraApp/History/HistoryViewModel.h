@@ -1,4 +1,4 @@
-// The request history: what is sought in it, what is found, and its clearing, which the person confirms.
+// The request history: what is sought in it, what is found, and its clearing.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -8,6 +8,7 @@
 
 #include "BridgeCore/HistoryStore/HistoryQuery.h"
 #include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/History/HistoryClearing.h"
 #include "VelmoraApp/RecentRequests/RecordListModel.h"
 
 namespace velmora {
@@ -27,8 +28,7 @@ class HistoryViewModel : public QObject {
   Q_PROPERTY(QString status READ status WRITE setStatus NOTIFY filterChanged)
   Q_PROPERTY(int statusIndex READ statusIndex WRITE setStatusIndex NOTIFY filterChanged)
   Q_PROPERTY(QStringList statusLabels READ statusLabels CONSTANT)
-  Q_PROPERTY(bool confirmsClear READ confirmsClear NOTIFY confirmsClearChanged)
-  Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+  Q_PROPERTY(velmora::HistoryClearing* clearing READ clearing CONSTANT)
 
  public:
   explicit HistoryViewModel(AppModel& model);
@@ -50,31 +50,20 @@ class HistoryViewModel : public QObject {
   void setStatusIndex(int index);
   QStringList statusLabels() const;
 
-  bool confirmsClear() const { return confirmsClear_; }  ///< Whether the person is being asked.
-  QString problem() const { return problem_; }           ///< Why clearing failed; empty when it did not.
-
-  Q_INVOKABLE void requestClear();
-  Q_INVOKABLE void confirmClear();
-  Q_INVOKABLE void cancelClear();
-  Q_INVOKABLE void dismissProblem();
+  HistoryClearing* clearing() { return &clearing_; }
 
  Q_SIGNALS:
   void countChanged();
   void filterChanged();
-  void confirmsClearChanged();
-  void problemChanged();
 
  private:
   void setFilter(HistoryFilter filter);
-  void setConfirmsClear(bool confirms);
-  void setProblem(const QString& problem);
   void update();
 
   AppModel& model_;
   RecordListModel records_;
   HistoryFilter filter_;
-  bool confirmsClear_ = false;
-  QString problem_;
+  HistoryClearing clearing_;
 };
 
 }  // namespace velmora

@@ -1,12 +1,12 @@
 #include "VelmoraApp/MenuBar/PermissionPanes.h"
+#include "VelmoraApp/Settings/SystemSettingsLink.h"
 
 namespace velmora {
 
 std::vector<PermissionPane> permissionPanes() {
-  const QString privacy = "x-apple.systempreferences:com.apple.preference.security?";
-  return {{"Accessibility", QUrl(privacy + "Privacy_Accessibility")},
-          {"Automation", QUrl(privacy + "Privacy_Automation")},
-          {"Screen Recording", QUrl(privacy + "Privacy_ScreenCapture")}};
+  return {{"Accessibility", systemSettingsUrl(SystemSettingsLink::accessibility)},
+          {"Automation", systemSettingsUrl(SystemSettingsLink::automation)},
+          {"Screen Recording", systemSettingsUrl(SystemSettingsLink::screenRecording)}};
 }
 
 }  // namespace velmora

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Velmora
@@ -48,6 +49,11 @@ ApplicationWindow {
             HistoryView {
                 viewModel: window.viewModels.history
             }
+            LateScreen {
+                sourceComponent: SettingsView {
+                    viewModel: window.viewModels.settings
+                }
+            }
         }
     }
 
@@ -67,5 +73,14 @@ ApplicationWindow {
         confirmText: qsTr("Quit Velmora")
         onAccepted: window.mainWindow.confirmClosing()
         onRejected: window.mainWindow.cancelClosing()
+    }
+
+    // Made when it is first shown, so that the window is there sooner, and what it asks the system for is asked late.
+    component LateScreen: Loader {
+        readonly property bool current: StackLayout.isCurrentItem
+
+        active: false
+        onCurrentChanged: if (current)
+            active = true
     }
 }

@@ -36,8 +36,6 @@ QHash<int, QByteArray> SectionListModel::roleNames() const {
       {sectionRole, "section"}, {titleRole, "title"}, {symbolRole, "symbol"}, {availableRole, "available"}};
 }
 
-bool SectionListModel::isAvailable(AppSection section) {
-  return section != AppSection::settings && section != AppSection::help;
-}
+bool SectionListModel::isAvailable(AppSection section) { return section != AppSection::help; }
 
 }  // namespace velmora

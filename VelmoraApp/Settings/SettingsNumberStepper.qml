@@ -7,12 +7,12 @@ RowLayout {
     id: row
 
     required property string title
-    // The number as it reads, with its unit.
-    required property string valueText
+    // The number as it reads, with its unit: a function of the number.
+    required property var valueText
     required property int value
     required property int from
     required property int to
-    property int stepSize: 1
+    property int step: 1
 
     signal picked(int value)
 
@@ -30,11 +30,11 @@ RowLayout {
         Layout.minimumWidth: Theme.widePickerWidth
         from: row.from
         to: row.to
-        stepSize: row.stepSize
+        stepSize: row.step
         value: row.value
-        textFromValue: () => row.valueText
+        textFromValue: value => row.valueText(value)
         Accessible.name: row.title
-        Accessible.description: row.valueText
+        Accessible.description: displayText
         onValueModified: row.picked(value)
     }
 }

@@ -1,3 +1,4 @@
+import QtQuick
 import Velmora.Style
 
 // One page of groups below each other.

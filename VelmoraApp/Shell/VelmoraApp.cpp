@@ -1,6 +1,7 @@
 #include "VelmoraApp/Shell/VelmoraApp.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtGui/QDesktopServices>
 
 #include "BridgeHost/PlatformTerminal.h"
 #include "VelmoraApp/Updates/UpdaterService.h"
@@ -25,9 +26,15 @@ std::filesystem::path programFile() { return QCoreApplication::applicationFilePa
 VelmoraApp::VelmoraApp(const Environment& environment)
     : defaults_(UserDefaults::standard(environment)),
       firstRun_(defaults_),
+      menuBarPreference_(defaults_),
       launchAtLogin_(makeLoginItem(environment, programFile())),
       model_(optionsFor(environment, firstRun_)),
-      viewModels_(model_),
+      viewModels_(model_,
+                  {.menuBar = menuBarPreference_,
+                   .launchAtLogin = launchAtLogin_,
+                   .updater = []() -> UpdaterService& { return UpdaterService::shared(); },
+                   .openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); }},
+                  MCPConnectionConfiguration::ofRunningApplication()),
       window_(viewModels_),
       menuBarViewModel_(model_) {
   // The introduction has no screens yet. It stays due, and the application works meanwhile.
@@ -35,15 +42,19 @@ VelmoraApp::VelmoraApp(const Environment& environment)
   connect(viewModels_.mainWindow(), &MainWindowViewModel::quitRequested, qApp, &QCoreApplication::quit,
           Qt::QueuedConnection);
   connect(qApp, &QCoreApplication::aboutToQuit, &model_, &AppModel::prepareForTermination);
-  connect(&trayHost_, &TrayHost::availabilityChanged, this, &VelmoraApp::updateMenuBar);
+  connect(&trayHost_, &TrayHost::availabilityChanged, this, &VelmoraApp::findTray);
+  connect(&menuBarPreference_, &MenuBarPreference::changed, this, &VelmoraApp::updateMenuBar);
+  findTray();
   updateMenuBar();
   if (updatesFromTheStart(defaults_)) UpdaterService::shared();
 }
 
+void VelmoraApp::findTray() { menuBarPreference_.setHasPlace(trayHost_.isAvailable()); }
+
 void VelmoraApp::updateMenuBar() {
-  const bool shows =
-      trayHost_.isAvailable() && defaults_.boolean(userDefault::menuBarEnabled, /*absent=*/true);
+  const bool shows = menuBarPreference_.shows();
   viewModels_.mainWindow()->setHasTray(shows);
+  if (!menuBarPreference_.menuBarEnabled()) menuBar_.reset();
   if (!shows || menuBar_) return;  // Qt itself follows a panel that starts again
   menuBar_.emplace(menuBarViewModel_);
   connect(&*menuBar_, &VelmoraMenuBar::openRequested, this, [this] { openWindow(); });

@@ -6,6 +6,7 @@
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
+#include "VelmoraApp/AppModel/MenuBarPreference.h"
 #include "VelmoraApp/LaunchAtLogin/LaunchAtLoginController.h"
 #include "VelmoraApp/MenuBar/TrayHost.h"
 #include "VelmoraApp/MenuBar/VelmoraMenuBar.h"
@@ -29,10 +30,12 @@ class VelmoraApp : public QObject {
   QQuickWindow* window() const { return window_.window(); }
 
  private:
+  void findTray();
   void updateMenuBar();
 
   UserDefaults defaults_;
   FirstRunController firstRun_;
+  MenuBarPreference menuBarPreference_;
   LaunchAtLoginController launchAtLogin_;
   AppModel model_;
   ViewModels viewModels_;

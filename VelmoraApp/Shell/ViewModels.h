@@ -10,11 +10,12 @@
 #include "VelmoraApp/Navigation/AppNavigation.h"
 #include "VelmoraApp/RecentRequests/RecentRequestsViewModel.h"
 #include "VelmoraApp/Sessions/SessionsViewModel.h"
+#include "VelmoraApp/Settings/SettingsViewModel.h"
 #include "VelmoraApp/Shell/MainWindowViewModel.h"
 
 namespace velmora {
 
-/// The one thing that the window is handed. For the main thread; `model` must outlive it.
+/// The one thing that the window is handed. For the main thread; what it is made from must outlive it.
 class ViewModels : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -25,10 +26,16 @@ class ViewModels : public QObject {
   Q_PROPERTY(velmora::SessionsViewModel* sessions READ sessions CONSTANT)
   Q_PROPERTY(velmora::HistoryViewModel* history READ history CONSTANT)
   Q_PROPERTY(velmora::RecentRequestsViewModel* recentRequests READ recentRequests CONSTANT)
+  Q_PROPERTY(velmora::SettingsViewModel* settings READ settings CONSTANT)
 
  public:
-  explicit ViewModels(AppModel& model)
-      : navigation_(model), dashboard_(model), sessions_(model), history_(model), recentRequests_(model) {}
+  ViewModels(AppModel& model, GeneralSettingsSources sources, MCPConnectionConfiguration connection)
+      : navigation_(model),
+        dashboard_(model),
+        sessions_(model),
+        history_(model),
+        recentRequests_(model),
+        settings_(model, std::move(sources), std::move(connection)) {}
 
   AppNavigation* navigation() { return &navigation_; }
   MainWindowViewModel* mainWindow() { return &mainWindow_; }
@@ -36,6 +43,7 @@ class ViewModels : public QObject {
   SessionsViewModel* sessions() { return &sessions_; }
   HistoryViewModel* history() { return &history_; }
   RecentRequestsViewModel* recentRequests() { return &recentRequests_; }
+  SettingsViewModel* settings() { return &settings_; }
 
  private:
   AppNavigation navigation_;
@@ -44,6 +52,7 @@ class ViewModels : public QObject {
   SessionsViewModel sessions_;
   HistoryViewModel history_;
   RecentRequestsViewModel recentRequests_;
+  SettingsViewModel settings_;
 };
 
 }  // namespace velmora

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A number that is changed by steps: with the two buttons, the arrow keys, or the wheel. It stops at its bounds.
+// A number that is changed by steps, with the two buttons or the arrow keys. It stops at its bounds.
 T.SpinBox {
     id: control
 
@@ -55,7 +55,7 @@ T.SpinBox {
         required property bool hovered
 
         implicitWidth: Theme.controlHeight
-        height: control.height
+        height: parent ? parent.height : 0
         radius: Theme.controlRadius
         color: pressed || hovered ? Theme.hover : "transparent"
 

@@ -126,39 +126,39 @@ TEST_F(HistoryViewModelTest, TellsOfAFilterOnlyWhenItChanges) {
 TEST_F(HistoryViewModelTest, ClearsOnlyWhatThePersonConfirmed) {
   start();
   replaceWithThree();
-  const auto changes = countOf(*history, &HistoryViewModel::confirmsClearChanged);
-  history->confirmClear();  // nobody was asked
-  history->requestClear();
-  EXPECT_TRUE(history->confirmsClear());
-  history->cancelClear();
-  EXPECT_FALSE(history->confirmsClear());
+  const auto changes = countOf(*history->clearing(), &HistoryClearing::confirmClearChanged);
+  history->clearing()->confirm();  // nobody was asked
+  history->clearing()->request();
+  EXPECT_TRUE(history->clearing()->confirmClear());
+  history->clearing()->cancel();
+  EXPECT_FALSE(history->clearing()->confirmClear());
   pollRecords();
   EXPECT_EQ(history->count(), 3);
-  history->requestClear();
-  history->confirmClear();
-  EXPECT_FALSE(history->confirmsClear());
+  history->clearing()->request();
+  history->clearing()->confirm();
+  EXPECT_FALSE(history->clearing()->confirmClear());
   EXPECT_EQ(*changes, 4);
   EXPECT_TRUE(spinUntil([this] { return history->count() == 0; }));
-  EXPECT_EQ(history->problem(), "");
+  EXPECT_EQ(history->clearing()->problem(), "");
 }
 
 TEST_F(HistoryViewModelTest, AnEmptyHistoryStillAsksBeforeItClears) {
   start();
   replace({});
   EXPECT_EQ(history->count(), 0);
-  history->requestClear();
-  EXPECT_TRUE(history->confirmsClear());
+  history->clearing()->request();
+  EXPECT_TRUE(history->clearing()->confirmClear());
 }
 
 TEST_F(HistoryViewModelTest, SaysWhyTheFileCouldNotBeDeleted) {
   start();
   std::filesystem::create_directories(historyFile() / "a folder in its place");
-  history->requestClear();
-  history->confirmClear();
-  ASSERT_TRUE(spinUntil([this] { return !history->problem().isEmpty(); }));
-  EXPECT_TRUE(history->problem().startsWith("History could not be deleted."));
-  history->dismissProblem();
-  EXPECT_EQ(history->problem(), "");
+  history->clearing()->request();
+  history->clearing()->confirm();
+  ASSERT_TRUE(spinUntil([this] { return !history->clearing()->problem().isEmpty(); }));
+  EXPECT_TRUE(history->clearing()->problem().startsWith("History could not be deleted."));
+  history->clearing()->dismissProblem();
+  EXPECT_EQ(history->clearing()->problem(), "");
 }
 
 }  // namespace

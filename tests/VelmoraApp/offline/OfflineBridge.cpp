@@ -1,8 +1,12 @@
 #include "tests/VelmoraApp/offline/OfflineBridge.h"
 
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+
 #include "VelmoraApp/AppModel/Texts.h"
 #include "tests/VelmoraApp/offline/Scenario.h"
 #include "tests/support/FakeTime.h"
+#include "tests/support/Files.h"
 
 namespace velmora::testing {
 namespace {
@@ -62,7 +66,14 @@ void OfflineBridge::setScenario(const QString& name) {
   coordinator.recorder().replace(std::move(data.records));
   coordinator.statusService().updateClients(data.clients);
   coordinator.setPaused(data.paused);
-  viewModels_ = std::make_unique<ViewModels>(*model_);
+  makeServices();
+  viewModels_ = std::make_unique<ViewModels>(
+      *model_,
+      GeneralSettingsSources{.menuBar = *menuBar_,
+                             .launchAtLogin = *launchAtLogin_,
+                             .updater = [this]() -> UpdaterService& { return *updaterService_; },
+                             .openUrl = [](const QUrl&) {}},
+      MCPConnectionConfiguration{"/usr/bin/velmora"});
   connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
     if (ready_ || model_->isRefreshing()) {
       return;
@@ -73,6 +84,30 @@ void OfflineBridge::setScenario(const QString& name) {
   model_->start();
   Q_EMIT scenarioChanged();
 }
+
+void OfflineBridge::makeServices() {
+  defaults_ = std::make_unique<UserDefaults>(text((home_ / "defaults.ini").string()));
+  menuBar_ = std::make_unique<MenuBarPreference>(*defaults_);
+  menuBar_->setHasPlace(true);
+  launchAtLogin_ =
+      std::make_unique<LaunchAtLoginController>(std::make_unique<FakeLoginItem>(loginItemRefuses_));
+  const Date anHourAgo{scenarioTime().secondsSinceReferenceDate - 3600};
+  auto updater = std::make_unique<FakeUpdater>(anHourAgo);
+  updater_ = updater.get();
+  updaterService_ = std::make_unique<UpdaterService>(std::move(updater), scenarioTime);
+}
+
+QString OfflineBridge::settingsFile() const {
+  return text(contentOf(model_->coordinator().settingsStore().fileURL()));
+}
+
+void OfflineBridge::failSaves() const {
+  const auto folder = model_->coordinator().settingsStore().fileURL().parent_path();
+  std::filesystem::remove_all(folder);
+  writeFile(folder, "a file where the folder should be");
+}
+
+QString OfflineBridge::pasteboard() const { return QGuiApplication::clipboard()->text(); }
 
 QStringList OfflineBridge::terminalCalls() const {
   QStringList calls;

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "VelmoraApp/Shell/ViewModels.h"
+#include "tests/VelmoraApp/FakeServices.h"
 #include "tests/support/FakeTerminal.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -39,6 +40,17 @@ class OfflineBridge : public QObject {
   Q_INVOKABLE void forgetRequests();
   /// As an MCP client would; "" when it was delivered, else the error's code.
   Q_INVOKABLE QString sendCommand(const QString& sessionId, const QString& command);
+  /// What the settings file holds, as its JSON text; empty without a file.
+  Q_INVOKABLE QString settingsFile() const;
+  /// From now on no settings can be saved.
+  Q_INVOKABLE void failSaves() const;
+  /// From now on the system refuses, or allows again, to change the login item.
+  Q_INVOKABLE void refuseLoginItem(bool refuses) { loginItemRefuses_ = refuses; }
+  /// The check for updates ends.
+  Q_INVOKABLE void finishUpdateCheck(const QString& result) { updater_->finish(result); }
+  /// What was copied last.
+  Q_INVOKABLE QString pasteboard() const;
+
   /// From now on the terminal refuses this operation of TerminalAutomating.
   Q_INVOKABLE void fail(const QString& operation);
 
@@ -47,11 +59,19 @@ class OfflineBridge : public QObject {
   void readyChanged();
 
  private:
+  void makeServices();
+
   TemporaryDirectory home_;
   QString scenarioName_;
   bool ready_ = false;
   FakeTerminal* terminal_ = nullptr;  // the model's
   std::unique_ptr<AppModel> model_;
+  std::unique_ptr<UserDefaults> defaults_;
+  std::unique_ptr<MenuBarPreference> menuBar_;
+  bool loginItemRefuses_ = false;
+  std::unique_ptr<LaunchAtLoginController> launchAtLogin_;
+  FakeUpdater* updater_ = nullptr;  // the service's
+  std::unique_ptr<UpdaterService> updaterService_;
   std::unique_ptr<ViewModels> viewModels_;
 };
 

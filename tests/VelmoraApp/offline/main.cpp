@@ -26,7 +26,8 @@ int main(int argc, char** argv) {
   QCommandLineParser arguments;
   arguments.addHelpOption();
   arguments.addOption({"scenario", "full, empty, paused, denied, long or many.", "name", "full"});
-  arguments.addOption({"section", "dashboard, sessions or history.", "name", "dashboard"});
+  arguments.addOption({"section", "dashboard, sessions, history or settings.", "name", "dashboard"});
+  arguments.addOption({"page", "Of the settings, from 0.", "number", "0"});
   arguments.addOption({"dark", "In the dark."});
   arguments.addOption({"width", "Of the window.", "pixels", "960"});
   arguments.addOption({"height", "Of the window.", "pixels", "640"});
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
   bridge.setScenario(arguments.value("scenario"));
   auto& viewModels = *bridge.viewModels();
   viewModels.navigation()->setSelectedSection(arguments.value("section"));
+  viewModels.settings()->setPage(arguments.value("page").toInt());
 
   QQmlApplicationEngine engine;
   velmora::addModules(engine);
@@ -53,7 +55,7 @@ int main(int argc, char** argv) {
   }
   auto* window = qobject_cast<QQuickWindow*>(engine.rootObjects().constFirst());
   if (arguments.isSet("clear")) {
-    viewModels.history()->requestClear();
+    viewModels.history()->clearing()->request();
   }
 
   const auto picture = arguments.value("picture");

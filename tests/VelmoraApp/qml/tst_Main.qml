@@ -13,7 +13,7 @@ TestCase {
 
     property var bridge
     property var window
-    readonly property var sectionNames: ["dashboard", "sessions", "history"]
+    readonly property var sectionNames: ["dashboard", "sessions", "history", "settings", "settings 1", "settings 2"]
 
     Component {
         id: mainComponent
@@ -41,9 +41,13 @@ TestCase {
         verify(waitForRendering(window.contentItem));
         tryVerify(() => bridge.ready);
     }
-    function show(section) {
+    // A section by its name, or "settings 1" for the second page of the settings.
+    function show(screen) {
+        const [section, page][ = screen.split(" ");
         bridge.viewModels.navigation.selectedSection = section;
+        bridge.viewModels.settings.page = page ?? 0;
         tryVerify(() => named(section) !== undefined);
+        return named(section);
     }
     function named(name) {
         return Screens.named(window.contentItem, name)[0];
@@ -141,8 +145,8 @@ TestCase {
     }
     function test_nothingIsCutOffInTheSmallestWindow(data) {
         open(data.scenario);
-        show(data.section);
-        const outside = Screens.all(named(data.section), item => {
+        const screen = show(data.section);
+        const outside = Screens.all(screen, item => {
                 const left = item.mapToItem(null, 0, 0).x;
                 return item.objectName !== "" && (left < 0 || left + item.width > window.width);
             });
@@ -171,14 +175,14 @@ TestCase {
     }
     function test_theKeyboardReachesEveryControl(data) {
         open("full");
-        show(data.tag);
+        const screen = show(data.tag);
         named("sidebar").forceActiveFocus(Qt.TabFocusReason);
         const reached = new Set();
         for (let step = 0; step < 60; ++step) {
             keyClick(Qt.Key_Tab);
             reached.add(window.activeFocusItem);
         }
-        const missed = Screens.all(named(data.tag), isControl).filter(item => item.enabled && item.focusPolicy !== Qt.NoFocus && !reached.has(item));
+        const missed = Screens.all(screen, isControl).filter(item => item.enabled && item.focusPolicy !== Qt.NoFocus && !reached.has(item));
         compare(missed.map(item => item.objectName), []);
         verify(reached.has(named("quit")));
     }

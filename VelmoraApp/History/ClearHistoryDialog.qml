@@ -1,0 +1,18 @@
+import Velmora
+import Velmora.Style
+
+// Asks before the history goes.
+Dialog {
+    id: dialog
+
+    required property HistoryClearing clearing
+
+    objectName: "clearDialog"
+    visible: clearing.confirmClear
+    title: qsTr("Delete Velmora history?")
+    text: qsTr("This does not change Terminal scrollback or shell history.")
+    confirmText: qsTr("Delete History")
+    destructive: true
+    onAccepted: clearing.confirm()
+    onRejected: clearing.cancel()
+}

@@ -1,0 +1,54 @@
+// What connects MCP clients to this application, ready to be copied.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+
+#include "VelmoraApp/Settings/MCPConnectionConfiguration.h"
+
+namespace velmora {
+
+/// For the main thread.
+class MCPConnectionViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by SettingsViewModel")
+  Q_PROPERTY(QString caption READ caption CONSTANT)
+  Q_PROPERTY(QString helperPath READ helperPath CONSTANT)
+  Q_PROPERTY(bool helperMissing READ helperMissing CONSTANT)
+  Q_PROPERTY(QString configuration READ configuration CONSTANT)
+  Q_PROPERTY(QString openClawConfiguration READ openClawConfiguration CONSTANT)
+  Q_PROPERTY(QString openClawCommands READ openClawCommands CONSTANT)
+  Q_PROPERTY(QStringList clientNames READ clientNames CONSTANT)
+  Q_PROPERTY(int clientIndex READ clientIndex WRITE setClientIndex NOTIFY clientChanged)
+  Q_PROPERTY(QString clientPlace READ clientPlace NOTIFY clientChanged)
+  Q_PROPERTY(QString clientSnippet READ clientSnippet NOTIFY clientChanged)
+
+ public:
+  explicit MCPConnectionViewModel(MCPConnectionConfiguration connection)
+      : connection_(std::move(connection)) {}
+
+  QString caption() const;
+  QString helperPath() const;
+  bool helperMissing() const { return !connection_.helperIsThere; }
+  QString configuration() const;
+  QString openClawConfiguration() const;
+  QString openClawCommands() const;
+
+  QStringList clientNames() const;  ///< Of the further clients whose snippet is known.
+  int clientIndex() const { return clientIndex_; }
+  void setClientIndex(int index);
+  QString clientPlace() const;  ///< A sentence that says what to do with the snippet.
+  QString clientSnippet() const;
+
+ Q_SIGNALS:
+  void clientChanged();
+
+ private:
+  MCPConnectionConfiguration connection_;
+  int clientIndex_ = 0;
+};
+
+}  // namespace velmora
