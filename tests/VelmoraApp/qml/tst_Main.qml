@@ -43,11 +43,11 @@ TestCase {
     }
     // A section by its name, or "settings 1" for the second page of the settings.
     function show(screen) {
-        const [section, page][ = screen.split(" ");
-        bridge.viewModels.navigation.selectedSection = section;
-        bridge.viewModels.settings.page = page ?? 0;
-        tryVerify(() => named(section) !== undefined);
-        return named(section);
+        const words = screen.split(" ");
+        bridge.viewModels.navigation.selectedSection = words[0];
+        bridge.viewModels.settings.page = words[1] ?? 0;
+        tryVerify(() => named(words[0]) !== undefined);
+        return named(words[0]);
     }
     function named(name) {
         return Screens.named(window.contentItem, name)[0];
