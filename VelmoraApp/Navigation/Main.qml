@@ -49,7 +49,13 @@ ApplicationWindow {
             HistoryView {
                 viewModel: window.viewModels.history
             }
-            LateScreen {
+            // Made when it is first shown: the window is there sooner, and the system is asked nothing before.
+            Loader {
+                readonly property bool current: StackLayout.isCurrentItem
+
+                active: false
+                onCurrentChanged: if (current)
+                    active = true
                 sourceComponent: SettingsView {
                     viewModel: window.viewModels.settings
                 }
@@ -73,14 +79,5 @@ ApplicationWindow {
         confirmText: qsTr("Quit Velmora")
         onAccepted: window.mainWindow.confirmClosing()
         onRejected: window.mainWindow.cancelClosing()
-    }
-
-    // Made when it is first shown, so that the window is there sooner, and what it asks the system for is asked late.
-    component LateScreen: Loader {
-        readonly property bool current: StackLayout.isCurrentItem
-
-        active: false
-        onCurrentChanged: if (current)
-            active = true
     }
 }
