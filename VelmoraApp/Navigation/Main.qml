@@ -1,4 +1,3 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Velmora
@@ -53,12 +52,10 @@ ApplicationWindow {
             Loader {
                 readonly property bool current: StackLayout.isCurrentItem
 
-                active: false
-                onCurrentChanged: if (current)
-                    active = true
-                sourceComponent: SettingsView {
-                    viewModel: window.viewModels.settings
-                }
+                onCurrentChanged: if (current && status === Loader.Null)
+                    setSource("SettingsView.qml", {
+                            "viewModel": window.viewModels.settings
+                        })
             }
         }
     }
