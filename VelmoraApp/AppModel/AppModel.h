@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -60,6 +61,9 @@ class AppModel : public QObject {
   void focus(const Uuid& sessionId);
   void updateSettings(const PrivacyRetentionSettings& settings);
   void saveSettingsFromUI(PrivacyRetentionSettings settings);  ///< Shows them before they are saved.
+  /// Changes nothing else of what is stored, also before anything was published. The policy holds even when
+  /// it cannot be saved; that becomes one of the problems.
+  void adoptSessionPolicy(SessionPolicy policy);
   void clearHistory();
   void selectSection(AppSection section);
 
@@ -91,6 +95,8 @@ class AppModel : public QObject {
   void fetchStatus();
   void fetchRecords();
   void fetchSettings();
+  void changeSettings(std::function<PrivacyRetentionSettings()> changed,
+                      std::function<void(const QString& problem)> failed);
   void publish(BridgeStatus status);
   void publish(std::vector<TerminalSession> sessions);
   void publish(std::vector<MCPRequestRecord> records);

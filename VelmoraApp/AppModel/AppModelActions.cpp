@@ -103,15 +103,33 @@ void AppModel::focus(const Uuid& sessionId) {
 }
 
 void AppModel::updateSettings(const PrivacyRetentionSettings& settings) {
+  changeSettings([settings] { return settings; },
+                 [this](const QString& problem) { Q_EMIT settingsNotSaved(problem); });
+}
+
+void AppModel::adoptSessionPolicy(SessionPolicy policy) {
+  changeSettings(
+      [this, policy] {
+        coordinator().setSessionPolicy(policy);
+        auto settings = coordinator().settingsStore().load();  // what cannot be read is not replaced
+        settings.sessionPolicy = policy;
+        return settings;
+      },
+      [this](const QString& problem) { addProblem("The session policy could not be saved. " + problem); });
+}
+
+// `changed` makes the new settings where they are saved, after all that was asked for before.
+void AppModel::changeSettings(std::function<PrivacyRetentionSettings()> changed,
+                              std::function<void(const QString& problem)> failed) {
   ++savesUnderWay_;
   using Outcome = std::pair<std::optional<PrivacyRetentionSettings>, QString>;
   fileWorker_.run(
       this,
-      [this, settings] {
+      [this, changed = std::move(changed)] {
         Outcome outcome;
         auto& core = coordinator();
         outcome.second = problemOf([&] {
-          core.settingsStore().save(settings);
+          core.settingsStore().save(changed());
           const auto saved = core.settingsStore().current();
           outcome.first = saved;
           core.setSessionPolicy(saved.sessionPolicy);
@@ -119,10 +137,10 @@ void AppModel::updateSettings(const PrivacyRetentionSettings& settings) {
         });
         return outcome;
       },
-      [this](const Outcome& outcome) {
+      [this, failed = std::move(failed)](const Outcome& outcome) {
         // Only the last of several counts: the screens already show what it will save.
         if (--savesUnderWay_ == 0 && outcome.first) publish(*outcome.first);
-        if (!outcome.second.isEmpty()) Q_EMIT settingsNotSaved(outcome.second);
+        if (!outcome.second.isEmpty()) failed(outcome.second);
         fetchRecords();
       });
 }

@@ -152,6 +152,44 @@ TEST_F(AppModelActionsTest, TheSessionPolicyReachesTheCoreAfterLoadingAndAfterEa
   EXPECT_EQ(app->sessions()[2].permission, SessionPermission::managed);
 }
 
+TEST_F(AppModelActionsTest, ThePolicyIsAdoptedBeforeTheStartAndTheOtherSettingsStay) {
+  const PrivacyRetentionSettings stored{.persistentHistoryEnabled = true, .retentionDays = 30};
+  writeSettings(stored);
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  app->adoptSessionPolicy(SessionPolicy::selective);
+  app->start();
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  auto expected = stored;
+  expected.sessionPolicy = SessionPolicy::selective;
+  EXPECT_EQ(app->settings(), expected);
+  EXPECT_EQ(app->coordinator().settingsStore().load(), expected) << "as it stands in the file";
+  for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
+}
+
+TEST_F(AppModelActionsTest, APolicyThatCannotBeSavedHoldsAndIsReported) {
+  testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  app->adoptSessionPolicy(SessionPolicy::selective);
+  app->start();
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(app->sessions().at(0).permission, SessionPermission::readOnly);
+  EXPECT_THAT(app->problems().last().toStdString(), HasSubstr("The session policy could not be saved. "));
+}
+
+TEST_F(AppModelActionsTest, AdoptingAPolicyLeavesUnreadableSettingsAlone) {
+  testing::writeFile(settingsFile(), R"({"schemaVersion":2})");
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  app->adoptSessionPolicy(SessionPolicy::selective);
+  app->start();
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(testing::contentOf(settingsFile()), R"({"schemaVersion":2})");
+  EXPECT_EQ(app->sessions().at(0).permission, SessionPermission::readOnly);
+  EXPECT_THAT(app->problems(), SizeIs(2)) << "not loaded, and not saved";
+}
+
 TEST_F(AppModelActionsTest, SwitchingCommandBodiesOffRewritesTheHistoryAtOnce) {
   writeSettings({.persistentHistoryEnabled = true, .storeCommandBody = true});
   startApp();
