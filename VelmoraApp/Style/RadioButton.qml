@@ -10,7 +10,7 @@ T.RadioButton {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
 
-    // See Switch. Chosen already, it stays so.
+    // See Switch. Chosen already, it stays so. Return is left to what the choice belongs to.
     function chooseByBus() {
         if (!enabled || checked)
             return;
@@ -21,8 +21,6 @@ T.RadioButton {
     Accessible.name: text
     Accessible.onPressAction: chooseByBus()
     Accessible.onToggleAction: chooseByBus()
-    Keys.onReturnPressed: chooseByBus()
-    Keys.onEnterPressed: chooseByBus()
 
     indicator: Rectangle {
         y: (control.height - height) / 2
