@@ -28,8 +28,13 @@ T.Button {
     Accessible.name: text
     Accessible.onPressAction: if (enabled)
         clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => clickOnce(event)
+    Keys.onEnterPressed: event => clickOnce(event)
+
+    function clickOnce(event: var) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
 
     ToolTip.visible: display === T.AbstractButton.IconOnly && hovered
     ToolTip.text: text
