@@ -6,10 +6,18 @@ set(VELMORA_QML_FILES
   Dashboard/StatusFigures.qml
   Dashboard/StatusRow.qml
   Dashboard/TerminalCard.qml
+  Help/HelpCode.qml
+  Help/HelpPassage.qml
+  Help/HelpSection.qml
+  Help/HelpView.qml
   History/ClearHistoryDialog.qml
   History/HistoryView.qml
   Navigation/Main.qml
+  Navigation/SectionLoader.qml
   Navigation/Sidebar.qml
+  Onboarding/OnboardingFooter.qml
+  Onboarding/OnboardingPage.qml
+  Onboarding/OnboardingView.qml
   RecentRequests/RecentRequestsView.qml
   RecentRequests/RequestRow.qml
   RecentRequests/RequestText.qml

@@ -10,6 +10,7 @@
 #include "benchmarks/ProcessFigures.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/FakeTime.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -19,6 +20,7 @@ namespace {
 struct App {
   App() {
     tmux({"-f", "/dev/null", "new-session", "-d"});
+    testing::writeFile(directory / ".config/Velmora/Velmora.conf", "[General]\nonboardingCompleted=true\n");
     started = std::chrono::steady_clock::now();
     program = std::make_unique<testing::ChildProgram>(std::vector<std::string>{VELMORA_BIN "/AppThatTells"},
                                                       environment);

@@ -27,20 +27,43 @@ documents() {
   picture docs/images/history.png $english "${size[@]}" --section history
 }
 
+# inEveryWindow NAME LOCALE OPTIONS...: in both sizes, light and dark.
+inEveryWindow() {
+  local name=$1 locale=$2 size shade shadeOption
+  shift 2
+  for size in 720x480 1200x800; do
+    for shade in light dark; do
+      shadeOption=()
+      if [ $shade = dark ]; then shadeOption=(--dark); fi
+      picture "$name-$size-$shade.png" "$locale" "${shadeOption[@]}" --width "${size%x*}" --height "${size#*x}" "$@"
+    done
+  done
+}
+
+# The help at its full length, and the introduction step by step, with the texts of both systems.
+guides() {
+  local folder=$1 language step
+  for language in english korean; do
+    inEveryWindow "$folder/help-linux-$language" C.UTF-8 --section help --language $language
+    inEveryWindow "$folder/help-macOS-$language" C.UTF-8 --section help --language $language --scenario macOS
+    picture "$folder/help-linux-$language-long.png" C.UTF-8 --section help --language $language --width 720 --height 3200
+    picture "$folder/help-macOS-$language-long.png" C.UTF-8 --section help --language $language --scenario macOS \
+      --width 720 --height 3200
+  done
+  for step in scope permission policy connection; do
+    inEveryWindow "$folder/onboarding-linux-$step" C.UTF-8 --onboarding $step
+    inEveryWindow "$folder/onboarding-macOS-$step" C.UTF-8 --onboarding $step --scenario firstRunMacOS
+  done
+}
+
 everything() {
-  local folder=$1 section scenario size shade locale shadeOption
+  local folder=$1 section scenario locale
   mkdir -p "$folder"
+  guides "$folder"
   for section in dashboard sessions history; do
     for scenario in full empty paused denied long; do
-      for size in 720x480 1200x800; do
-        for shade in light dark; do
-          for locale in C.UTF-8 ko_KR.UTF-8; do
-            shadeOption=()
-            if [ $shade = dark ]; then shadeOption=(--dark); fi
-            picture "$folder/$section-$scenario-$size-$shade-${locale%%[._]*}.png" "$locale" "${shadeOption[@]}" \
-              --section "$section" --scenario "$scenario" --width "${size%x*}" --height "${size#*x}"
-          done
-        done
+      for locale in C.UTF-8 ko_KR.UTF-8; do
+        inEveryWindow "$folder/$section-$scenario-${locale%%[._]*}" "$locale" --section "$section" --scenario "$scenario"
       done
     done
   done

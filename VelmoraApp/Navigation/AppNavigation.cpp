@@ -14,8 +14,7 @@ QString AppNavigation::selectedSection() const {
 }
 
 void AppNavigation::setSelectedSection(const QString& name) {
-  const auto section = fromWireText<AppSection>(name);
-  if (section && SectionListModel::isAvailable(*section)) model_.selectSection(*section);
+  if (const auto section = fromWireText<AppSection>(name)) model_.selectSection(*section);
   Q_EMIT selectedSectionChanged();  // also when nothing changed: the list shows the selection again
 }
 

@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-/// Shows the dashboard until another section is selected. A section that has no view yet cannot be selected.
+/// Shows the dashboard until another section is selected.
 class AppNavigation : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Velmora
@@ -23,9 +24,22 @@ ApplicationWindow {
         onActivated: window.close()
     }
 
+    Repeater {
+        model: window.viewModels.onboarding.needed ? 1 : 0
+
+        OnboardingView {
+            anchors.fill: parent
+            focus: true
+            viewModel: window.viewModels.onboarding
+        }
+    }
     RowLayout {
         anchors.fill: parent
+        visible: !window.viewModels.onboarding.needed
         spacing: 0
+        // The keyboard was in the introduction.
+        onVisibleChanged: if (visible)
+            nextItemInFocusChain().forceActiveFocus(Qt.OtherFocusReason)
 
         Sidebar {
             Layout.fillHeight: true
@@ -48,14 +62,13 @@ ApplicationWindow {
             HistoryView {
                 viewModel: window.viewModels.history
             }
-            // Made when it is first shown: the window is there sooner, and the system is asked nothing before.
-            Loader {
-                readonly property bool current: StackLayout.isCurrentItem
-
-                onCurrentChanged: if (current && status === Loader.Null)
-                    setSource("SettingsView.qml", {
-                            "viewModel": window.viewModels.settings
-                        })
+            SectionLoader {
+                view: "SettingsView.qml"
+                viewModel: window.viewModels.settings
+            }
+            SectionLoader {
+                view: "HelpView.qml"
+                viewModel: window.viewModels.help
             }
         }
     }

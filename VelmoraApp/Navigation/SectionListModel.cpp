@@ -6,7 +6,7 @@ namespace velmora {
 
 namespace {
 
-enum Role { sectionRole = Qt::UserRole, titleRole, symbolRole, availableRole };
+enum Role { sectionRole = Qt::UserRole, titleRole, symbolRole };
 
 }  // namespace
 
@@ -24,18 +24,13 @@ QVariant SectionListModel::data(const QModelIndex& index, int role) const {
       return text(traits.title);
     case symbolRole:
       return text(traits.symbol);
-    case availableRole:
-      return isAvailable(traits.section);
     default:
       return {};
   }
 }
 
 QHash<int, QByteArray> SectionListModel::roleNames() const {
-  return {
-      {sectionRole, "section"}, {titleRole, "title"}, {symbolRole, "symbol"}, {availableRole, "available"}};
+  return {{sectionRole, "section"}, {titleRole, "title"}, {symbolRole, "symbol"}};
 }
-
-bool SectionListModel::isAvailable(AppSection section) { return section != AppSection::help; }
 
 }  // namespace velmora

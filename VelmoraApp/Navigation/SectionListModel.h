@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// Never changes. Roles: section, title, symbol, available.
+/// Never changes. Roles: section, title, symbol.
 class SectionListModel : public QAbstractListModel {
   Q_OBJECT
   QML_ELEMENT
@@ -19,9 +19,6 @@ class SectionListModel : public QAbstractListModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   QHash<int, QByteArray> roleNames() const override;
-
-  /// Whether the section has a view.
-  static bool isAvailable(AppSection section);
 };
 
 }  // namespace velmora

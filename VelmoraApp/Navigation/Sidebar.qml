@@ -42,14 +42,11 @@ Rectangle {
                 required property int index
                 required property string section
                 required property string title
-                required property bool available
                 required symbol
 
                 objectName: section + "Section"
                 width: list.width
                 text: title
-                note: available ? "" : qsTr("Soon")
-                enabled: available
                 highlighted: ListView.isCurrentItem
                 focusPolicy: Qt.NoFocus
                 focusShown: ListView.isCurrentItem && list.activeFocus

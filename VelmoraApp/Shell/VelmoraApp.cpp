@@ -29,16 +29,14 @@ VelmoraApp::VelmoraApp(const Environment& environment)
       menuBarPreference_(defaults_),
       launchAtLogin_(makeLoginItem(environment, programFile())),
       model_(optionsFor(environment, firstRun_)),
-      viewModels_(model_,
+      viewModels_(model_, firstRun_,
                   {.menuBar = menuBarPreference_,
                    .launchAtLogin = launchAtLogin_,
                    .updater = []() -> UpdaterService& { return UpdaterService::shared(); },
                    .openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); }},
-                  MCPConnectionConfiguration::ofRunningApplication()),
+                  GuideContext::ofThisSystem()),
       window_(viewModels_),
       menuBarViewModel_(model_) {
-  // The introduction has no screens yet. It stays due, and the application works meanwhile.
-  if (firstRun_.needsOnboarding()) model_.start();
   connect(viewModels_.mainWindow(), &MainWindowViewModel::quitRequested, qApp, &QCoreApplication::quit,
           Qt::QueuedConnection);
   connect(qApp, &QCoreApplication::aboutToQuit, &model_, &AppModel::prepareForTermination);

@@ -6,8 +6,10 @@
 #include <QtCore/QObject>
 
 #include "VelmoraApp/Dashboard/DashboardViewModel.h"
+#include "VelmoraApp/Help/HelpViewModel.h"
 #include "VelmoraApp/History/HistoryViewModel.h"
 #include "VelmoraApp/Navigation/AppNavigation.h"
+#include "VelmoraApp/Onboarding/OnboardingViewModel.h"
 #include "VelmoraApp/RecentRequests/RecentRequestsViewModel.h"
 #include "VelmoraApp/Sessions/SessionsViewModel.h"
 #include "VelmoraApp/Settings/SettingsViewModel.h"
@@ -27,15 +29,20 @@ class ViewModels : public QObject {
   Q_PROPERTY(velmora::HistoryViewModel* history READ history CONSTANT)
   Q_PROPERTY(velmora::RecentRequestsViewModel* recentRequests READ recentRequests CONSTANT)
   Q_PROPERTY(velmora::SettingsViewModel* settings READ settings CONSTANT)
+  Q_PROPERTY(velmora::HelpViewModel* help READ help CONSTANT)
+  Q_PROPERTY(velmora::OnboardingViewModel* onboarding READ onboarding CONSTANT)
 
  public:
-  ViewModels(AppModel& model, GeneralSettingsSources sources, MCPConnectionConfiguration connection)
+  ViewModels(AppModel& model, FirstRunController& firstRun, GeneralSettingsSources sources,
+             const GuideContext& context)
       : navigation_(model),
         dashboard_(model),
         sessions_(model),
         history_(model),
         recentRequests_(model),
-        settings_(model, std::move(sources), std::move(connection)) {}
+        settings_(model, std::move(sources), context.connection),
+        help_(context),
+        onboarding_(model, firstRun, context.terminal) {}
 
   AppNavigation* navigation() { return &navigation_; }
   MainWindowViewModel* mainWindow() { return &mainWindow_; }
@@ -44,6 +51,8 @@ class ViewModels : public QObject {
   HistoryViewModel* history() { return &history_; }
   RecentRequestsViewModel* recentRequests() { return &recentRequests_; }
   SettingsViewModel* settings() { return &settings_; }
+  HelpViewModel* help() { return &help_; }
+  OnboardingViewModel* onboarding() { return &onboarding_; }
 
  private:
   AppNavigation navigation_;
@@ -53,6 +62,8 @@ class ViewModels : public QObject {
   HistoryViewModel history_;
   RecentRequestsViewModel recentRequests_;
   SettingsViewModel settings_;
+  HelpViewModel help_;
+  OnboardingViewModel onboarding_;
 };
 
 }  // namespace velmora

@@ -7,8 +7,6 @@ T.ItemDelegate {
     id: control
 
     property string symbol
-    // A word at the far end.
-    property string note
     // Of less weight than the others.
     property bool quiet: false
     property bool focusShown: visualFocus
@@ -21,7 +19,6 @@ T.ItemDelegate {
     spacing: Theme.small
     font: Theme.body
     Accessible.name: text
-    Accessible.description: note
     Accessible.onPressAction: if (enabled)
         clicked()
 
@@ -39,13 +36,6 @@ T.ItemDelegate {
             font: control.quiet ? Theme.caption : control.font
             color: control.quiet ? Theme.textSecondary : Theme.text
             elide: Text.ElideRight
-            Accessible.ignored: true
-        }
-        Label {
-            visible: text.length > 0
-            text: control.note
-            font: Theme.caption
-            color: Theme.textSecondary
             Accessible.ignored: true
         }
     }

@@ -36,6 +36,13 @@ def run(window):
     window.press("list item", "blocked")
     eventually(lambda: window.see("combo box", "Permission").description == "blocked", "the session is blocked")
 
+    window.press("list item", "Help")
+    window.press("combo box", "Language")
+    window.press("list item", "한국어")
+    window.see("label", "설치 위치")
+    window.press("push button", "설치 경로 복사")
+    window.see("alert", "복사됨")
+
     window.press("list item", "History")
     window.press("push button", "Clear")
     window.see("label", "Delete Velmora history?")

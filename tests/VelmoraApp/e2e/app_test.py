@@ -6,77 +6,15 @@ import json
 import os
 import pathlib
 import signal
-import subprocess
 import sys
-import tempfile
 import time
 
-import pyatspi
 from accessible_window import AccessibleWindow, eventually
+from desktop import check, play
 from helper_client import HelperClient
 from status_notifier_host import StatusNotifierHost
 
 programs = pathlib.Path(sys.argv[1])
-checks = 0
-
-
-def check(claim, holds):
-    global checks
-    assert holds, claim
-    checks += 1
-    print(f"ok {claim}", flush=True)
-
-
-class Desktop:
-    """A home, a tmux server and a window manager of the test's own; `end` takes all of it down."""
-
-    def __init__(self, home):
-        self.home = home
-        self.environment = {
-            name: os.environ[name]
-            for name in ("PATH", "DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS")
-            if name in os.environ
-        } | {
-            "HOME": home,
-            "XDG_RUNTIME_DIR": home,
-            "XDG_DATA_HOME": f"{home}/data",
-            "XDG_CONFIG_HOME": f"{home}/config",
-            "TMUX_TMPDIR": home,
-            "SHELL": "/bin/sh",
-            "LC_ALL": "C.UTF-8",
-            "QT_QPA_PLATFORM": "xcb",
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
-        }
-        self.children = [subprocess.Popen(["openbox"], env=self.environment, stderr=subprocess.DEVNULL)]
-        self.tmux("-f", "/dev/null", "new-session", "-d", "-x", "100", "-y", "30", "-s", "work")
-        self.tmux_server = int(self.tmux("display-message", "-p", "#{pid}"))
-
-    def tmux(self, *arguments):
-        command = ["tmux", *arguments]
-        return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout.strip()
-
-    def start(self):
-        app = subprocess.Popen([programs / "velmora-app"], env=self.environment)
-        self.children.append(app)
-        return app
-
-    def close_window(self):
-        """As the window manager's own key does."""
-        activate = ["xdotool", "search", "--onlyvisible", "--name", "^Velmora$", "windowactivate", "--sync"]
-        subprocess.run(activate, env=self.environment, check=True)
-        subprocess.run(["xdotool", "key", "alt+F4"], env=self.environment, check=True)
-
-    def window_is_visible(self):
-        search = ["xdotool", "search", "--onlyvisible", "--name", "^Velmora$"]
-        return subprocess.run(search, env=self.environment, capture_output=True, check=False).stdout != b""
-
-    def end(self):
-        os.kill(self.tmux_server, signal.SIGCONT)
-        self.tmux("kill-server")
-        for child in self.children:
-            if child.poll() is None:
-                child.kill()
-            child.wait()
 
 
 def calls_arrive_while_the_window_is_open(desktop, window, client):
@@ -201,9 +139,8 @@ def move_the_login_item(desktop):
 
 def without_a_tray(desktop):
     entry = move_the_login_item(desktop)
-    settings = pathlib.Path(desktop.home, "data/Velmora/settings.json")
-    settings.parent.mkdir(parents=True, exist_ok=True)
-    settings.write_text(json.dumps({"schemaVersion": 1, "settings": {"persistentHistoryEnabled": True}}))
+    desktop.settings.parent.mkdir(parents=True, exist_ok=True)
+    desktop.settings.write_text(json.dumps({"schemaVersion": 1, "settings": {"persistentHistoryEnabled": True}}))
     app = desktop.start()
     window = AccessibleWindow("Velmora")
     check("the login item follows the program", f"Exec={programs / 'velmora-app'}\n" in entry.read_text())
@@ -211,7 +148,7 @@ def without_a_tray(desktop):
     client = HelperClient(programs / "velmora", desktop.environment)
     session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
     client.call("terminal_send_command", sessionId=session, command="echo kept")
-    history = settings.with_name("history.json")
+    history = desktop.settings.with_name("history.json")
     check("the history is kept on disk when asked for", eventually(history.exists, "history.json"))
     eventually(desktop.window_is_visible, "the window is there")
     desktop.close_window()
@@ -226,17 +163,5 @@ def without_a_tray(desktop):
     client.close()
 
 
-def main():
-    pyatspi.Registry.getDesktop(0)  # starts the accessibility bus, before the application looks for it
-    for scene in (without_a_tray, with_a_tray):
-        with tempfile.TemporaryDirectory(prefix="velmora-e2e-", ignore_cleanup_errors=True) as home:
-            desktop = Desktop(home)
-            try:
-                scene(desktop)
-            finally:
-                desktop.end()
-    print(f"{checks} passed, 0 failed")
-
-
 if __name__ == "__main__":
-    main()
+    play(programs, [without_a_tray, with_a_tray], introduced=True)

@@ -2,6 +2,7 @@
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
+#include <QtGui/QKeyEvent>
 
 #include "VelmoraApp/AppModel/Texts.h"
 #include "tests/VelmoraApp/offline/Scenario.h"
@@ -47,6 +48,16 @@ AppModelOptions optionsFor(const Scenario& scenario, const TemporaryDirectory& h
   return options;
 }
 
+// The paths of an installed application, wherever this one lies.
+GuideContext guideContextFor(const Scenario& scenario) {
+  auto context = GuideContext::ofThisSystem();
+  context.terminal = scenario.terminalApp ? GuidedTerminal::terminalApp : GuidedTerminal::tmux;
+  context.installPath = scenario.terminalApp ? "/Applications/Velmora.app" : "/usr/bin/velmora-app";
+  context.connection.helperPath =
+      scenario.terminalApp ? "/Applications/Velmora.app/Contents/Helpers/velmora" : "/usr/bin/velmora";
+  return context;
+}
+
 }  // namespace
 
 OfflineBridge::~OfflineBridge() = default;
@@ -67,13 +78,15 @@ void OfflineBridge::setScenario(const QString& name) {
   coordinator.statusService().updateClients(data.clients);
   coordinator.setPaused(data.paused);
   makeServices();
+  defaults_->set(userDefault::onboardingCompleted, !data.firstRun);
+  firstRun_ = std::make_unique<FirstRunController>(*defaults_);
   viewModels_ = std::make_unique<ViewModels>(
-      *model_,
+      *model_, *firstRun_,
       GeneralSettingsSources{.menuBar = *menuBar_,
                              .launchAtLogin = *launchAtLogin_,
                              .updater = [this]() -> UpdaterService& { return *updaterService_; },
                              .openUrl = [](const QUrl&) {}},
-      MCPConnectionConfiguration{"/usr/bin/velmora"});
+      guideContextFor(data));
   connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
     if (ready_ || model_->isRefreshing()) {
       return;
@@ -81,7 +94,9 @@ void OfflineBridge::setScenario(const QString& name) {
     ready_ = true;
     Q_EMIT readyChanged();
   });
-  model_->start();
+  if (!firstRun_->needsOnboarding()) {
+    model_->start();
+  }
   Q_EMIT scenarioChanged();
 }
 
@@ -107,8 +122,6 @@ void OfflineBridge::failSaves() const {
   writeFile(folder, "a file where the folder should be");
 }
 
-QString OfflineBridge::pasteboard() const { return QGuiApplication::clipboard()->text(); }
-
 QStringList OfflineBridge::terminalCalls() const {
   QStringList calls;
   for (const auto& call : terminal_->calls()) {
@@ -128,6 +141,19 @@ QString OfflineBridge::sendCommand(const QString& sessionId, const QString& comm
   const auto result = model_->coordinator().sendCommand(
       Uuid::random(), kClient, {.sessionId = id.value_or(Uuid{}), .command = command.toStdString()});
   return result.ok ? QString() : wireText(result.error->code);
+}
+
+QString OfflineBridge::pasteboard() const { return QGuiApplication::clipboard()->text(); }
+
+void OfflineBridge::repeatKey(QObject* window, int key) const {
+  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, "\r", /*autorep=*/true);
+  QCoreApplication::sendEvent(window, &press);
+}
+
+QString OfflineBridge::userDefault(const QString& key) const { return defaults_->text(key); }
+
+QString OfflineBridge::sessionPolicy() {
+  return wireText(model_->coordinator().settingsStore().current().sessionPolicy);
 }
 
 void OfflineBridge::fail(const QString& operation) {

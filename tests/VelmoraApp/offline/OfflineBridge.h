@@ -50,7 +50,12 @@ class OfflineBridge : public QObject {
   Q_INVOKABLE void finishUpdateCheck(const QString& result) { updater_->finish(result); }
   /// What was copied last.
   Q_INVOKABLE QString pasteboard() const;
-
+  /// What the application keeps of the person's choices, as text.
+  Q_INVOKABLE QString userDefault(const QString& key) const;
+  /// The policy of the stored settings.
+  Q_INVOKABLE QString sessionPolicy();
+  /// A key that is held in the window presses itself again.
+  Q_INVOKABLE void repeatKey(QObject* window, int key) const;
   /// From now on the terminal refuses this operation of TerminalAutomating.
   Q_INVOKABLE void fail(const QString& operation);
 
@@ -65,8 +70,9 @@ class OfflineBridge : public QObject {
   QString scenarioName_;
   bool ready_ = false;
   FakeTerminal* terminal_ = nullptr;  // the model's
-  std::unique_ptr<AppModel> model_;
   std::unique_ptr<UserDefaults> defaults_;
+  std::unique_ptr<FirstRunController> firstRun_;
+  std::unique_ptr<AppModel> model_;
   std::unique_ptr<MenuBarPreference> menuBar_;
   bool loginItemRefuses_ = false;
   std::unique_ptr<LaunchAtLoginController> launchAtLogin_;

@@ -168,6 +168,12 @@ Scenario scenario(const std::string& name) {
   if (name == "denied") {
     return {.denied = true};
   }
+  if (name == "macOS" || name == "firstRun" || name == "firstRunMacOS") {
+    auto result = full();
+    result.firstRun = name != "macOS";
+    result.terminalApp = name != "firstRun";
+    return result;
+  }
   throw std::invalid_argument("no scenario " + name);
 }
 

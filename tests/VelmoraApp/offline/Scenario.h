@@ -18,11 +18,14 @@ struct Scenario {
   std::vector<MCPRequestRecord> records{};       ///< Oldest first. Their targets are the tabs, by number.
   std::vector<ClientIdentity> clients{};
   bool paused = false;
-  bool denied = false;  ///< The system refuses automation.
+  bool denied = false;       ///< The system refuses automation.
+  bool firstRun = false;     ///< The introduction is due.
+  bool terminalApp = false;  ///< The texts speak of macOS.
 };
 
 /// "full", "empty", "paused", "denied", "long" (titles and texts that fit nowhere), "many" (10,000 records
-/// and 500 sessions). Throws std::invalid_argument for any other name.
+/// and 500 sessions), "macOS" (its texts), "firstRun", "firstRunMacOS". Throws std::invalid_argument for any
+/// other name.
 Scenario scenario(const std::string& name);
 
 /// The time at which every scenario plays.

@@ -8,6 +8,7 @@
 #include <QtQml/QQmlExtensionPlugin>
 #include <QtQuick/QQuickWindow>
 
+#include "VelmoraApp/AppModel/Texts.h"
 #include "VelmoraApp/Style/StyleSetup.h"
 #include "tests/VelmoraApp/offline/OfflineBridge.h"
 
@@ -19,15 +20,35 @@ namespace {
 // Long enough for the first poll and every change of a control.
 constexpr int kSettled = 700;
 
+// Does nothing for an empty name.
+void showLanguage(velmora::HelpViewModel& help, const QString& name) {
+  if (const auto language = velmora::fromWireText<velmora::HelpLanguage>(name)) {
+    help.setLanguageIndex(static_cast<int>(*language));
+  }
+}
+
+// Likewise.
+void showStep(velmora::OnboardingViewModel& onboarding, const QString& name) {
+  const auto step = velmora::fromWireText<velmora::OnboardingStep>(name);
+  while (step && onboarding.step() < *step) {
+    onboarding.next();
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const QGuiApplication application(argc, argv);
   QCommandLineParser arguments;
   arguments.addHelpOption();
-  arguments.addOption({"scenario", "full, empty, paused, denied, long or many.", "name", "full"});
-  arguments.addOption({"section", "dashboard, sessions, history or settings.", "name", "dashboard"});
+  arguments.addOption({"scenario",
+                       "full, empty, paused, denied, long, many, macOS, firstRun or firstRunMacOS.", "name",
+                       "full"});
+  arguments.addOption({"section", "dashboard, sessions, history, settings or help.", "name", "dashboard"});
   arguments.addOption({"page", "Of the settings, from 0.", "number", "0"});
+  arguments.addOption({"language", "Of the help: english or korean; else the system's.", "name"});
+  arguments.addOption(
+      {"onboarding", "With the introduction at scope, permission, policy or connection.", "step"});
   arguments.addOption({"dark", "In the dark."});
   arguments.addOption({"width", "Of the window.", "pixels", "960"});
   arguments.addOption({"height", "Of the window.", "pixels", "640"});
@@ -37,10 +58,13 @@ int main(int argc, char** argv) {
 
   velmora::setUpStyle();
   velmora::testing::OfflineBridge bridge;
-  bridge.setScenario(arguments.value("scenario"));
+  const bool introduces = arguments.isSet("onboarding") && !arguments.isSet("scenario");
+  bridge.setScenario(introduces ? "firstRun" : arguments.value("scenario"));
   auto& viewModels = *bridge.viewModels();
   viewModels.navigation()->setSelectedSection(arguments.value("section"));
   viewModels.settings()->setPage(arguments.value("page").toInt());
+  showLanguage(*viewModels.help(), arguments.value("language"));
+  showStep(*viewModels.onboarding(), arguments.value("onboarding"));
 
   QQmlApplicationEngine engine;
   velmora::addModules(engine);

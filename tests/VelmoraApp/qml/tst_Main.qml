@@ -13,7 +13,7 @@ TestCase {
 
     property var bridge
     property var window
-    readonly property var sectionNames: ["dashboard", "sessions", "history", "settings", "settings 1", "settings 2"]
+    readonly property var sectionNames: ["dashboard", "sessions", "history", "settings", "settings 1", "settings 2", "help"]
 
     Component {
         id: mainComponent
@@ -67,6 +67,9 @@ TestCase {
             }, {
                 "tag": "history",
                 "title": "Request History"
+            }, {
+                "tag": "help",
+                "title": "Help"
             }, {
                 "tag": "dashboard",
                 "title": "Dashboard"

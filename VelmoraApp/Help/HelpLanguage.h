@@ -1,0 +1,27 @@
+// The languages that the help is written in.
+#pragma once
+
+#include <QtCore/QStringList>
+#include <array>
+#include <string_view>
+
+#include "BridgeModels/WireNames.h"
+
+namespace velmora {
+
+BOOST_DEFINE_ENUM_CLASS(HelpLanguage, english, korean)
+
+struct HelpLanguageTraits {
+  HelpLanguage language;
+  std::string_view name;  ///< In the language itself.
+};
+
+inline constexpr auto helpLanguages = std::to_array<HelpLanguageTraits>({
+    {HelpLanguage::english, "English"},
+    {HelpLanguage::korean, "한국어"},
+});
+
+/// For a person who reads these languages (tags such as "ko-KR"), the most preferred one first.
+HelpLanguage helpLanguageFor(const QStringList& preferredLanguages);
+
+}  // namespace velmora

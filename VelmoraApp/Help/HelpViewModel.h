@@ -1,0 +1,51 @@
+// The help: how to set Velmora up and how a client calls it, in the person's language.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QVariantList>
+
+#include "VelmoraApp/Help/GuideContext.h"
+#include "VelmoraApp/Help/HelpCopy.h"
+
+namespace velmora {
+
+/// For the main thread. Opens in the person's language; another holds while the application runs.
+class HelpViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(QStringList languages READ languages CONSTANT)
+  Q_PROPERTY(int languageIndex READ languageIndex WRITE setLanguageIndex NOTIFY languageChanged)
+  Q_PROPERTY(QString languageLabel READ languageLabel NOTIFY languageChanged)
+  Q_PROPERTY(QString copyTitle READ copyTitle NOTIFY languageChanged)
+  Q_PROPERTY(QString copiedText READ copiedText NOTIFY languageChanged)
+  Q_PROPERTY(QVariantList sections READ sections NOTIFY languageChanged)
+
+ public:
+  explicit HelpViewModel(GuideContext context);
+
+  HelpLanguage language() const { return language_; }
+  QStringList languages() const;  ///< Each by its own name.
+  int languageIndex() const { return static_cast<int>(language_); }
+  void setLanguageIndex(int index);  ///< Ignores what is no language.
+  QString languageLabel() const;
+  QString copyTitle() const;
+  QString copiedText() const;
+  /// Each {title, passages}; a passage is {text, isNote, isCode, name, copyHelp}. Their number does not
+  /// depend on the language.
+  QVariantList sections() const;
+
+ Q_SIGNALS:
+  void languageChanged();
+
+ private:
+  const HelpCopy& copy() const { return helpCopy(language_, context_.terminal); }
+
+  const GuideContext context_;
+  HelpLanguage language_;
+};
+
+}  // namespace velmora

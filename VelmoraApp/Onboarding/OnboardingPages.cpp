@@ -1,0 +1,41 @@
+#include "VelmoraApp/Onboarding/OnboardingPages.h"
+
+namespace velmora {
+
+namespace {
+
+using Pages = std::array<OnboardingPage, onboardingStepCount>;
+
+constexpr OnboardingPage policyPage{OnboardingStep::policy, "lock.shield", "Session policy", ""};
+
+constexpr OnboardingPage connectionPage{
+    OnboardingStep::connection, "cable.connector", "Local MCP connection",
+    "Configure your MCP client to launch the bundled velmora helper over stdio. No network port is opened."};
+
+constexpr Pages pagesForTerminalApp{
+    {{OnboardingStep::scope, "terminal", "Velmora Bridge",
+      "Commands run in Apple's Terminal.app. This app does not create a PTY, render a terminal, or inspect "
+      "shell internals."},
+     {OnboardingStep::permission, "checkmark.shield", "Terminal automation",
+      "macOS permission is used only to read official Terminal scripting properties and deliver commands to "
+      "explicitly identified sessions."},
+     policyPage,
+     connectionPage}};
+
+constexpr Pages pagesForTmux{
+    {{OnboardingStep::scope, "terminal", "Velmora Bridge",
+      "Commands run in your own tmux sessions. This app does not create a PTY, replace your terminal, or "
+      "inspect shell internals."},
+     {OnboardingStep::permission, "checkmark.shield", "tmux automation",
+      "tmux needs no permission. It is used only to read its sessions and deliver commands to explicitly "
+      "identified ones."},
+     policyPage,
+     connectionPage}};
+
+}  // namespace
+
+const Pages& onboardingPages(GuidedTerminal terminal) {
+  return terminal == GuidedTerminal::tmux ? pagesForTmux : pagesForTerminalApp;
+}
+
+}  // namespace velmora

@@ -1,0 +1,27 @@
+// What the introduction says, page by page.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+#include "BridgeModels/WireNames.h"
+#include "VelmoraApp/Help/GuideContext.h"
+
+namespace velmora {
+
+BOOST_DEFINE_ENUM_CLASS(OnboardingStep, scope, permission, policy, connection)
+
+inline constexpr std::size_t onboardingStepCount = enumCases<OnboardingStep>.size();
+
+struct OnboardingPage {
+  OnboardingStep step;
+  std::string_view symbol;
+  std::string_view title;
+  std::string_view text;  ///< Empty where there is something to choose instead.
+};
+
+/// One a step, in their order.
+const std::array<OnboardingPage, onboardingStepCount>& onboardingPages(GuidedTerminal terminal);
+
+}  // namespace velmora

@@ -1,0 +1,79 @@
+// The introduction that is shown once: what Velmora does, and the choice of how it meets existing sessions.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+
+#include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/AppModel/FirstRunController.h"
+#include "VelmoraApp/Onboarding/OnboardingPages.h"
+
+namespace velmora {
+
+/// For the main thread. Nothing is written, and the application does not start, before the last step.
+class OnboardingViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(bool needed READ needed NOTIFY neededChanged)
+  Q_PROPERTY(int stepIndex READ stepIndex NOTIFY stepChanged)
+  Q_PROPERTY(int stepCount READ stepCount CONSTANT)
+  Q_PROPERTY(QString progress READ progress NOTIFY stepChanged)
+  Q_PROPERTY(QString symbol READ symbol NOTIFY stepChanged)
+  Q_PROPERTY(QString title READ title NOTIFY stepChanged)
+  Q_PROPERTY(QString text READ text NOTIFY stepChanged)
+  Q_PROPERTY(bool choosesPolicy READ choosesPolicy NOTIFY stepChanged)
+  Q_PROPERTY(QStringList policies READ policies CONSTANT)
+  Q_PROPERTY(int policyIndex READ policyIndex WRITE setPolicyIndex NOTIFY policyChanged)
+  Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY stepChanged)
+  Q_PROPERTY(QString forwardText READ forwardText NOTIFY stepChanged)
+
+ public:
+  using Step = OnboardingStep;
+
+  /// Both must outlive it.
+  OnboardingViewModel(AppModel& model, FirstRunController& firstRun, GuidedTerminal terminal);
+
+  bool needed() const { return firstRun_.needsOnboarding(); }
+  Step step() const { return step_; }
+  SessionPolicy policy() const { return policy_; }
+
+  int stepIndex() const { return static_cast<int>(step_); }
+  int stepCount() const { return static_cast<int>(onboardingStepCount); }
+  QString progress() const;  ///< "Step 1 of 4"
+  QString symbol() const;
+  QString title() const;
+  QString text() const;
+  bool choosesPolicy() const { return step_ == Step::policy; }
+  QStringList policies() const;
+  int policyIndex() const { return static_cast<int>(policy_); }
+  void setPolicyIndex(int index);  ///< Ignores what is no policy.
+  bool canGoBack() const { return step_ != Step::scope; }
+  QString forwardText() const;
+
+  Q_INVOKABLE void next();     ///< To the following step, if there is one.
+  Q_INVOKABLE void back();     ///< To the step before, if there is one.
+  Q_INVOKABLE void forward();  ///< To the following step; after the last one the introduction is over.
+
+ Q_SIGNALS:
+  void neededChanged();
+  void stepChanged();
+  void policyChanged();
+
+ private:
+  const OnboardingPage& page() const {
+    return onboardingPages(terminal_).at(static_cast<std::size_t>(step_));
+  }
+  void show(Step step);
+  void complete();
+
+  AppModel& model_;
+  FirstRunController& firstRun_;
+  const GuidedTerminal terminal_;
+  Step step_ = Step::scope;
+  SessionPolicy policy_ = SessionPolicy::safe;
+};
+
+}  // namespace velmora

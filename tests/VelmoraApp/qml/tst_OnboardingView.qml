@@ -1,0 +1,253 @@
+import QtQuick
+import QtTest
+import Velmora
+import Velmora.Offline
+import Velmora.Style
+import "Screens.js" as Screens
+
+// The introduction in the window that it is shown in.
+TestCase {
+    id: test
+    name: "OnboardingView"
+    when: windowShown
+
+    property var bridge
+    property var window
+    property var onboarding
+
+    Component {
+        id: mainComponent
+
+        Main {
+            id: main
+
+            required property string scenario
+            readonly property OfflineBridge bridge: OfflineBridge {
+                scenario: main.scenario
+            }
+
+            viewModels: bridge.viewModels
+            width: minimumWidth
+            height: minimumHeight
+            visible: true
+        }
+    }
+
+    function open(scenario) {
+        window = createTemporaryObject(mainComponent, test, {
+                "scenario": scenario
+            });
+        bridge = window.bridge;
+        onboarding = bridge.viewModels.onboarding;
+        window.requestActivate();
+        tryVerify(() => window.active);
+        verify(waitForRendering(window.contentItem));
+    }
+    function part(name) {
+        return Screens.named(window.contentItem, name)[0];
+    }
+    function step() {
+        return ["Velmora Bridge", "Terminal automation", "Session policy", "Local MCP connection"].indexOf(part("onboardingTitle").text);
+    }
+    function goTo(index) {
+        while (onboarding.stepIndex < index)
+            onboarding.next();
+        compare(step(), index);
+    }
+    function finished(policy) {
+        verify(!onboarding.needed);
+        compare(part("onboarding"), undefined);
+        compare(bridge.userDefault("onboardingCompleted"), "true");
+        compare(bridge.userDefault("sessionPolicy"), policy);
+        tryVerify(() => bridge.ready);
+        compare(bridge.sessionPolicy(), policy);
+        return true;
+    }
+
+    function test_itStandsInPlaceOfTheContent() {
+        open("firstRunMacOS");
+        verify(part("onboarding"));
+        compare(part("sidebar"), undefined);
+        compare(part("dashboard"), undefined);
+        compare(step(), 0);
+        verify(!bridge.ready);
+    }
+
+    function test_withoutAFirstRunItIsNotShown() {
+        open("full");
+        compare(part("onboarding"), undefined);
+        verify(part("sidebar"));
+    }
+
+    function test_theMouseLeadsThroughTheSteps() {
+        open("firstRunMacOS");
+        for (const index of [0, 1, 2, 3]) {
+            compare(step(), index);
+            compare(part("onboardingBack").enabled, index > 0);
+            compare(part("onboardingForward").text, index < 3 ? "Continue" : "Finish");
+            compare(part("onboardingText") === undefined, index === 2);
+            compare(part("policyChoice0") === undefined, index !== 2);
+            compare(part("onboardingProgress").Accessible.name, `Step ${index + 1} of 4`);
+            if (index === 2)
+                mouseClick(part("policyChoice1"));
+            mouseClick(part("onboardingForward"));
+        }
+        verify(finished("selective"));
+        verify(part("sidebar").activeFocus);
+        compare(bridge.viewModels.navigation.selectedSection, "dashboard");
+    }
+
+    function test_returnGoesOn() {
+        open("firstRunMacOS");
+        keyClick(Qt.Key_Return);
+        compare(step(), 1);
+        keyClick(Qt.Key_Enter);
+        compare(step(), 2);
+        keyClick(Qt.Key_Return);
+        compare(step(), 3);
+        keyClick(Qt.Key_Return);
+        verify(finished("safe"));
+    }
+
+    function test_aKeyThatIsHeldGoesOneStep() {
+        open("firstRunMacOS");
+        keyClick(Qt.Key_Return);
+        bridge.repeatKey(window, Qt.Key_Return);
+        compare(step(), 1);
+        part("onboardingForward").forceActiveFocus(Qt.TabFocusReason);
+        bridge.repeatKey(window, Qt.Key_Return);
+        compare(step(), 1);
+        keyClick(Qt.Key_Return);
+        compare(step(), 2);
+    }
+
+    function test_theArrowsChooseThePolicy() {
+        open("firstRunMacOS");
+        goTo(2);
+        verify(part("policyChoice0").activeFocus);
+        verify(part("policyChoice0").checked);
+        keyClick(Qt.Key_Down);
+        verify(part("policyChoice1").activeFocus);
+        verify(part("policyChoice1").checked);
+        verify(!part("policyChoice0").checked);
+        keyClick(Qt.Key_Down);
+        compare(onboarding.policyIndex, 1);
+        keyClick(Qt.Key_Up);
+        compare(onboarding.policyIndex, 0);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(step(), 3);
+        keyClick(Qt.Key_Return);
+        verify(finished("selective"));
+    }
+
+    function test_theSpaceBarAndTheAccessibilityBusChooseThePolicy() {
+        open("firstRunMacOS");
+        goTo(2);
+        part("policyChoice1").forceActiveFocus(Qt.TabFocusReason);
+        compare(onboarding.policyIndex, 0);
+        keyClick(Qt.Key_Space);
+        compare(onboarding.policyIndex, 1);
+        part("policyChoice0").Accessible.pressAction();
+        compare(onboarding.policyIndex, 0);
+        verify(part("policyChoice0").checked);
+        verify(!part("policyChoice1").checked);
+        part("policyChoice0").Accessible.toggleAction();
+        compare(onboarding.policyIndex, 0);
+        verify(part("policyChoice0").checked);
+    }
+
+    function test_escapeGoesBackAStepAndLosesNothing() {
+        open("firstRunMacOS");
+        keyClick(Qt.Key_Escape);
+        compare(step(), 0);
+        verify(window.visible);
+        goTo(2);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(step(), 3);
+        keyClick(Qt.Key_Escape);
+        compare(step(), 2);
+        verify(part("policyChoice1").checked);
+        keyClick(Qt.Key_Escape);
+        keyClick(Qt.Key_Escape);
+        keyClick(Qt.Key_Escape);
+        compare(step(), 0);
+        compare(onboarding.policyIndex, 1);
+        verify(window.visible);
+        compare(bridge.userDefault("sessionPolicy"), "");
+    }
+
+    function test_returnOnTheWayBackGoesBack() {
+        open("firstRunMacOS");
+        goTo(1);
+        part("onboardingBack").forceActiveFocus(Qt.TabFocusReason);
+        keyClick(Qt.Key_Return);
+        compare(step(), 0);
+        keyClick(Qt.Key_Return);
+        compare(step(), 1);
+    }
+
+    function test_theKeyboardReachesEveryControl() {
+        open("firstRunMacOS");
+        goTo(2);
+        const reached = new Set();
+        for (let count = 0; count < 8; ++count) {
+            reached.add(window.activeFocusItem.objectName);
+            keyClick(Qt.Key_Tab);
+        }
+        for (const name of ["policyChoice0", "policyChoice1", "onboardingBack", "onboardingForward"])
+            verify(reached.has(name), name);
+        compare(onboarding.policyIndex, 0);
+    }
+
+    function test_everyStepIsSpoken() {
+        open("firstRunMacOS");
+        for (const index of [0, 1, 2, 3]) {
+            goTo(index);
+            const page = part("onboardingPage");
+            compare(page.Accessible.name, part("onboardingTitle").text);
+            verify(index === 2 || page.activeFocus);
+            compare(page.Accessible.description, index === 2 ? "" : part("onboardingText").text);
+            const controls = Screens.all(window.contentItem, item => item.clicked !== undefined);
+            verify(controls.length >= 2);
+            compare(controls.filter(item => item.Accessible.name === "").map(item => item.objectName), []);
+        }
+    }
+
+    function test_closingTheWindowLeavesItDue() {
+        open("firstRunMacOS");
+        goTo(3);
+        window.close();
+        const dialog = findChild(window, "closeDialog");
+        tryVerify(() => dialog.opened);
+        mouseClick(findChild(dialog.contentItem, "dialogConfirm"));
+        tryVerify(() => !dialog.visible);
+        verify(onboarding.needed);
+        compare(bridge.userDefault("onboardingCompleted"), "false");
+        compare(bridge.userDefault("sessionPolicy"), "");
+    }
+
+    function test_nothingIsCutOffInTheSmallestWindow_data() {
+        return [{
+                "tag": "firstRun"
+            }, {
+                "tag": "firstRunMacOS"
+            }];
+    }
+    function test_nothingIsCutOffInTheSmallestWindow(data) {
+        open(data.tag);
+        for (let index = 0; index < onboarding.stepCount; ++index) {
+            tryVerify(() => part("onboardingPage").height > window.height / 2);
+            const outside = Screens.all(part("onboarding"), item => {
+                    const corner = item.mapToItem(null, 0, 0);
+                    return corner.x < 0 || corner.y < 0 || corner.x + item.width > window.width || corner.y + item.height > window.height || item.truncated === true;
+                });
+            compare(outside.map(item => item.objectName), []);
+            const page = part("onboardingPage");
+            verify(page.childrenRect.height < page.height);
+            verify(page.mapToItem(null, 0, page.height).y <= part("onboardingForward").mapToItem(null, 0, 0).y);
+            onboarding.next();
+        }
+    }
+}
