@@ -53,8 +53,8 @@ class Desktop:
         command = ["tmux", *arguments]
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout.strip()
 
-    def start(self):
-        app = subprocess.Popen([self.programs / "velmora-app"], env=self.environment)
+    def start(self, **variables):
+        app = subprocess.Popen([self.programs / "velmora-app"], env=self.environment | variables)
         self.children.append(app)
         return app
 

@@ -90,7 +90,14 @@ def by_the_accessibility_bus(desktop):
     check("and keeps the policy", permission_of_the_session(window) == "readOnly")
     window.press("list item", "Help")
     window.see("label", "2. Register the stdio Helper")
-    check("the help is there", True)
+    check("the help is in English", window.see("combo box", "Language").description == "English")
+    end(app)
+
+    app = desktop.start(LC_ALL="ko_KR.UTF-8")
+    window = AccessibleWindow("Velmora")
+    window.press("list item", "Help")
+    window.see("label", "2. stdio 헬퍼 등록")
+    check("in a Korean session it is in Korean", window.see("combo box", "언어").description == "한국어")
     end(app)
 
 
