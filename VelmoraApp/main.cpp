@@ -4,6 +4,7 @@
 #include <spdlog/sinks/stdout_color_sinks.h>
 #include <spdlog/spdlog.h>
 
+#include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 
 #include "LocalControl/UnixSocketEndpoint.h"
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Velmora");
   QApplication::setApplicationVersion(VELMORA_VERSION);
   QApplication::setDesktopFileName("app.velmora.Velmora");
+  QApplication::setWindowIcon(QIcon::fromTheme("app.velmora.Velmora"));  // the installed one
   QApplication::setQuitOnLastWindowClosed(false);
   try {
     return serve(application);

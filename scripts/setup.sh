@@ -15,7 +15,7 @@ debian_packages=(
   xvfb xauth xdotool openbox x11-utils dbus at-spi2-core python3-pyatspi python3-dbus-next fonts-noto-cjk
   tmux procps python3 python3-jsonschema bash dash zsh fish man-db less vim-tiny openssh-client sudo
   clang-format clang-tidy shellcheck
-  desktop-file-utils appstream lintian
+  desktop-file-utils appstream lintian dpkg-dev file gzip
 )
 homebrew_packages=(
   cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo qt googletest google-benchmark tmux fish llvm shellcheck

@@ -33,8 +33,15 @@ TEST(Manuals, OfTheBridgeSayWhatItPrintsAndReads) {
   }
 }
 
+TEST(Manuals, OfTheApplicationSayWhatItKeeps) {
+  const auto page = shown("velmora-app.1");
+  for (const auto* word : {"velmora-app", "XDG_CONFIG_HOME", "settings.json", "Velmora.conf", "autostart"}) {
+    EXPECT_THAT(page, HasSubstr(word));
+  }
+}
+
 TEST(Manuals, FitA80ColumnTerminal) {
-  for (const auto* page : {"velmora.1", "velmora-headless.1"}) {
+  for (const auto* page : {"velmora.1", "velmora-headless.1", "velmora-app.1"}) {
     for (const auto& line : testing::linesOf(shown(page))) EXPECT_LE(line.size(), 80u) << line;
   }
 }
