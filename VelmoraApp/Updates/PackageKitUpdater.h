@@ -17,9 +17,9 @@ struct PackageKitUpdaterOptions {
   QString program;        ///< The running program's file.
   UserDefaults defaults;  ///< Where the choice is kept.
   Clock now;
-  std::function<void(const QUrl&)> open;         ///< Shows an address with the desktop's own means.
-  std::chrono::milliseconds patience{300'000};   ///< For one transaction; refreshing all lists takes a while.
-  std::chrono::milliseconds lookAgain{600'000};  ///< How often to see whether an automatic check is due.
+  std::function<void(const QUrl&)> open;  ///< Shows an address with the desktop's own means.
+  std::chrono::milliseconds patience = std::chrono::minutes(5);  ///< For one transaction, lists and all.
+  std::chrono::milliseconds lookAgain = std::chrono::hours(1);  ///< To see whether an automatic check is due.
 };
 
 /// In the user defaults.
