@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The strongest look at the macOS files that is possible without a Mac. Compiles every C++ and Objective-C++ file of the
 # product for arm64 and x86_64, for macOS 13.3, warnings and newer functions as errors; links velmora, velmora-headless
-# and a program that calls every shim; runs the Objective-C++ conversions here. The last line counts the checks.
+# and a program that calls every shim (not the window: there is no Qt for macOS to link); runs the Objective-C++
+# conversions here. The last line counts the checks.
 #
 # Proved: the files compile with the C++ library and the POSIX headers of macOS; every function exists; the names,
 # numbers of arguments and values of Apple's interfaces that they use stand in two public references. Not proved: what
@@ -104,6 +105,23 @@ compile_common_headers() {
   "$work/tools-$1/c++" -std=c++20 -isystem "$work/headers" -x c++-header "$work/common.h" -o "$work/common.pch"
 }
 
+# compile_window CPU: every file of the window but those that only Linux has, with the Qt headers of this machine. They
+# find macOS by the compiler, like the ones that Qt installs there.
+compile_window() {
+  local cpu=$1 qt=/usr/include/x86_64-linux-gnu/qt6 module file files=()
+  local flags=(-std=c++20 -fPIC -Wall -Wextra -Werror -DQT_NO_KEYWORDS -DVELMORA_VERSION='""' -I.
+    -isystem "$work/headers" -isystem "$qt")
+  for module in QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick QtQuickControls2 QtWidgets; do
+    flags+=(-isystem "$qt/$module")
+  done
+  mkdir -p "$work/window"
+  for file in $(git ls-files 'VelmoraApp/*.cpp' ':!*Linux.cpp'); do
+    grep -qE 'QtDBus|glib\.h|DesktopEntry\.h' "$file" "${file%.cpp}.h" 2>/dev/null || files+=("$file")
+  done
+  printf '%s\0' "${files[@]}" |
+    xargs -0 -P "$(getconf _NPROCESSORS_ONLN)" -I FILE "$work/tools-$cpu/c++" "${flags[@]}" -c FILE -o /dev/null
+}
+
 # link_shims CPU: every shim, with the updater that the build above leaves out.
 link_shims() {
   local cpu=$1 file
@@ -177,6 +195,7 @@ write_tools x86_64
 step 'the common headers compile for x86_64' compile_common_headers x86_64
 step 'everything compiles and links for x86_64' build x86_64 "-include-pch $work/common.pch"
 for cpu in arm64 x86_64; do
+  step "the window compiles for $cpu" compile_window "$cpu"
   step "every shim and the updater link for $cpu" link_shims "$cpu"
   step "the programs are for macOS $target on $cpu" check_programs "$cpu"
 done

@@ -4,28 +4,35 @@
 
 namespace velmora {
 
-UserDefaults::UserDefaults(const QString& iniFile)
-    : UserDefaults(std::make_unique<QSettings>(iniFile, QSettings::IniFormat)) {}
-UserDefaults::UserDefaults(std::unique_ptr<QSettings> settings) : settings_(std::move(settings)) {
-  settings_->setFallbacksEnabled(false);  // the user's own only, not the whole system's
-}
-UserDefaults::~UserDefaults() = default;
-UserDefaults::UserDefaults(UserDefaults&&) noexcept = default;
+namespace {
 
-bool UserDefaults::boolean(const QString& key, bool absent) const {
-  return settings_->value(key, absent).toBool();
-}
+class IniFile final : public UserDefaultsStore {
+ public:
+  explicit IniFile(const QString& path) : settings_(path, QSettings::IniFormat) {
+    settings_.setFallbacksEnabled(false);  // the user's own only, not the whole system's
+  }
 
-QString UserDefaults::text(const QString& key) const { return settings_->value(key).toString(); }
+  std::optional<bool> boolean(const QString& key) const override { return value<bool>(key); }
+  std::optional<QString> text(const QString& key) const override { return value<QString>(key); }
+  void set(const QString& key, bool value) override { write(key, value); }
+  void set(const QString& key, const QString& value) override { write(key, value); }
 
-void UserDefaults::set(const QString& key, bool value) {
-  settings_->setValue(key, value);
-  settings_->sync();
-}
+ private:
+  template <class Value>
+  std::optional<Value> value(const QString& key) const {
+    const auto found = settings_.value(key);
+    return found.canConvert<Value>() ? std::optional(found.value<Value>()) : std::nullopt;
+  }
+  void write(const QString& key, const QVariant& value) {
+    settings_.setValue(key, value);
+    settings_.sync();
+  }
 
-void UserDefaults::set(const QString& key, const QString& value) {
-  settings_->setValue(key, value);
-  settings_->sync();
-}
+  QSettings settings_;
+};
+
+}  // namespace
+
+UserDefaults::UserDefaults(const QString& iniFile) : UserDefaults(std::make_unique<IniFile>(iniFile)) {}
 
 }  // namespace velmora

@@ -3,12 +3,22 @@
 
 #include <QtCore/QString>
 #include <memory>
+#include <optional>
 
 #include "BridgeModels/Environment.h"
 
-class QSettings;
-
 namespace velmora {
+
+/// Where user defaults are kept. A key that is not set, or holds something else, reads as nothing.
+class UserDefaultsStore {
+ public:
+  virtual ~UserDefaultsStore() = default;
+
+  virtual std::optional<bool> boolean(const QString& key) const = 0;
+  virtual std::optional<QString> text(const QString& key) const = 0;
+  virtual void set(const QString& key, bool value) = 0;
+  virtual void set(const QString& key, const QString& value) = 0;
+};
 
 /// Kept by the system's own means: an INI file on Linux, the user defaults on macOS. For the main thread.
 /// What cannot be written is lost with the process; nothing is thrown.
@@ -19,19 +29,17 @@ class UserDefaults {
 
   /// Those in an INI file of the caller's choice.
   explicit UserDefaults(const QString& iniFile);
-  ~UserDefaults();
-  UserDefaults(UserDefaults&&) noexcept;
 
-  bool boolean(const QString& key, bool absent) const;
-  QString text(const QString& key) const;
+  bool boolean(const QString& key, bool absent) const { return store_->boolean(key).value_or(absent); }
+  QString text(const QString& key) const { return store_->text(key).value_or(QString()); }
 
-  void set(const QString& key, bool value);
-  void set(const QString& key, const QString& value);
+  void set(const QString& key, bool value) { store_->set(key, value); }
+  void set(const QString& key, const QString& value) { store_->set(key, value); }
 
  private:
-  explicit UserDefaults(std::unique_ptr<QSettings> settings);
+  explicit UserDefaults(std::unique_ptr<UserDefaultsStore> store) : store_(std::move(store)) {}
 
-  std::unique_ptr<QSettings> settings_;
+  std::unique_ptr<UserDefaultsStore> store_;
 };
 
 /// The keys.

@@ -29,6 +29,10 @@ QString MenuBarViewModel::pauseText() const { return paused() ? "Resume changes"
 
 QString MenuBarViewModel::terminalName() const { return text(model_.automation().displayName()); }
 
+std::vector<PermissionSettingsRow> MenuBarViewModel::permissions() const {
+  return permissionSettings(model_.status()).rows;
+}
+
 void MenuBarViewModel::togglePause() { model_.setPaused(!paused()); }
 
 }  // namespace velmora

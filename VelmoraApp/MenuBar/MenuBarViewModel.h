@@ -4,6 +4,7 @@
 #include <QtCore/QObject>
 
 #include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/Settings/PermissionSettings.h"
 
 namespace velmora {
 
@@ -21,6 +22,7 @@ class MenuBarViewModel : public QObject {
   QString errorText() const;  ///< Empty when there is no error.
   QString pauseText() const;
   QString terminalName() const;
+  std::vector<PermissionSettingsRow> permissions() const;
 
   void togglePause();
 

@@ -1,9 +1,5 @@
 #include "VelmoraApp/MenuBar/VelmoraMenuBar.h"
 
-#include <QtGui/QDesktopServices>
-
-#include "VelmoraApp/MenuBar/PermissionPanes.h"
-
 namespace velmora {
 
 VelmoraMenuBar::VelmoraMenuBar(MenuBarViewModel& viewModel)
@@ -30,9 +26,10 @@ VelmoraMenuBar::VelmoraMenuBar(MenuBarViewModel& viewModel)
 
 void VelmoraMenuBar::addPermissionPanes() {
   auto* panes = menu_.addMenu("Open Permission Settings");
-  for (const auto& pane : permissionPanes()) {
-    connect(panes->addAction(pane.title), &QAction::triggered, this,
-            [url = pane.url] { QDesktopServices::openUrl(url); });
+  for (const auto& row : viewModel_.permissions()) {
+    if (!row.link) continue;
+    connect(panes->addAction(row.title), &QAction::triggered, this,
+            [link = *row.link] { openSettingsPane(link); });
   }
   if (!panes->isEmpty()) return;
   panes->addAction(viewModel_.terminalName() + " needs no permission")->setEnabled(false);

@@ -44,7 +44,8 @@ ApplicationWindow {
         Sidebar {
             Layout.fillHeight: true
             navigation: window.viewModels.navigation
-            onAboutRequested: about.open()
+            onAboutRequested: if (!window.mainWindow.showAbout())
+                about.open()
             onQuitRequested: window.mainWindow.quit()
         }
         StackLayout {

@@ -26,7 +26,7 @@ QVariantList GeneralSettingsViewModel::permissions() const {
 void GeneralSettingsViewModel::openPermission(int row) {
   if (row < 0 || row >= static_cast<int>(permissions_.rows.size())) return;
   const auto& link = permissions_.rows[static_cast<std::size_t>(row)].link;
-  if (link) sources_.openUrl(systemSettingsUrl(*link));
+  if (link) sources_.openPane(*link);
 }
 
 }  // namespace velmora

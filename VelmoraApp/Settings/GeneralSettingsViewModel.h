@@ -20,7 +20,7 @@ struct GeneralSettingsSources {
   MenuBarPreference& menuBar;
   LaunchAtLoginController& launchAtLogin;
   std::function<UpdaterService&()> updater;  ///< Made when it is first asked for.
-  std::function<void(const QUrl&)> openUrl;  ///< Shows an address with the desktop's own means.
+  std::function<void(SystemSettingsLink)> openPane;
 };
 
 /// For the main thread.

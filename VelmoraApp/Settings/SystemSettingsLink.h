@@ -1,13 +1,13 @@
 // The panes of System Settings in which the person gives the application its permissions.
 #pragma once
 
-#include <QtCore/QUrl>
+#include "MacPlatform/SystemSettings.h"
 
 namespace velmora {
 
-enum class SystemSettingsLink { accessibility, automation, screenRecording };
+using mac::SystemSettingsLink;
 
-/// What opens the pane.
-QUrl systemSettingsUrl(SystemSettingsLink link);
+/// Opens the pane; does nothing on a system without them. Main thread.
+void openSettingsPane(SystemSettingsLink link);
 
 }  // namespace velmora

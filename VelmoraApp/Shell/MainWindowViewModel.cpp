@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "VelmoraApp/Shell/AboutPanel.h"
+
 namespace velmora {
 
 QString MainWindowViewModel::applicationName() const { return "Velmora"; }
@@ -13,6 +15,8 @@ QString MainWindowViewModel::closeExplanation() const {
          "use the "
          "terminal until you start Velmora again.";
 }
+
+bool MainWindowViewModel::showAbout() const { return showStandardAboutPanel(); }
 
 bool MainWindowViewModel::closeRequested() {
   if (hasTray_) return true;

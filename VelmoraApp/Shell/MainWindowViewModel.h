@@ -26,6 +26,8 @@ class MainWindowViewModel : public QObject {
 
   void setHasTray(bool hasTray) { hasTray_ = hasTray; }
 
+  /// Shows name and version by the system's means; false when the window has to.
+  Q_INVOKABLE bool showAbout() const;
   /// Whether the window may close now.
   Q_INVOKABLE bool closeRequested();
   Q_INVOKABLE void confirmClosing();

@@ -1,9 +1,9 @@
 #include "VelmoraApp/Shell/VelmoraApp.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtGui/QDesktopServices>
 
 #include "BridgeHost/PlatformTerminal.h"
+#include "VelmoraApp/Shell/AboutPanel.h"
 #include "VelmoraApp/Updates/UpdaterService.h"
 
 namespace velmora {
@@ -33,7 +33,7 @@ VelmoraApp::VelmoraApp(const Environment& environment)
                   {.menuBar = menuBarPreference_,
                    .launchAtLogin = launchAtLogin_,
                    .updater = []() -> UpdaterService& { return UpdaterService::shared(); },
-                   .openUrl = [](const QUrl& url) { QDesktopServices::openUrl(url); }},
+                   .openPane = openSettingsPane},
                   GuideContext::ofThisSystem()),
       window_(viewModels_),
       menuBarViewModel_(model_) {
@@ -44,6 +44,7 @@ VelmoraApp::VelmoraApp(const Environment& environment)
   connect(&menuBarPreference_, &MenuBarPreference::changed, this, &VelmoraApp::updateMenuBar);
   findTray();
   updateMenuBar();
+  addAboutToApplicationMenu(this);
   if (updatesFromTheStart(defaults_)) UpdaterService::shared();
 }
 

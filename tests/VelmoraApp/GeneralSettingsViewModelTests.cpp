@@ -13,10 +13,11 @@ class GeneralSettingsViewModelTest : public testing::AppFixture {
   void start() {
     startApp();
     settings = std::make_unique<GeneralSettingsViewModel>(
-        *app, GeneralSettingsSources{.menuBar = menuBar,
-                                     .launchAtLogin = launchAtLogin,
-                                     .updater = [this]() -> UpdaterService& { return updater; },
-                                     .openUrl = [this](const QUrl& url) { opened.push_back(url); }});
+        *app,
+        GeneralSettingsSources{.menuBar = menuBar,
+                               .launchAtLogin = launchAtLogin,
+                               .updater = [this]() -> UpdaterService& { return updater; },
+                               .openPane = [this](SystemSettingsLink link) { opened.push_back(link); }});
   }
 
   UserDefaults defaults{QString::fromStdString((directory / "defaults.ini").string())};
@@ -24,7 +25,7 @@ class GeneralSettingsViewModelTest : public testing::AppFixture {
   bool refuses = false;
   LaunchAtLoginController launchAtLogin{std::make_unique<testing::FakeLoginItem>(refuses)};
   UpdaterService updater{std::make_unique<testing::FakeUpdater>(std::nullopt), time.clock()};
-  std::vector<QUrl> opened;
+  std::vector<SystemSettingsLink> opened;
   std::unique_ptr<GeneralSettingsViewModel> settings;
 };
 

@@ -85,7 +85,7 @@ void OfflineBridge::setScenario(const QString& name) {
       GeneralSettingsSources{.menuBar = *menuBar_,
                              .launchAtLogin = *launchAtLogin_,
                              .updater = [this]() -> UpdaterService& { return *updaterService_; },
-                             .openUrl = [](const QUrl&) {}},
+                             .openPane = openSettingsPane},
       guideContextFor(data));
   connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
     if (ready_ || model_->isRefreshing()) {

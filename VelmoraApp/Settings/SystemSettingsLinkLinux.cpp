@@ -1,0 +1,7 @@
+#include "VelmoraApp/Settings/SystemSettingsLink.h"
+
+namespace velmora {
+
+void openSettingsPane(SystemSettingsLink) {}
+
+}  // namespace velmora
