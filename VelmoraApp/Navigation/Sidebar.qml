@@ -53,20 +53,16 @@ Rectangle {
                 onClicked: sidebar.navigation.selectedIndex = index
             }
         }
-        SidebarItem {
+        SidebarButton {
             objectName: "about"
             Layout.fillWidth: true
-            quiet: true
             text: qsTr("About Velmora")
-            Accessible.role: Accessible.Button
             onClicked: sidebar.aboutRequested()
         }
-        SidebarItem {
+        SidebarButton {
             objectName: "quit"
             Layout.fillWidth: true
-            quiet: true
             text: qsTr("Quit Velmora")
-            Accessible.role: Accessible.Button
             onClicked: sidebar.quitRequested()
         }
     }

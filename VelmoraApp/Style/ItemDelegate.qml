@@ -7,8 +7,6 @@ T.ItemDelegate {
     id: control
 
     property string symbol
-    // Of less weight than the others.
-    property bool quiet: false
     property bool focusShown: visualFocus
     readonly property bool current: highlighted || checked
 
@@ -33,8 +31,7 @@ T.ItemDelegate {
         Label {
             Layout.fillWidth: true
             text: control.text
-            font: control.quiet ? Theme.caption : control.font
-            color: control.quiet ? Theme.textSecondary : Theme.text
+            font: control.font
             elide: Text.ElideRight
             Accessible.ignored: true
         }

@@ -3,7 +3,7 @@ import QtQuick
 // One entry of the sidebar.
 ItemDelegate {
     horizontalPadding: Theme.medium
-    verticalPadding: quiet ? Theme.tight : Theme.small
+    verticalPadding: Theme.small
     spacing: Theme.medium
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.PageTab

@@ -157,7 +157,7 @@ def without_a_tray(desktop):
     window.press("push button", "Cancel")
     eventually(lambda: not window.shows("label", "Close Velmora?"), "the question is gone")
     check("cancelled, it goes on", client.code("terminal_status") == "ok")
-    window.press("list item", "Quit Velmora")
+    window.press("push button", "Quit Velmora")
     check("quitting from the window ends it well", app.wait(10) == 0)
     check("and deletes the history, as the settings say", not history.exists())
     client.close()
