@@ -1,0 +1,87 @@
+"""The settings as a person changes them: each control by the accessibility bus, and what each leaves in the settings
+file, the user's defaults and the autostart folder. Run it under a display and a session bus of its own:
+xvfb-run -a dbus-run-session -- /usr/bin/python3 settings_test.py FOLDER_OF_THE_PROGRAMS"""
+
+import json
+import pathlib
+import signal
+import subprocess
+import sys
+
+from accessible_window import AccessibleWindow, eventually
+from desktop import check, play
+
+programs = pathlib.Path(sys.argv[1])
+
+
+def stored(desktop, key):
+    return json.loads(desktop.settings.read_text())["settings"][key] if desktop.settings.exists() else None
+
+
+def comes_to_store(desktop, key, value):
+    return eventually(lambda: stored(desktop, key) == value, f"{key} is {value}")
+
+
+def general(desktop, window):
+    entry = pathlib.Path(desktop.home, "config/autostart/app.velmora.Velmora.desktop")
+    check("nothing starts at login", not entry.exists())
+    window.act("check box", "Launch at login", "Toggle")
+    eventually(entry.exists, "there is an autostart entry")
+    check("the entry starts this program", str((programs / "velmora-app").resolve()) in entry.read_text())
+    subprocess.run(["desktop-file-validate", entry], check=True)
+    window.act("check box", "Launch at login", "Toggle")
+    eventually(lambda: not entry.exists(), "the entry is gone")
+    check("the entry is gone again", True)
+
+    window.act("check box", "Show Velmora in the tray", "Toggle")
+    eventually(lambda: "menuBarEnabled=false" in desktop.user_defaults.read_text(), "the tray is switched off")
+    check("the tray switch is among the user's defaults", True)
+    window.see("label", "tmux")
+    check("the permissions say that tmux is there", window.shows("label", "A tmux server of yours is running, and Velmora may use it."))
+    check("a program that no package holds has no updates", "Check for Updates…" in window.names("push button"))
+
+
+def privacy(desktop, window):
+    window.press("page tab", "Privacy")
+    window.act("check box", "Persist request metadata", "Toggle")
+    check("metadata is kept", comes_to_store(desktop, "persistentHistoryEnabled", True))
+    before = desktop.settings.read_text()
+    window.press("check box", "Store command bodies")
+    window.see("label", "Sensitive data warning")
+    window.press("push button", "Cancel")
+    eventually(lambda: not window.shows("label", "Sensitive data warning"), "the warning is gone")
+    check("a cancelled warning leaves the file alone", desktop.settings.read_text() == before)
+    window.press("check box", "Store command bodies")
+    window.press("push button", "Enable")
+    check("command bodies are kept", comes_to_store(desktop, "storeCommandBody", True))
+    window.press("check box", "Persist request metadata")
+    check("without metadata nothing is kept", comes_to_store(desktop, "persistentHistoryEnabled", False))
+    check("command bodies least of all", stored(desktop, "storeCommandBody") is False)
+    window.press("combo box", "Session policy")
+    window.press("list item", "Selective: existing sessions start read-only")
+    check("the policy is kept", comes_to_store(desktop, "sessionPolicy", "selective"))
+
+
+def connection(window):
+    window.press("page tab", "MCP Connection")
+    helper = str((programs / "velmora").resolve())
+    shown = window.see("text", "Configuration").queryText().getText(0, -1)
+    check("the configuration names the helper", json.loads(shown) == {"mcpServers": {"terminal": {"command": helper}}})
+    window.press("push button", "Copy configuration")
+    window.see("push button", "Copied")
+    check("the button says that it copied", True)
+
+
+def settings_by_the_accessibility_bus(desktop):
+    app = desktop.start()
+    window = AccessibleWindow("Velmora")
+    window.press("list item", "Settings")
+    general(desktop, window)
+    privacy(desktop, window)
+    connection(window)
+    app.send_signal(signal.SIGTERM)
+    check("a termination ends it well", app.wait(10) == 0)
+
+
+if __name__ == "__main__":
+    play(programs, [settings_by_the_accessibility_bus], introduced=True)
