@@ -114,12 +114,13 @@ compile_window() {
   for module in QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick QtQuickControls2 QtWidgets; do
     flags+=(-isystem "$qt/$module")
   done
-  mkdir -p "$work/window"
-  for file in $(git ls-files 'VelmoraApp/*.cpp' ':!*Linux.cpp'); do
-    grep -qE 'QtDBus|glib\.h|DesktopEntry\.h' "$file" "${file%.cpp}.h" 2>/dev/null || files+=("$file")
+  for file in $(git ls-files 'VelmoraApp/*.cpp' | grep -v 'Linux\.cpp$'); do
+    if grep -qE 'QtDBus|glib\.h|DesktopEntry\.h' "$file" "${file%.cpp}.h" 2>/dev/null; then continue; fi
+    files+=("$file")
+    mkdir -p "$work/window/$(dirname "$file")"
   done
   printf '%s\0' "${files[@]}" |
-    xargs -0 -P "$(getconf _NPROCESSORS_ONLN)" -I FILE "$work/tools-$cpu/c++" "${flags[@]}" -c FILE -o /dev/null
+    xargs -0 -P "$(getconf _NPROCESSORS_ONLN)" -I FILE "$work/tools-$cpu/c++" "${flags[@]}" -c FILE -o "$work/window/FILE.o"
 }
 
 # link_shims CPU: every shim, with the updater that the build above leaves out.

@@ -21,12 +21,12 @@ def eventually(question, claim):
     raise AssertionError(f"never true: {claim}")
 
 
-def find_all(node, role):
-    if node.getRoleName() == role and node.getState().contains(pyatspi.STATE_SHOWING):
+def find_all(node, role, showing=True):
+    if node.getRoleName() == role and (not showing or node.getState().contains(pyatspi.STATE_SHOWING)):
         yield node
     for child in node:
         if child is not None:
-            yield from find_all(child, role)
+            yield from find_all(child, role, showing)
 
 
 class AccessibleWindow:
@@ -49,6 +49,11 @@ class AccessibleWindow:
             lambda: next((node for node in find_all(self.application, role) if node.name == name), None),
             f"there is a {role} {name!r}",
         )
+
+    def scroll_to(self, role, name):
+        """Gives the keyboard to what may be out of sight."""
+        nodes = find_all(self.application, role, showing=False)
+        next(node for node in nodes if node.name == name).queryComponent().grabFocus()
 
     def press(self, role, name):
         self.act(role, name, "Press")
