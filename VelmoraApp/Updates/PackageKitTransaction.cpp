@@ -63,6 +63,9 @@ void PackageKitTransaction::listen() {
   bus_.connect(owner_, path_, transactionInterface, "ErrorCode", this, SLOT(takeError(QDBusMessage)));
   bus_.connect(owner_, path_, transactionInterface, "Finished", this, SLOT(takeEnd(QDBusMessage)));
   bus_.connect(owner_, path_, transactionInterface, "Destroy", this, SLOT(takeDisappearance()));
+  // A bus that ends takes with it whoever would tell that the service has gone.
+  bus_.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", this,
+               SLOT(takeDisappearance()));
 }
 
 void PackageKitTransaction::send(const QString& method, const QVariantList& arguments) {
