@@ -19,6 +19,9 @@ class VelmoraMenuBar : public QObject {
 
   const QMenu& menu() const { return menu_; }
 
+  /// Shows a sentence for a moment, as the desktop does it.
+  void tell(const QString& sentence) { icon_.showMessage("Velmora", sentence, icon_.icon()); }
+
  Q_SIGNALS:
   void openRequested();
 

@@ -32,7 +32,7 @@ VelmoraApp::VelmoraApp(const Environment& environment)
       viewModels_(model_, firstRun_,
                   {.menuBar = menuBarPreference_,
                    .launchAtLogin = launchAtLogin_,
-                   .updater = []() -> UpdaterService& { return UpdaterService::shared(); },
+                   .updater = [this]() -> UpdaterService& { return updater(); },
                    .openPane = openSettingsPane},
                   GuideContext::ofThisSystem()),
       window_(viewModels_),
@@ -45,7 +45,17 @@ VelmoraApp::VelmoraApp(const Environment& environment)
   findTray();
   updateMenuBar();
   addAboutToApplicationMenu(this);
-  if (updatesFromTheStart(defaults_)) UpdaterService::shared();
+  if (updatesFromTheStart(defaults_)) updater();
+}
+
+UpdaterService& VelmoraApp::updater() {
+  auto& service = UpdaterService::shared();
+  connect(&service, &UpdaterService::updateFound, this, &VelmoraApp::tellOfUpdate, Qt::UniqueConnection);
+  return service;
+}
+
+void VelmoraApp::tellOfUpdate(const QString& sentence) {
+  if (menuBar_) menuBar_->tell(sentence);
 }
 
 void VelmoraApp::findTray() { menuBarPreference_.setHasPlace(trayHost_.isAvailable()); }

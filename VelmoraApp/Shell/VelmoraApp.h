@@ -32,6 +32,8 @@ class VelmoraApp : public QObject {
  private:
   void findTray();
   void updateMenuBar();
+  UpdaterService& updater();
+  void tellOfUpdate(const QString& sentence);
 
   UserDefaults defaults_;
   FirstRunController firstRun_;

@@ -146,7 +146,11 @@ void PackageKitUpdater::takeUpdates(Asker asker, const PackageKitOutcome& outcom
     return;
   }
   finishCheck("Version " + found->version + " is available. Install it with your system's updates.");
-  if (asker == Asker::person) options_.open(kSoftwareCentrePage);
+  if (asker == Asker::person) {
+    options_.open(kSoftwareCentrePage);
+  } else if (std::exchange(toldVersion_, found->version) != found->version) {
+    Q_EMIT updateFound(checkResult_);
+  }
 }
 
 void PackageKitUpdater::finishCheck(const QString& result) {

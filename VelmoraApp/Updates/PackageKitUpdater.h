@@ -61,6 +61,7 @@ class PackageKitUpdater final : public PlatformUpdater {
   QString packageName_;
   bool isChecking_ = false;
   QString checkResult_;
+  QString toldVersion_;
   std::optional<Date> lastRefresh_;
   std::optional<Date> lastAutomaticCheck_;
   QTimer timer_;

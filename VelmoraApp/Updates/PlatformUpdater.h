@@ -37,6 +37,9 @@ class PlatformUpdater : public QObject {
  Q_SIGNALS:
   /// Any of the above may answer differently now.
   void changed();
+
+  /// Nobody was asked to wait for it: a check of its own found a version that it has not told of. A sentence.
+  void updateFound(const QString& sentence);
 };
 
 /// The running application's own. Keeps the person's choice with the application's user defaults.

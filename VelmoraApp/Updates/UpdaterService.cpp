@@ -18,6 +18,7 @@ UpdaterService& UpdaterService::shared() {
 UpdaterService::UpdaterService(std::unique_ptr<PlatformUpdater> updater, Clock now, QObject* parent)
     : QObject(parent), updater_(std::move(updater)), now_(std::move(now)) {
   connect(updater_.get(), &PlatformUpdater::changed, this, &UpdaterService::changed);
+  connect(updater_.get(), &PlatformUpdater::updateFound, this, &UpdaterService::updateFound);
 }
 
 QDateTime UpdaterService::lastUpdateCheckDateTime() const {

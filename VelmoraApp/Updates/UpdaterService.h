@@ -50,6 +50,7 @@ class UpdaterService : public QObject {
 
  Q_SIGNALS:
   void changed();
+  void updateFound(const QString& sentence);  ///< By a check that nobody asked for.
 
  private:
   std::unique_ptr<PlatformUpdater> updater_;

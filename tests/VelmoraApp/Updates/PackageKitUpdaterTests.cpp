@@ -234,6 +234,26 @@ TEST_F(PackageKitUpdaterTest, AnAutomaticCheckAsksNobodyAndOpensNothing) {
   EXPECT_EQ(opened, QStringList());
 }
 
+TEST_F(PackageKitUpdaterTest, AnAutomaticCheckTellsOnceOfEachVersion) {
+  lookAgain = std::chrono::milliseconds(20);
+  packageKit.scripts["GetUpdates"].packages = {kUpdate};
+  startInstalled();
+  QSignalSpy told(updater.get(), &PlatformUpdater::updateFound);
+  updater->checkForUpdates();
+  finishCheck();
+  EXPECT_EQ(told.count(), 0);  // the person sees the answer
+  updater->setAutomaticallyChecksForUpdates(true);
+  waitFor([&] { return told.count() == 1; });
+  EXPECT_TRUE(told.at(0).at(0).toString().startsWith("Version 0.2.0-1 is available."));
+  const auto sofar = checks();
+  time.advance(25 * kHour);
+  waitFor([&] { return checks() > sofar && !updater->isChecking(); });
+  EXPECT_EQ(told.count(), 1);
+  packageKit.scripts["GetUpdates"].packages = {"velmora;0.3.0-1;amd64;debian"};
+  time.advance(25 * kHour);
+  waitFor([&] { return told.count() == 2; });
+}
+
 TEST_F(PackageKitUpdaterTest, AnAutomaticCheckComesOnceADayAlsoAcrossStarts) {
   startInstalled();
   updater->setAutomaticallyChecksForUpdates(true);

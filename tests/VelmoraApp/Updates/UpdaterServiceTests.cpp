@@ -74,6 +74,13 @@ TEST_F(UpdaterServiceTest, TellsOfThePlatformsChangesAndOfRefusals) {
   EXPECT_TRUE(service.automaticallyChecksForUpdates());
 }
 
+TEST_F(UpdaterServiceTest, PassesOnThatAnUpdateWasFound) {
+  const QSignalSpy found(&service, &UpdaterService::updateFound);
+  Q_EMIT updater->updateFound("Version 2 is available.");
+  ASSERT_EQ(found.count(), 1);
+  EXPECT_EQ(found.at(0).at(0), "Version 2 is available.");
+}
+
 TEST_F(UpdaterServiceTest, ChecksOnceAtATimeAndOnlyWhereItCan) {
   service.checkForUpdates();
   EXPECT_EQ(state.checks, 1);

@@ -30,6 +30,8 @@ class Desktop:
             for name in ("PATH", "DISPLAY", "XAUTHORITY", "DBUS_SESSION_BUS_ADDRESS")
             if name in os.environ
         } | {
+            # Nothing of the machine's own is asked for, its package manager least of all.
+            "DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"],
             "HOME": home,
             "XDG_RUNTIME_DIR": home,
             "XDG_DATA_HOME": f"{home}/data",
