@@ -25,6 +25,7 @@ documents() {
   picture docs/images/dashboard.png $english "${size[@]}" --section dashboard
   picture docs/images/sessions-dark.png $english "${size[@]}" --section sessions --dark
   picture docs/images/history.png $english "${size[@]}" --section history
+  picture docs/images/settings.png $english "${size[@]}" --section settings --page 1
 }
 
 # inEveryWindow NAME LOCALE OPTIONS...: in both sizes, light and dark.
@@ -56,10 +57,22 @@ guides() {
   done
 }
 
+# Every page of the settings, with English and Korean system fonts.
+settings() {
+  local folder=$1 page locale
+  for page in 0 1 2; do
+    for locale in C.UTF-8 ko_KR.UTF-8; do
+      inEveryWindow "$folder/settings-$page-${locale%%[._]*}" "$locale" --section settings --page $page
+    done
+    picture "$folder/settings-$page-long.png" C.UTF-8 --section settings --page $page --width 720 --height 1600
+  done
+}
+
 everything() {
   local folder=$1 section scenario locale
   mkdir -p "$folder"
   guides "$folder"
+  settings "$folder"
   for section in dashboard sessions history; do
     for scenario in full empty paused denied long; do
       for locale in C.UTF-8 ko_KR.UTF-8; do

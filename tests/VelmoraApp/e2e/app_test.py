@@ -94,6 +94,15 @@ def the_history_is_searched_and_cleared(window):
     check("the history is cleared after a confirmation", True)
 
 
+def the_switch_hides_and_shows_the_tray(window, tray):
+    window.press("list item", "Settings")
+    window.act("check box", "Show Velmora in the tray", "Toggle")
+    eventually(lambda: not tray.answers(), "the status item is gone")
+    check("switched off, the tray's entry goes at once", True)
+    window.act("check box", "Show Velmora in the tray", "Toggle")
+    check("switched on, it comes back", eventually(tray.answers, "the status item is back"))
+
+
 def closing_hides_and_a_second_start_brings_back(desktop, app, window, client, tray):
     desktop.close_window()
     eventually(lambda: not desktop.window_is_visible(), "the window is hidden")
@@ -121,6 +130,7 @@ def with_a_tray(desktop):
     permissions_hold(window, client, session)
     a_hung_terminal_leaves_the_window_alone(desktop, window)
     the_history_is_searched_and_cleared(window)
+    the_switch_hides_and_shows_the_tray(window, tray)
     closing_hides_and_a_second_start_brings_back(desktop, app, window, client, tray)
     app.send_signal(signal.SIGTERM)
     check("a termination ends it well", app.wait(10) == 0)

@@ -79,6 +79,13 @@ class StatusNotifierHost:
     def has_item(self):
         return bool(self.watcher.items)
 
+    def answers(self):
+        """Whether the item that came last is still there."""
+        try:
+            return self.property("Id") is not None
+        except AssertionError:
+            return False
+
     def property(self, name):
         body = self._call("/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get", "ss", (ITEM, name))
         return self._wait(body)[0].value
