@@ -66,10 +66,12 @@ ApplicationWindow {
             SectionLoader {
                 view: "SettingsView.qml"
                 viewModel: window.viewModels.settings
+                current: window.viewModels.navigation.selectedSection === "settings"
             }
             SectionLoader {
                 view: "HelpView.qml"
                 viewModel: window.viewModels.help
+                current: window.viewModels.navigation.selectedSection === "help"
             }
         }
     }

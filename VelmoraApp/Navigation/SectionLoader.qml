@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 
 // A section that is made when it is first shown: the window is there sooner, and the system is asked nothing before.
 Loader {
@@ -7,10 +6,16 @@ Loader {
 
     required property string view
     required property QtObject viewModel
-    readonly property bool current: StackLayout.isCurrentItem
+    // Not what StackLayout attaches, which Qt 6.4 never frees.
+    required property bool current
 
-    onCurrentChanged: if (current && status === Loader.Null)
-        setSource(view, {
-                "viewModel": viewModel
-            })
+    onCurrentChanged: make()
+    Component.onCompleted: make()
+
+    function make() {
+        if (current && viewModel && status === Loader.Null)
+            setSource(view, {
+                    "viewModel": viewModel
+                });
+    }
 }
