@@ -15,65 +15,49 @@ PrivacySettingsViewModel::PrivacySettingsViewModel(AppModel& model)
 }
 
 void PrivacySettingsViewModel::setPersistentHistoryEnabled(bool enabled) {
-  auto draft = draft_;
-  draft.persistentHistoryEnabled = enabled;
-  save(draft);
+  change(&PrivacyRetentionSettings::persistentHistoryEnabled, enabled);
 }
 
 void PrivacySettingsViewModel::setDeleteOnAppExit(bool deletes) {
-  auto draft = draft_;
-  draft.deleteOnAppExit = deletes;
-  save(draft);
+  change(&PrivacyRetentionSettings::deleteOnAppExit, deletes);
 }
 
 void PrivacySettingsViewModel::setRetentionDays(int days) {
-  auto draft = draft_;
-  draft.retentionDays = days;
-  save(draft);
+  change(&PrivacyRetentionSettings::retentionDays, days);
 }
 
 void PrivacySettingsViewModel::setMaximumRecordCount(int count) {
-  auto draft = draft_;
-  draft.maximumRecordCount = count;
-  save(draft);
+  change(&PrivacyRetentionSettings::maximumRecordCount, count);
 }
 
 void PrivacySettingsViewModel::setStoreCommandBody(bool store) {
-  setStored(&PrivacyRetentionSettings::storeCommandBody, store, StorageWarning::command);
+  changeStored(&PrivacyRetentionSettings::storeCommandBody, store, StorageWarning::command);
 }
 
 void PrivacySettingsViewModel::setStoreOutputPreview(bool store) {
-  setStored(&PrivacyRetentionSettings::storeOutputPreview, store, StorageWarning::output);
+  changeStored(&PrivacyRetentionSettings::storeOutputPreview, store, StorageWarning::output);
 }
 
 void PrivacySettingsViewModel::setOutputPreviewMaxCharacters(int characters) {
-  auto draft = draft_;
-  draft.outputPreviewMaxCharacters = characters;
-  save(draft);
+  change(&PrivacyRetentionSettings::outputPreviewMaxCharacters, characters);
 }
 
 void PrivacySettingsViewModel::setAllowBusySessionInput(bool allow) {
-  auto draft = draft_;
-  draft.allowBusySessionInput = allow;
-  save(draft);
+  change(&PrivacyRetentionSettings::allowBusySessionInput, allow);
 }
 
 void PrivacySettingsViewModel::setSessionPolicyIndex(int index) {
-  const auto policy = sessionPolicyAt(index);
-  if (!policy) return;
-  auto draft = draft_;
-  draft.sessionPolicy = *policy;
-  save(draft);
+  if (const auto policy = sessionPolicyAt(index)) change(&PrivacyRetentionSettings::sessionPolicy, *policy);
 }
 
 QStringList PrivacySettingsViewModel::sessionPolicyLabels() const { return velmora::sessionPolicyLabels(); }
 
 void PrivacySettingsViewModel::enableAfterWarning() {
   if (!warning_) return;
-  auto draft = draft_;
-  (*warning_ == StorageWarning::command ? draft.storeCommandBody : draft.storeOutputPreview) = true;
+  const auto flag = *warning_ == StorageWarning::command ? &PrivacyRetentionSettings::storeCommandBody
+                                                         : &PrivacyRetentionSettings::storeOutputPreview;
   setWarning(std::nullopt);
-  save(draft);
+  change(flag, true);
 }
 
 void PrivacySettingsViewModel::cancelWarning() {
@@ -83,23 +67,21 @@ void PrivacySettingsViewModel::cancelWarning() {
 
 void PrivacySettingsViewModel::dismissProblem() { setProblem({}); }
 
-void PrivacySettingsViewModel::save(const PrivacyRetentionSettings& draft) {
-  if (draft == draft_) return;
+template <class Value>
+void PrivacySettingsViewModel::change(Value PrivacyRetentionSettings::*field,
+                                      std::type_identity_t<Value> value) {
+  if (draft_.*field == value) return;
+  auto draft = draft_;
+  draft.*field = value;
   dismissProblem();
   model_.saveSettingsFromUI(draft);
 }
 
-void PrivacySettingsViewModel::setStored(bool PrivacyRetentionSettings::*flag, bool store,
-                                         StorageWarning warning) {
-  if (store == draft_.*flag) return;
-  if (store) {
-    setWarning(warning);
-    Q_EMIT draftChanged();  // the switch is back at off until the person has answered
-    return;
-  }
-  auto draft = draft_;
-  draft.*flag = false;
-  save(draft);
+void PrivacySettingsViewModel::changeStored(bool PrivacyRetentionSettings::*flag, bool store,
+                                            StorageWarning warning) {
+  if (!store || draft_.*flag) return change(flag, store);
+  setWarning(warning);
+  Q_EMIT draftChanged();  // the switch is back at off until the person has answered
 }
 
 void PrivacySettingsViewModel::setWarning(std::optional<StorageWarning> warning) {

@@ -7,6 +7,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <optional>
+#include <type_traits>
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/History/HistoryClearing.h"
@@ -77,8 +78,9 @@ class PrivacySettingsViewModel : public QObject {
   void problemChanged();
 
  private:
-  void save(const PrivacyRetentionSettings& draft);
-  void setStored(bool PrivacyRetentionSettings::*flag, bool store, StorageWarning warning);
+  template <class Value>
+  void change(Value PrivacyRetentionSettings::*field, std::type_identity_t<Value> value);
+  void changeStored(bool PrivacyRetentionSettings::*flag, bool store, StorageWarning warning);
   void setWarning(std::optional<StorageWarning> warning);
   void setProblem(const QString& problem);
 
