@@ -24,7 +24,7 @@ class UserDefaultsStore {
 /// What cannot be written is lost with the process; nothing is thrown.
 class UserDefaults {
  public:
-  /// Those of this user.
+  /// Those of this user. Throws std::runtime_error when the environment does not say where they lie.
   static UserDefaults standard(const Environment& environment);
 
   /// Those in an INI file of the caller's choice.

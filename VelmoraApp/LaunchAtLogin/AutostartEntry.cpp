@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "BridgeCore/HistoryStore/StagedFile.h"
+#include "BridgeModels/BaseDirectory.h"
 
 namespace velmora {
 
@@ -32,13 +33,8 @@ std::vector<std::string> partsOf(const std::string& text) {
 }
 
 std::filesystem::path ownFile(const Environment& environment) {
-  std::filesystem::path directory = variable(environment, "XDG_CONFIG_HOME");
-  if (!directory.is_absolute()) {
-    directory = variable(environment, "HOME");
-    if (!directory.is_absolute()) return {};
-    directory /= ".config";
-  }
-  return directory / "autostart" / fileName;
+  const auto directory = baseDirectory(environment, "XDG_CONFIG_HOME", ".config");
+  return directory.empty() ? directory : directory / "autostart" / fileName;
 }
 
 std::vector<std::filesystem::path> systemFiles(const Environment& environment) {

@@ -39,5 +39,10 @@ TEST(UserDefaults, LieWhereTheSystemKeepsConfiguration) {
   EXPECT_TRUE(std::filesystem::exists(directory / "other/.config/Velmora/Velmora.conf"));
 }
 
+TEST(UserDefaults, LieNowhereWithoutAHome) {
+  EXPECT_THROW(UserDefaults::standard({}), std::runtime_error);
+  EXPECT_THROW(UserDefaults::standard({{"HOME", "relative"}}), std::runtime_error);
+}
+
 }  // namespace
 }  // namespace velmora
