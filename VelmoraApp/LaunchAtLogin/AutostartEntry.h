@@ -12,9 +12,8 @@
 
 namespace velmora {
 
-/// For the main thread. Reads the person's folder and the system's as the Desktop Application Autostart
-/// Specification says, and writes to the person's only, in one step. Keys that it does not need to change
-/// stay as they are.
+/// For the main thread. Reads the person's folder and the system's as every desktop does at login, and writes
+/// to the person's only, in one step. Keys that it does not need to change stay as they are.
 class AutostartEntry final : public LoginItem {
  public:
   /// `files` must outlive it. `program` is an absolute path.

@@ -84,7 +84,7 @@ std::string execLine(const std::filesystem::path& program) {
   if (g_utf8_validate(path.data(), static_cast<gssize>(path.size()), nullptr) == 0) {
     throw std::invalid_argument("the program's path is not UTF-8");
   }
-  // The specification's reserved characters; only these four mean something inside the quotes.
+  // The characters that Exec reserves; only the four below mean something inside the quotes.
   const bool needsQuotes = path.find_first_of(" \t\n\"'\\><~|&;$*?#()`") != std::string::npos;
   std::string line;
   for (const char character : path) {
