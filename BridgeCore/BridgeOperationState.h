@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "BridgeModels/BridgeEnums.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/StructuredError.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 

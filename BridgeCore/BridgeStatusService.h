@@ -9,7 +9,7 @@
 #include "BridgeCore/BridgeOperationState.h"
 #include "BridgeCore/SessionRegistry.h"
 #include "BridgeModels/BridgeStatus.h"
-#include "BridgeModels/Mutex.h"
+#include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "BridgeModels/BridgeEnums.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/TerminalSession.h"
 #include "BridgeModels/Uuid.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 

@@ -6,8 +6,8 @@
 
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/ToolInputs.h"
+#include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "BridgeCore/BridgeCoordinator.h"
-#include "BridgeModels/Environment.h"
 #include "LocalControl/LocalControlRouter.h"
 #include "LocalControl/LocalControlServer.h"
+#include "System/Environment.h"
 
 namespace velmora {
 
@@ -65,7 +65,7 @@ class BridgeHost {
   void endServing() noexcept;
 
   const std::filesystem::path socketURL_;
-  PosixStoreFileSystem files_;
+  PosixFileSystem files_;
   std::unique_ptr<TerminalAutomating> terminal_;
   SessionRegistry registry_;
   BridgeOperationState operationState_;

@@ -6,8 +6,8 @@
 
 #include "BridgeModels/JSONValue.h"
 #include "BridgeModels/Json/JsonEncoding.h"
-#include "BridgeModels/Utf8.h"
 #include "ClientSetup/Quoting.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 

@@ -4,9 +4,9 @@
 #include <filesystem>
 #include <optional>
 
-#include "BridgeModels/Mutex.h"
 #include "LocalControl/LocalControlMessages.h"
 #include "LocalControl/UnixSocketConnection.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 

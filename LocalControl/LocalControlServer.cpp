@@ -1,19 +1,15 @@
 #include "LocalControl/LocalControlServer.h"
 
-#include <cerrno>
 #include <exception>
 #include <optional>
 #include <system_error>
 
 #include "LocalControl/LocalControlCodec.h"
-#include "LocalControl/SocketPlatform.h"
 
 namespace velmora {
 
 LocalControlServer::LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL)
-    : handler_(std::move(handler)), server_(std::move(socketURL)), stopPipe_(SocketPlatform::openPipe()) {
-  if (!stopPipe_.first) throw UnixSocketError::system("pipe", errno);
-}
+    : handler_(std::move(handler)), server_(std::move(socketURL)), stopPipe_(openPipe()) {}
 
 LocalControlServer::~LocalControlServer() {
   stop();
@@ -28,7 +24,7 @@ LocalControlServer::~LocalControlServer() {
 }
 
 void LocalControlServer::start() {
-  if (acceptThread_.joinable() || !stopPipe_.second) return;
+  if (acceptThread_.joinable() || !stopPipe_.write) return;
   accepting_ = true;
   try {
     acceptThread_ = std::thread([this] { acceptConnections(); });
@@ -39,13 +35,13 @@ void LocalControlServer::start() {
 }
 
 void LocalControlServer::stop() noexcept {
-  stopPipe_.second.close();
+  stopPipe_.write.close();
   if (acceptThread_.joinable()) acceptThread_.join();
 }
 
 void LocalControlServer::acceptConnections() {
   try {
-    while (auto connection = server_.acceptConnectionUntil(stopPipe_.first.get())) {
+    while (auto connection = server_.acceptConnectionUntil(stopPipe_.read.get())) {
       beginServing(std::move(*connection));
     }
   } catch (const UnixSocketError&) {

@@ -7,12 +7,11 @@
 #include <functional>
 #include <list>
 #include <thread>
-#include <utility>
 
-#include "BridgeModels/Mutex.h"
-#include "LocalControl/FileDescriptor.h"
 #include "LocalControl/LocalControlMessages.h"
 #include "LocalControl/UnixSocketServer.h"
+#include "System/FileDescriptor.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 
@@ -32,7 +31,7 @@ using LocalControlHandler = std::function<LocalControlResponse(const LocalContro
 /// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
 class LocalControlServer {
  public:
-  /// Throws what UnixSocketServer's constructor throws, and system("pipe").
+  /// Throws what UnixSocketServer's constructor throws, and std::system_error.
   LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL);
   ~LocalControlServer();
   LocalControlServer(const LocalControlServer&) = delete;
@@ -65,7 +64,7 @@ class LocalControlServer {
 
   const LocalControlHandler handler_;
   UnixSocketServer server_;
-  std::pair<FileDescriptor, FileDescriptor> stopPipe_;  // closing the second end stops the accept thread
+  Pipe stopPipe_;  // closing the writing end stops the accept thread
   std::thread acceptThread_;
   std::atomic<bool> accepting_ = false;
 

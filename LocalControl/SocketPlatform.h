@@ -7,10 +7,9 @@
 #include <cstddef>
 #include <filesystem>
 #include <optional>
-#include <utility>
 
-#include "BridgeModels/Environment.h"
-#include "LocalControl/FileDescriptor.h"
+#include "System/Environment.h"
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 
@@ -21,9 +20,6 @@ FileDescriptor openStreamSocket();
 
 /// The next waiting connection of a listening socket: blocking, close-on-exec.
 FileDescriptor acceptConnection(int listening);
-
-/// A pipe whose two ends, to read and to write, are close-on-exec.
-std::pair<FileDescriptor, FileDescriptor> openPipe();
 
 /// As `write`, except that a peer that has gone gives EPIPE and never a signal.
 ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count);

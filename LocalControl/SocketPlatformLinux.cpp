@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "LocalControl/SocketPlatform.h"
-#include "LocalControl/UnixSocketEndpoint.h"
+#include "System/PrivateFolder.h"
 
 namespace velmora::SocketPlatform {
 
@@ -11,12 +11,6 @@ FileDescriptor openStreamSocket() { return FileDescriptor(::socket(AF_UNIX, SOCK
 
 FileDescriptor acceptConnection(int listening) {
   return FileDescriptor(::accept4(listening, nullptr, nullptr, SOCK_CLOEXEC));
-}
-
-std::pair<FileDescriptor, FileDescriptor> openPipe() {
-  int ends[2] = {-1, -1};
-  if (::pipe2(ends, O_CLOEXEC) != 0) return {};
-  return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
 ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count) {
@@ -34,11 +28,10 @@ std::optional<uid_t> peerUser(int descriptor) {
 // An MCP client may start the helper without XDG_RUNTIME_DIR; the place where the login manager puts that
 // directory then leads both ends to the same socket.
 std::optional<std::filesystem::path> userTemporaryDirectory(const Environment& environment) {
-  const auto stated = environment.find("XDG_RUNTIME_DIR");
-  if (stated != environment.end() && UnixSocketEndpoint::isOwnDirectory(stated->second))
-    return stated->second;
+  const std::filesystem::path stated = environmentValue(environment, "XDG_RUNTIME_DIR");
+  if (isOwnDirectory(stated)) return stated;
   const auto usual = std::filesystem::path("/run/user") / std::to_string(::geteuid());
-  if (UnixSocketEndpoint::isOwnDirectory(usual)) return usual;
+  if (isOwnDirectory(usual)) return usual;
   return std::nullopt;
 }
 

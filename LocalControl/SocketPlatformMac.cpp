@@ -4,8 +4,8 @@
 
 #include <cerrno>
 
-#include "BridgeModels/Utf8.h"
 #include "LocalControl/SocketPlatform.h"
+#include "System/Utf8.h"
 
 namespace velmora::SocketPlatform {
 
@@ -31,14 +31,6 @@ FileDescriptor acceptConnection(int listening) {
   const int flags = ::fcntl(descriptor.get(), F_GETFL);
   if (flags < 0 || ::fcntl(descriptor.get(), F_SETFL, flags & ~O_NONBLOCK) != 0) return {};
   return descriptor;
-}
-
-std::pair<FileDescriptor, FileDescriptor> openPipe() {
-  int ends[2] = {-1, -1};
-  if (::pipe(ends) != 0) return {};
-  std::pair<FileDescriptor, FileDescriptor> pipe{FileDescriptor(ends[0]), FileDescriptor(ends[1])};
-  if (!setCloseOnExec(pipe.first) || !setCloseOnExec(pipe.second)) return {};
-  return pipe;
 }
 
 // The option is set before each write, not once at the start: it cannot be set on a socket whose peer has

@@ -1,6 +1,5 @@
 #include "LocalControl/UnixSocketClient.h"
 
-#include <fcntl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -13,13 +12,14 @@ namespace velmora {
 
 namespace {
 
-UnixSocketConnection newSocket() {
-  UnixSocketConnection connection(SocketPlatform::openStreamSocket());
-  if (connection.descriptor() < 0) throw UnixSocketError::system("socket", errno);
-  return connection;
+FileDescriptor newSocket() {
+  auto socket = SocketPlatform::openStreamSocket();
+  if (!socket) throw UnixSocketError::system("socket", errno);
+  return socket;
 }
 
-UnixSocketConnection connected(UnixSocketConnection connection, const std::filesystem::path& socketURL) {
+UnixSocketConnection connected(FileDescriptor socket, const std::filesystem::path& socketURL) {
+  UnixSocketConnection connection(std::move(socket));
   const auto address = UnixSocketEndpoint::address(socketURL);
   if (::connect(connection.descriptor(), reinterpret_cast<const sockaddr*>(&address),
                 UnixSocketEndpoint::addressLength) != 0) {
@@ -36,12 +36,9 @@ UnixSocketConnection UnixSocketClient::connect(const std::filesystem::path& sock
 }
 
 UnixSocketConnection UnixSocketClient::connectWithoutBlocking(const std::filesystem::path& socketURL) {
-  auto connection = newSocket();
-  const int flags = ::fcntl(connection.descriptor(), F_GETFL);
-  if (flags < 0 || ::fcntl(connection.descriptor(), F_SETFL, flags | O_NONBLOCK) != 0) {
-    throw UnixSocketError::system("fcntl", errno);
-  }
-  return connected(std::move(connection), socketURL);
+  auto socket = newSocket();
+  setNonBlocking(socket);
+  return connected(std::move(socket), socketURL);
 }
 
 }  // namespace velmora

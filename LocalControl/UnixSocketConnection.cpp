@@ -42,11 +42,10 @@ std::string UnixSocketConnection::readFrame() {
 }
 
 void UnixSocketConnection::writeFrame(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const auto written = SocketPlatform::writeToSocket(descriptor(), bytes.data(), bytes.size());
-    if (written <= 0) throw UnixSocketError::system("write", errno);
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
+  const auto write = [this](const char* data, std::size_t size) {
+    return SocketPlatform::writeToSocket(descriptor(), data, size);
+  };
+  if (!writeWith(write, bytes).empty()) throw UnixSocketError::system("write", errno);
 }
 
 void UnixSocketConnection::interrupt() noexcept { ::shutdown(descriptor(), SHUT_RDWR); }

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "LocalControl/FileDescriptor.h"
 #include "LocalControl/UnixSocketError.h"
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 

@@ -35,9 +35,6 @@ std::filesystem::path defaultURL(const Environment& environment,
 /// The temporary directory that the system keeps for this user alone, when it has one.
 std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Environment& environment);
 
-/// Whether `path` is absolute and names a directory (no link to one) of the effective user.
-bool isOwnDirectory(const std::filesystem::path& path);
-
 /// Makes the socket's directory, with its parents, and gives it mode 0700. Throws
 /// std::filesystem::filesystem_error when it cannot be made, unsafeEndpoint when what stands there is no
 /// directory or not the effective user's own (it is left as it is), system("chmod").

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "LocalControl/FileDescriptor.h"
 #include "LocalControl/UnixSocketConnection.h"
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 

@@ -10,7 +10,7 @@
 
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeHost/PlatformTerminal.h"
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <exception>
 
-#include "BridgeModels/Environment.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/Environment.h"
 #include "VelmoraHelper/Commands/CommandLine.h"
 #include "VelmoraHelper/Commands/SystemContext.h"
 #include "VelmoraHelper/Stdio/StdioLoop.h"
@@ -41,12 +41,13 @@ void resetSignals() {
 }
 
 std::size_t largestInlinePicture(const Environment& environment, std::size_t usual) {
-  const auto stated = environment.find("VELMORA_INLINE_IMAGE_BYTES");
-  if (stated == environment.end()) return usual;
+  constexpr const char* variable = "VELMORA_INLINE_IMAGE_BYTES";
+  if (!environment.contains(variable)) return usual;
+  const auto stated = environmentValue(environment, variable);
   std::size_t bytes = 0;
-  const auto* end = stated->second.data() + stated->second.size();
-  const auto [rest, error] = std::from_chars(stated->second.data(), end, bytes);
-  if (error == std::errc() && rest == end && !stated->second.empty()) return bytes;
+  const auto* end = stated.data() + stated.size();
+  const auto [rest, error] = std::from_chars(stated.data(), end, bytes);
+  if (error == std::errc() && rest == end && !stated.empty()) return bytes;
   std::fprintf(stderr, "velmora: VELMORA_INLINE_IMAGE_BYTES must be a number of bytes; %zu is used.\n",
                usual);
   return usual;

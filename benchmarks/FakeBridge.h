@@ -37,7 +37,7 @@ struct FakeBridge {
   }
 
   TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
   testing::FakeTerminal terminal;
   SessionRegistry registry{Uuid::random(), Uuid::random};
   BridgeOperationState state{MCPState::active};

@@ -89,7 +89,7 @@ class StoreFixture : public benchmark::Fixture {
  protected:
   std::filesystem::path file() const { return folder_ / "history.json"; }
 
-  PosixStoreFileSystem files_;
+  PosixFileSystem files_;
   std::vector<MCPRequestRecord> records_;
 
  private:

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 #include "TerminalAutomation/Tmux/Picture/PaneCells.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -77,20 +77,22 @@ headersAlone() {
 includes() {
   local rule folder forbidden
   for rule in \
+    'System:MacPlatform|Bridge|ClientSetup|LocalControl|TerminalAutomation|Velmora' \
     'BridgeModels:MacPlatform|ClientSetup|LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
     'MacPlatform:ClientSetup|LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
     'ClientSetup:LocalControl|TerminalAutomation|BridgeCore|BridgeHost|Velmora' \
     'TerminalAutomation:LocalControl|BridgeCore|BridgeHost|Velmora' \
     'BridgeCore:LocalControl|BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
     'LocalControl:BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
-    'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation/(Tmux|AppleScript|Unavailable|Terminal|Serial)|VelmoraHeadless' \
+    'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation|VelmoraHeadless' \
+    'VelmoraApp:LocalControl/(Socket|UnixSocket(Server|Client|Connection))' \
     'VelmoraApp/AppModel:VelmoraApp/[^A]' \
     'VelmoraApp/Style:VelmoraApp/[^S]'; do
     folder=${rule%%:*}
     forbidden=${rule#*:}
     git grep -nE "#include \"($forbidden)" -- "$folder"
   done
-  git grep -nE '#include <(Qt?[A-Z]|q[a-z]+\.h)' -- BridgeModels MacPlatform ClientSetup LocalControl TerminalAutomation BridgeCore BridgeHost VelmoraHeadless VelmoraHelper
+  git grep -nE '#include <(Qt?[A-Z]|q[a-z]+\.h)' -- System BridgeModels MacPlatform ClientSetup LocalControl TerminalAutomation BridgeCore BridgeHost VelmoraHeadless VelmoraHelper
   return 0
 }
 

@@ -133,7 +133,7 @@ link_shims() {
       -c "$file" -o "$work/shims/$(basename "$file").o" || return 1
   done
   "$work/tools-$cpu/link" "$work/$cpu/bin/every-shim" "$work"/shims/*.o "$work/$cpu/MacPlatform/libMacPlatform.a" \
-    "$work/$cpu/BridgeModels/libBridgeModels.a"
+    "$work/$cpu/BridgeModels/libBridgeModels.a" "$work/$cpu/System/libVelmoraSystem.a"
 }
 
 check_programs() {

@@ -3,7 +3,7 @@
 
 #include <filesystem>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 #include <stdexcept>
 
 #include "BridgeCore/HistoryStore/ApplicationSupportDirectory.h"
-#include "BridgeModels/BaseDirectory.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

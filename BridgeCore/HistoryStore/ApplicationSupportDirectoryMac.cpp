@@ -5,11 +5,9 @@
 namespace velmora {
 
 std::filesystem::path applicationSupportDirectory(const Environment& environment) {
-  const auto home = environment.find("HOME");
-  if (home == environment.end() || !home->second.starts_with('/')) {
-    throw std::runtime_error("HOME names no directory");
-  }
-  return std::filesystem::path(home->second) / "Library" / "Application Support";
+  const auto home = environmentPath(environment, "HOME");
+  if (home.empty()) throw std::runtime_error("HOME names no directory");
+  return home / "Library" / "Application Support";
 }
 
 }  // namespace velmora

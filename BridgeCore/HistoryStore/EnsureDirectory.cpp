@@ -8,7 +8,7 @@
 
 namespace velmora {
 
-void ensureDirectory(StoreFileSystem& files, const std::filesystem::path& directory) {
+void ensureDirectory(FileSystem& files, const std::filesystem::path& directory) {
   files.createDirectories(directory);
   try {
     files.setMode(directory, S_IRWXU);

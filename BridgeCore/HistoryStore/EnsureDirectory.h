@@ -3,12 +3,12 @@
 
 #include <filesystem>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "System/FileSystem.h"
 
 namespace velmora {
 
 /// Creates `directory`, with those above it that are missing, and sets its mode to 0700, also when it
 /// existed. Throws what the file system reports for the creation, a storage error for the mode.
-void ensureDirectory(StoreFileSystem& files, const std::filesystem::path& directory);
+void ensureDirectory(FileSystem& files, const std::filesystem::path& directory);
 
 }  // namespace velmora

@@ -7,11 +7,11 @@
 #include <system_error>
 
 #include "BridgeCore/HistoryStore/EnsureDirectory.h"
-#include "BridgeCore/HistoryStore/StagedFile.h"
 #include "BridgeCore/HistoryStore/StorageError.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Text.h"
+#include "System/StagedFile.h"
 
 namespace velmora {
 
@@ -39,7 +39,7 @@ void removeWhatMayNotBeStored(MCPRequestRecord& record, const PrivacyRetentionSe
 
 }  // namespace
 
-HistoryStore::HistoryStore(StoreFileSystem& files, std::filesystem::path file)
+HistoryStore::HistoryStore(FileSystem& files, std::filesystem::path file)
     : files_(files), file_(std::move(file)) {}
 
 std::vector<MCPRequestRecord> HistoryStore::load() {
@@ -89,7 +89,7 @@ void HistoryStore::delete_() {
   fileIsUnreadable_ = false;
 }
 
-void HistoryStore::delete_(StoreFileSystem& files, const std::filesystem::path& file) {
+void HistoryStore::delete_(FileSystem& files, const std::filesystem::path& file) {
   try {
     for (const auto& path : {file, placeOfUnreadable(file), StagedFile::placeBeside(file)}) {
       if (files.exists(path)) files.remove(path);

@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <vector>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
 #include "BridgeModels/MCPRequestRecord.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
+#include "System/FileSystem.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 
@@ -17,7 +17,7 @@ namespace velmora {
 class HistoryStore {
  public:
   /// No file is touched.
-  HistoryStore(StoreFileSystem& files, std::filesystem::path file);
+  HistoryStore(FileSystem& files, std::filesystem::path file);
 
   const std::filesystem::path& fileURL() const { return file_; }
 
@@ -32,7 +32,7 @@ class HistoryStore {
   void delete_();
 
   /// Deletes a history file, an unreadable one kept beside it and what a crash left of a save.
-  static void delete_(StoreFileSystem& files, const std::filesystem::path& file);
+  static void delete_(FileSystem& files, const std::filesystem::path& file);
 
   /// "history.json.unreadable" for "history.json".
   static std::filesystem::path placeOfUnreadable(const std::filesystem::path& file);
@@ -40,7 +40,7 @@ class HistoryStore {
  private:
   void write(const std::vector<MCPRequestRecord>& records) VELMORA_REQUIRES(mutex_);
 
-  StoreFileSystem& files_;
+  FileSystem& files_;
   const std::filesystem::path file_;
   Mutex mutex_;
   bool fileIsUnreadable_ VELMORA_GUARDED_BY(mutex_) = false;

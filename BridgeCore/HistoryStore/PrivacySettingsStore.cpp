@@ -6,10 +6,10 @@
 #include <system_error>
 
 #include "BridgeCore/HistoryStore/EnsureDirectory.h"
-#include "BridgeCore/HistoryStore/StagedFile.h"
 #include "BridgeCore/HistoryStore/StorageError.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
+#include "System/StagedFile.h"
 
 namespace velmora {
 
@@ -25,7 +25,7 @@ BOOST_DESCRIBE_STRUCT(SettingsDocument, (), (schemaVersion, settings))
 
 }  // namespace
 
-PrivacySettingsStore::PrivacySettingsStore(StoreFileSystem& files, std::filesystem::path file,
+PrivacySettingsStore::PrivacySettingsStore(FileSystem& files, std::filesystem::path file,
                                            const PrivacyRetentionSettings& initial)
     : files_(files), file_(std::move(file)), settings_(initial) {}
 

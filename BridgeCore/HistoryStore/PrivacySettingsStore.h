@@ -3,9 +3,9 @@
 
 #include <filesystem>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
+#include "System/FileSystem.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 
@@ -15,7 +15,7 @@ namespace velmora {
 class PrivacySettingsStore {
  public:
   /// No file is touched. `initial` is current, as it is, until a load or a save.
-  PrivacySettingsStore(StoreFileSystem& files, std::filesystem::path file,
+  PrivacySettingsStore(FileSystem& files, std::filesystem::path file,
                        const PrivacyRetentionSettings& initial);
 
   const std::filesystem::path& fileURL() const { return file_; }
@@ -30,7 +30,7 @@ class PrivacySettingsStore {
   void save(PrivacyRetentionSettings settings);
 
  private:
-  StoreFileSystem& files_;
+  FileSystem& files_;
   const std::filesystem::path file_;
   mutable Mutex mutex_;
   PrivacyRetentionSettings settings_ VELMORA_GUARDED_BY(mutex_);

@@ -11,8 +11,8 @@
 #include "BridgeCore/HistoryStore/HistoryStore.h"
 #include "BridgeModels/Date.h"
 #include "BridgeModels/MCPRequestRecord.h"
-#include "BridgeModels/Mutex.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "System/SerialExecutor.h"
 #include "TerminalAutomation/AppleScript/AppleScriptOperations.h"
-#include "TerminalAutomation/SerialExecutor.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {

@@ -5,9 +5,7 @@
 namespace velmora {
 
 SystemProgramRunner::SystemProgramRunner(const Environment& environment, std::chrono::milliseconds longest)
-    : longest_(longest) {
-  for (const auto& [name, value] : environment) environment_.push_back(name + "=" + value);
-}
+    : environment_(environmentList(environment)), longest_(longest) {}
 
 int SystemProgramRunner::run(const std::string& program, const std::vector<std::string>& arguments) {
   constexpr std::size_t outputLimit = std::size_t{1} << 20;

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "BridgeModels/Environment.h"
-#include "TerminalAutomation/ChildProcess.h"
+#include "System/ChildProcess.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 #include "TerminalAutomation/AppleScript/BrokenContract.h"
 
 namespace velmora {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 
 namespace velmora {
 
@@ -29,10 +29,11 @@ bool SystemDesktopTerminal::open(const std::vector<std::string>& command) {
                        .ownSession = true};
   request.arguments.insert(request.arguments.end(), terminal.begin(), terminal.end());
   request.arguments.insert(request.arguments.end(), command.begin(), command.end());
-  for (const auto& [name, value] : environment_) {
-    // A terminal inside tmux would refuse to attach.
-    if (name != "TMUX" && name != "TMUX_PANE") request.environment.push_back(name + "=" + value);
-  }
+  // A terminal inside tmux would refuse to attach.
+  auto environment = environment_;
+  environment.erase("TMUX");
+  environment.erase("TMUX_PANE");
+  request.environment = environmentList(environment);
   const ChildResult result = runner_.run(request);
   return result.end == ChildResult::End::exited && result.exitStatus == 0;
 }

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 

@@ -13,10 +13,8 @@ namespace {
 TmuxExecutorOptions completed(TmuxExecutorOptions options) {
   if (!options.sleep)
     options.sleep = [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); };
-  if (options.homeDirectory.empty()) {
-    const auto home = options.environment.find("HOME");
-    options.homeDirectory = home == options.environment.end() || home->second.empty() ? "/" : home->second;
-  }
+  if (options.homeDirectory.empty()) options.homeDirectory = environmentValue(options.environment, "HOME");
+  if (options.homeDirectory.empty()) options.homeDirectory = "/";
   return options;
 }
 

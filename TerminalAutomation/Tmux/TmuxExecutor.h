@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "TerminalAutomation/SerialExecutor.h"
+#include "System/SerialExecutor.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 #include "TerminalAutomation/Tmux/TmuxOptions.h"
 

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "BridgeModels/Text.h"
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 #include "TerminalAutomation/Tmux/BusyDetector.h"
 #include "TerminalAutomation/Tmux/PaneText.h"
 #include "TerminalAutomation/Tmux/PictureFile.h"

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
@@ -28,11 +28,9 @@ bool mayInherit(std::string_view name) {
 }  // namespace
 
 std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment) {
-  std::vector<std::string> result;
-  for (const auto& [name, value] : environment) {
-    if (mayInherit(name)) result.push_back(name + "=" + value);
-  }
-  return result;
+  Environment cleaned = environment;
+  std::erase_if(cleaned, [](const auto& variable) { return !mayInherit(variable.first); });
+  return environmentList(cleaned);
 }
 
 TmuxProcessTransport::TmuxProcessTransport(Environment environment,

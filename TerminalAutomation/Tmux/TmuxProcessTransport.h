@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "BridgeModels/Environment.h"
-#include "TerminalAutomation/ChildProcess.h"
+#include "System/ChildProcess.h"
+#include "System/Environment.h"
 #include "TerminalAutomation/Tmux/TmuxTransport.h"
 
 namespace velmora {

@@ -11,16 +11,12 @@ std::filesystem::path chooseTmuxSocket(const std::optional<std::filesystem::path
                                        const Environment& environment) {
   if (configured) return *configured;
   // "socket path,server pid,session": set when the bridge itself runs inside tmux.
-  if (const auto inside = environment.find("TMUX"); inside != environment.end()) {
-    const std::string path = inside->second.substr(0, inside->second.find(','));
-    if (!path.empty() && path.front() == '/') return path;
-  }
+  const std::string inside = environmentValue(environment, "TMUX");
+  if (inside.starts_with('/')) return inside.substr(0, inside.find(','));
   std::filesystem::path base;
   std::error_code error;
-  if (const auto named = environment.find("TMUX_TMPDIR");
-      named != environment.end() && !named->second.empty()) {
-    base = std::filesystem::canonical(named->second, error);
-  }
+  const std::string named = environmentValue(environment, "TMUX_TMPDIR");
+  if (!named.empty()) base = std::filesystem::canonical(named, error);
   if (base.empty() || error) base = std::filesystem::canonical("/tmp", error);
   if (error) base = "/tmp";
   return base / ("tmux-" + std::to_string(geteuid())) / "default";

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

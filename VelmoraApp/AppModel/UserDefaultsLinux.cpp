@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "BridgeModels/BaseDirectory.h"
+#include "System/Environment.h"
 #include "VelmoraApp/AppModel/UserDefaults.h"
 
 namespace velmora {

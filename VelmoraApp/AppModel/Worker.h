@@ -5,7 +5,7 @@
 #include <QtCore/QObject>
 #include <utility>
 
-#include "TerminalAutomation/SerialExecutor.h"
+#include "System/SerialExecutor.h"
 
 namespace velmora {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "BridgeCore/HistoryStore/StagedFile.h"
-#include "BridgeModels/BaseDirectory.h"
+#include "System/Environment.h"
+#include "System/StagedFile.h"
 
 namespace velmora {
 
@@ -16,11 +16,6 @@ constexpr const char* fileName = "app.velmora.Velmora.desktop";
 
 // Written by desktops in whose settings the person switched the entry off.
 constexpr const char* desktopSwitch = "X-GNOME-Autostart-enabled";
-
-std::string variable(const Environment& environment, const char* name) {
-  const auto found = environment.find(name);
-  return found == environment.end() ? std::string() : found->second;
-}
 
 std::vector<std::string> partsOf(const std::string& text) {
   std::vector<std::string> parts;
@@ -38,7 +33,7 @@ std::filesystem::path ownFile(const Environment& environment) {
 }
 
 std::vector<std::filesystem::path> systemFiles(const Environment& environment) {
-  auto directories = variable(environment, "XDG_CONFIG_DIRS");
+  auto directories = environmentValue(environment, "XDG_CONFIG_DIRS");
   if (directories.empty()) directories = "/etc/xdg";
   std::vector<std::filesystem::path> files;
   for (const std::filesystem::path directory : partsOf(directories)) {
@@ -58,7 +53,7 @@ bool canRun(const std::filesystem::path& program) {
 
 bool canRun(const std::filesystem::path& program, const Environment& environment) {
   if (program.is_absolute()) return canRun(program);
-  const auto folders = partsOf(variable(environment, "PATH"));
+  const auto folders = partsOf(environmentValue(environment, "PATH"));
   return std::any_of(folders.begin(), folders.end(),
                      [&](const auto& folder) { return canRun(folder / program); });
 }
@@ -76,13 +71,13 @@ bool showsIn(const DesktopEntry& entry, const std::vector<std::string>& desktops
 
 }  // namespace
 
-AutostartEntry::AutostartEntry(StoreFileSystem& files, Environment environment, std::filesystem::path program)
+AutostartEntry::AutostartEntry(FileSystem& files, Environment environment, std::filesystem::path program)
     : files_(files),
       environment_(std::move(environment)),
       program_(std::move(program)),
       ownFile_(ownFile(environment_)),
       systemFiles_(systemFiles(environment_)),
-      desktops_(partsOf(variable(environment_, "XDG_CURRENT_DESKTOP"))) {}
+      desktops_(partsOf(environmentValue(environment_, "XDG_CURRENT_DESKTOP"))) {}
 
 bool AutostartEntry::isEnabled() const {
   if (ownFile_.empty() || !files_.exists(ownFile_)) return systemWouldStart();

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
+#include "System/FileSystem.h"
 #include "VelmoraApp/LaunchAtLogin/DesktopEntry.h"
 #include "VelmoraApp/LaunchAtLogin/LoginItem.h"
 
@@ -17,7 +17,7 @@ namespace velmora {
 class AutostartEntry final : public LoginItem {
  public:
   /// `files` must outlive it. `program` is an absolute path.
-  AutostartEntry(StoreFileSystem& files, Environment environment, std::filesystem::path program);
+  AutostartEntry(FileSystem& files, Environment environment, std::filesystem::path program);
 
   /// Whether the desktop that runs now would start the entry. An entry that cannot be read starts nothing.
   bool isEnabled() const override;
@@ -40,7 +40,7 @@ class AutostartEntry final : public LoginItem {
   DesktopEntry newEntry() const;
   void write(const DesktopEntry& entry) const;
 
-  StoreFileSystem& files_;
+  FileSystem& files_;
   const Environment environment_;
   const std::filesystem::path program_;
   const std::filesystem::path ownFile_;  // empty without a home

@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

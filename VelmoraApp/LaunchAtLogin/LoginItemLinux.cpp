@@ -7,7 +7,7 @@ namespace velmora {
 
 std::unique_ptr<LoginItem> makeLoginItem(const Environment& environment,
                                          const std::filesystem::path& program) {
-  static PosixStoreFileSystem files;  // it has no state
+  static PosixFileSystem files;  // it has no state
   auto entry = std::make_unique<AutostartEntry>(files, environment, program);
   try {
     entry->followProgram();

@@ -3,17 +3,16 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <utility>
 
-#include "LocalControl/SocketPlatform.h"
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 
 namespace {
 
 // A handler reaches nothing but what stands still: the pipe's ends live as long as the process.
-std::pair<FileDescriptor, FileDescriptor>& signalPipe() {
-  static auto pipe = SocketPlatform::openPipe();
+Pipe& signalPipe() {
+  static auto pipe = openPipe();
   return pipe;
 }
 
@@ -26,11 +25,11 @@ void handle(int) {
 
 }  // namespace
 
-TerminationSignals::TerminationSignals() : notifier_(signalPipe().first.get(), QSocketNotifier::Read) {
-  writeEnd = signalPipe().second.get();
+TerminationSignals::TerminationSignals() : notifier_(signalPipe().read.get(), QSocketNotifier::Read) {
+  writeEnd = signalPipe().write.get();
   connect(&notifier_, &QSocketNotifier::activated, this, [this] {
     char byte = 0;
-    if (::read(signalPipe().first.get(), &byte, 1) == 1) Q_EMIT received();
+    if (::read(signalPipe().read.get(), &byte, 1) == 1) Q_EMIT received();
   });
   std::signal(SIGPIPE, SIG_IGN);
   // Whoever started this may ignore it, and then the system would not keep a child's exit status.

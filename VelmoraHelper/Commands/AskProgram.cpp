@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "TerminalAutomation/ChildProcess.h"
-#include "TerminalAutomation/FindProgram.h"
+#include "System/ChildProcess.h"
+#include "System/FindProgram.h"
 
 namespace velmora {
 
@@ -20,13 +20,10 @@ ProgramAnswer askProgram(const std::vector<std::string>& command, const Environm
                          std::chrono::milliseconds deadline) {
   const auto path = findProgram(command.front(), environment);
   if (!path) return {};
-  std::vector<std::string> variables;
-  variables.reserve(environment.size());
-  for (const auto& [name, value] : environment) variables.push_back(name + "=" + value);
   ChildProcessRunner runner;
   auto result = runner.run({.program = *path,
                             .arguments = {command.begin() + 1, command.end()},
-                            .environment = std::move(variables),
+                            .environment = environmentList(environment),
                             .deadline = std::chrono::steady_clock::now() + deadline,
                             .outputLimit = outputLimit});
   if (result.end == ChildResult::End::notStarted) return {};

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "BridgeModels/ToolPayloads.h"
-#include "BridgeModels/Utf8.h"
 #include "LocalControl/UnixSocketError.h"
+#include "System/Utf8.h"
 #include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/Payload.h"
 #include "VelmoraHelper/Commands/PlainText.h"

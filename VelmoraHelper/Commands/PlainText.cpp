@@ -1,6 +1,6 @@
 #include "VelmoraHelper/Commands/PlainText.h"
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 

@@ -2,7 +2,7 @@
 
 #include <system_error>
 
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 
 namespace velmora {
 

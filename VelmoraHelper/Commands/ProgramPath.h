@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "BridgeModels/Environment.h"
+#include "System/Environment.h"
 
 namespace velmora {
 

@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <string_view>
 
-#include "LocalControl/FileDescriptor.h"
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 

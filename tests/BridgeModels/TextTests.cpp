@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "BridgeModels/Text.h"
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 #include "tests/support/LocalTimeZone.h"
 
 namespace velmora {

@@ -27,7 +27,7 @@ std::string meaningOf(int descriptor) {
 
 // What `/proc/self/fd` shows in a program that this one executes.
 std::string listingOfAnExecutedProgram() {
-  auto [output, input] = SocketPlatform::openPipe();
+  auto [output, input] = openPipe();
   const int source = input.get();
   const pid_t process = ::fork();
   if (process == 0) {
@@ -53,9 +53,9 @@ TEST(SocketPlatform, MarksEveryDescriptorCloseOnExec) {
   UnixSocketServer server(temporary / "s");
   const auto client = UnixSocketClient::connect(temporary / "s");
   const auto accepted = server.acceptConnection();
-  const auto pipe = SocketPlatform::openPipe();
-  for (const int descriptor : {server.descriptor(), client.descriptor(), accepted.descriptor(),
-                               pipe.first.get(), pipe.second.get()}) {
+  const auto pipe = openPipe();
+  for (const int descriptor :
+       {server.descriptor(), client.descriptor(), accepted.descriptor(), pipe.read.get(), pipe.write.get()}) {
     EXPECT_TRUE(isCloseOnExec(descriptor)) << meaningOf(descriptor);
   }
 }
@@ -65,11 +65,11 @@ TEST(SocketPlatform, HandsNoDescriptorToAnExecutedProgram) {
   UnixSocketServer server(temporary / "s");
   const auto client = UnixSocketClient::connect(temporary / "s");
   const auto accepted = server.acceptConnection();
-  const auto pipe = SocketPlatform::openPipe();
+  const auto pipe = openPipe();
   const auto listing = listingOfAnExecutedProgram();
   EXPECT_NE(listing.find("pipe:["), std::string::npos) << "its own output stands there: " << listing;
-  for (const int descriptor : {server.descriptor(), client.descriptor(), accepted.descriptor(),
-                               pipe.first.get(), pipe.second.get()}) {
+  for (const int descriptor :
+       {server.descriptor(), client.descriptor(), accepted.descriptor(), pipe.read.get(), pipe.write.get()}) {
     EXPECT_EQ(listing.find(meaningOf(descriptor)), std::string::npos) << listing;
   }
 }

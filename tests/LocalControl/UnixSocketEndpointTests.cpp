@@ -50,21 +50,6 @@ TEST(UnixSocketEndpoint, PassesOverATmpdirThatIsNotAbsolute) {
   }
 }
 
-TEST(UnixSocketEndpoint, AcceptsOnlyAnAbsoluteRealDirectoryOfTheUserAsItsOwn) {
-  const TemporaryDirectory temporary;
-  fs::create_directory(temporary / "real");
-  fs::create_directory_symlink(temporary / "real", temporary / "link");
-  std::ofstream(temporary / "file") << "x";
-  EXPECT_TRUE(UnixSocketEndpoint::isOwnDirectory(temporary / "real"));
-  EXPECT_TRUE(UnixSocketEndpoint::isOwnDirectory(temporary / "real/"));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(temporary / "link"));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(temporary / "link/"));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(temporary / "file"));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(temporary / "missing"));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(fs::relative(temporary / "real")));
-  EXPECT_FALSE(UnixSocketEndpoint::isOwnDirectory(""));
-}
-
 TEST(UnixSocketEndpoint, PreparesADirectoryWithItsParentsAndMode0700) {
   const TemporaryDirectory temporary;
   const auto socket = temporary / "a" / "b" / "control-v1.sock";

@@ -147,7 +147,7 @@ TEST(UnixSocketServer, RefusesADirectoryThatItCannotCheck) {
 TEST(UnixSocketServer, AcceptsUntilItIsToldToStop) {
   const TemporaryDirectory temporary;
   UnixSocketServer server(temporary / "s");
-  auto [stopEnd, startEnd] = SocketPlatform::openPipe();
+  auto [stopEnd, startEnd] = openPipe();
   const auto client = UnixSocketClient::connect(temporary / "s");
   EXPECT_TRUE(server.acceptConnectionUntil(stopEnd.get()));
   startEnd.close();

@@ -25,7 +25,7 @@ class PrivacySettingsViewModelTest : public testing::AppFixture {
     return spinUntil([&] { return stored() == expected; }) && settingsInFile() == expected;
   }
   PrivacyRetentionSettings settingsInFile() {
-    PosixStoreFileSystem files;
+    PosixFileSystem files;
     return PrivacySettingsStore(files, settingsFile(), {}).load();
   }
 

@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
-#include "BridgeModels/Environment.h"
 #include "LocalControl/SocketPlatform.h"
+#include "System/Environment.h"
 #include "tests/support/Eventually.h"
 
 namespace velmora::testing {
@@ -28,9 +28,9 @@ namespace velmora::testing {
 class ChildProgram {
  public:
   ChildProgram(std::vector<std::string> command, const Environment& environment) {
-    auto [childInput, input] = SocketPlatform::openPipe();
-    auto [output, childOutput] = SocketPlatform::openPipe();
-    auto [errors, childErrors] = SocketPlatform::openPipe();
+    auto [childInput, input] = openPipe();
+    auto [output, childOutput] = openPipe();
+    auto [errors, childErrors] = openPipe();
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, childInput.get(), STDIN_FILENO);

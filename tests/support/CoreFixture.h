@@ -31,7 +31,7 @@ class CoreFixture : public ::testing::Test {
   }
 
   TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
   FakeTerminal terminal;
   FakeTime time;
   BridgeOperationState state{MCPState::active};

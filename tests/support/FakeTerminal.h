@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "BridgeModels/Mutex.h"
+#include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora::testing {

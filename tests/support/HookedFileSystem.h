@@ -6,11 +6,11 @@
 #include <string>
 #include <system_error>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "System/FileSystem.h"
 
 namespace velmora::testing {
 
-class HookedFileSystem final : public StoreFileSystem {
+class HookedFileSystem final : public FileSystem {
  public:
   /// Runs with the operation's name and its path, "rename" with the old one; what it throws is the
   /// operation's failure. Set while no operation runs.
@@ -84,7 +84,7 @@ class HookedFileSystem final : public StoreFileSystem {
   bool failed() const { return failed_; }
 
  private:
-  PosixStoreFileSystem real_;
+  PosixFileSystem real_;
   int steps_ = 0;
   bool failed_ = false;
 };

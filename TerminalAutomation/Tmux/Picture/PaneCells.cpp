@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 #include "TerminalAutomation/Tmux/Picture/CellWidth.h"
 
 namespace velmora {

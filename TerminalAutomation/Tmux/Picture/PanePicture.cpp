@@ -6,7 +6,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "BridgeModels/Mutex.h"
+#include "System/Mutex.h"
 #include "TerminalAutomation/Tmux/Picture/CellPainter.h"
 #include "TerminalAutomation/Tmux/Picture/PaneCells.h"
 #include "TerminalAutomation/Tmux/Picture/PngWriter.h"

@@ -14,14 +14,14 @@ using testing::modeOf;
 
 TEST(EnsureDirectory, CreatesADirectoryThatOnlyTheUserMayEnter) {
   const TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
   ensureDirectory(files, directory / "a" / "b");
   EXPECT_EQ(modeOf(directory / "a" / "b"), 0700u);
 }
 
 TEST(EnsureDirectory, ClosesADirectoryThatStoodOpen) {
   const TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
   std::filesystem::create_directory(directory / "a");
   std::filesystem::permissions(directory / "a", std::filesystem::perms(0777));
   ensureDirectory(files, directory / "a");
@@ -30,7 +30,7 @@ TEST(EnsureDirectory, ClosesADirectoryThatStoodOpen) {
 
 TEST(EnsureDirectory, PassesOnWhyItCouldNotCreate) {
   const TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
   testing::writeFile(directory / "file", "x");
   EXPECT_THROW(ensureDirectory(files, directory / "file" / "below"), std::system_error);
 }

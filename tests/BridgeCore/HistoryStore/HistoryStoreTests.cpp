@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "BridgeCore/HistoryStore/HistoryStore.h"
-#include "BridgeCore/HistoryStore/StagedFile.h"
 #include "BridgeCore/HistoryStore/StorageError.h"
+#include "System/StagedFile.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 #include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"

@@ -23,15 +23,15 @@ std::string readWhatIsThere(int descriptor) {
   return text;
 }
 
-std::pair<FileDescriptor, FileDescriptor> openSocketPair() {
+Pipe openSocketPair() {
   int ends[2] = {-1, -1};
   EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
   return {FileDescriptor(ends[0]), FileDescriptor(ends[1])};
 }
 
 // Both kinds of descriptor that clients give their servers.
-class MessageOutputTest : public ::testing::TestWithParam<std::pair<FileDescriptor, FileDescriptor> (*)()> {};
-INSTANTIATE_TEST_SUITE_P(Pipe, MessageOutputTest, ::testing::Values(&SocketPlatform::openPipe));
+class MessageOutputTest : public ::testing::TestWithParam<Pipe (*)()> {};
+INSTANTIATE_TEST_SUITE_P(Pipe, MessageOutputTest, ::testing::Values(&openPipe));
 INSTANTIATE_TEST_SUITE_P(Socket, MessageOutputTest, ::testing::Values(&openSocketPair));
 
 TEST_P(MessageOutputTest, WritesEachMessageAsALine) {

@@ -203,9 +203,9 @@ TEST(StdioLoop, EndsThoughACallIsNeverAnswered) {
 }
 
 TEST(StdioLoop, EndsWhenTheInputIsClosedByAClientThatReadsNothing) {
-  auto pipe = SocketPlatform::openPipe();
-  const FileDescriptor& input = pipe.first;
-  FileDescriptor& client = pipe.second;
+  auto pipe = openPipe();
+  const FileDescriptor& input = pipe.read;
+  FileDescriptor& client = pipe.write;
   Pair output;
   std::thread serving([&] {
     MessageOutput messages(output.server.get());

@@ -1,4 +1,4 @@
-// The few file operations that the stores are made of, each of which a test can make fail.
+// The few operations on files that a store is made of, each of which a test can make fail.
 #pragma once
 
 #include <sys/types.h>
@@ -10,9 +10,9 @@
 namespace velmora {
 
 /// Every operation throws std::system_error when the system refuses. Must be thread-safe.
-class StoreFileSystem {
+class FileSystem {
  public:
-  virtual ~StoreFileSystem() = default;
+  virtual ~FileSystem() = default;
 
   /// False only when there is certainly no such file; one that cannot be looked at exists.
   virtual bool exists(const std::filesystem::path& path) = 0;
@@ -39,7 +39,7 @@ class StoreFileSystem {
 };
 
 /// The real one. It has no state.
-class PosixStoreFileSystem final : public StoreFileSystem {
+class PosixFileSystem final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override;
   std::string read(const std::filesystem::path& path) override;

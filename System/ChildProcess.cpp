@@ -1,4 +1,4 @@
-#include "TerminalAutomation/ChildProcess.h"
+#include "System/ChildProcess.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -13,43 +13,13 @@
 #include <string_view>
 #include <utility>
 
-#include "TerminalAutomation/ChildPlatform.h"
+#include "System/ChildPlatform.h"
 
 namespace velmora {
 
 namespace {
 
 using End = ChildResult::End;
-
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(number_, other.number_);
-    return *this;
-  }
-  ~Descriptor() { reset(); }
-
-  int get() const { return number_; }
-  bool isOpen() const { return number_ >= 0; }
-  void reset() {
-    if (number_ >= 0) close(std::exchange(number_, -1));
-  }
-
- private:
-  int number_;
-};
-
-struct Pipe {
-  Descriptor read;
-  Descriptor write;
-
-  static Pipe open() {
-    const auto ends = closeOnExecPipe();
-    return {Descriptor(ends[0]), Descriptor(ends[1])};
-  }
-};
 
 /// Keeps the SIGPIPE of a write to a closed pipe from the program: it stays pending and is taken here.
 class SigpipeBlock {
@@ -82,10 +52,6 @@ class SigpipeBlock {
   sigset_t before_;
   bool wasPending_ = false;
 };
-
-void makeNonBlocking(const Descriptor& descriptor) {
-  fcntl(descriptor.get(), F_SETFL, fcntl(descriptor.get(), F_GETFL) | O_NONBLOCK);
-}
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
   std::vector<char*> result;
@@ -132,17 +98,17 @@ int spawn(const ChildRequest& request, int input, int output, int error, pid_t& 
 }
 
 /// Reads what is there. Closes the descriptor at the end of the stream. False past the limit.
-bool drain(Descriptor& from, std::string& into, std::size_t limit) {
+bool drain(FileDescriptor& from, std::string& into, std::size_t limit) {
   std::array<char, 65536> block;
-  while (from.isOpen()) {
+  while (from) {
     const ssize_t count = read(from.get(), block.data(), block.size());
     if (count > 0) {
       if (into.size() + static_cast<std::size_t>(count) > limit) return false;
       into.append(block.data(), static_cast<std::size_t>(count));
     } else if (count == 0) {
-      from.reset();
+      from.close();
     } else if (errno != EINTR) {
-      if (errno != EAGAIN) from.reset();
+      if (errno != EAGAIN) from.close();
       break;
     }
   }
@@ -150,18 +116,10 @@ bool drain(Descriptor& from, std::string& into, std::size_t limit) {
 }
 
 /// Writes what the pipe takes; closes it when everything is written or nobody reads.
-void feed(Descriptor& to, std::string_view& rest) {
-  while (to.isOpen() && !rest.empty()) {
-    const ssize_t count = write(to.get(), rest.data(), rest.size());
-    if (count >= 0) {
-      rest.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno == EAGAIN) {
-      return;
-    } else if (errno != EINTR) {
-      break;
-    }
-  }
-  to.reset();
+void feed(FileDescriptor& to, std::string_view& rest) {
+  if (!to) return;
+  rest = writeTo(to, rest);
+  if (rest.empty() || errno != EAGAIN) to.close();
 }
 
 /// Waits for the child, which has ended or was killed.
@@ -180,60 +138,49 @@ bool hasEnded(pid_t process) {
 
 }  // namespace
 
-ChildProcessRunner::ChildProcessRunner() {
-  const auto ends = closeOnExecPipe();
-  cancelRead_ = ends[0];
-  cancelWrite_ = ends[1];
-}
-
-ChildProcessRunner::~ChildProcessRunner() {
-  close(cancelRead_);
-  close(cancelWrite_);
-}
-
 void ChildProcessRunner::cancel() noexcept {
   // The byte is never read, so every run sees it.
   if (!cancelled_.exchange(true)) [[maybe_unused]]
-    const ssize_t written = write(cancelWrite_, "x", 1);
+    const ssize_t written = write(cancelPipe_.write.get(), "x", 1);
 }
 
 ChildResult ChildProcessRunner::run(const ChildRequest& request) {
   const SigpipeBlock sigpipeBlock;
   ChildResult result;
-  Pipe output = Pipe::open();
-  Pipe error = Pipe::open();
+  Pipe output = openPipe();
+  Pipe error = openPipe();
   Pipe input;
-  if (request.standardInput) input = Pipe::open();
+  if (request.standardInput) input = openPipe();
 
   pid_t process = -1;
   result.startError = spawn(request, input.read.get(), output.write.get(), error.write.get(), process);
   if (result.startError != 0) return result;
-  input.read.reset();
-  output.write.reset();
-  error.write.reset();
-  makeNonBlocking(output.read);
-  makeNonBlocking(error.read);
+  input.read.close();
+  output.write.close();
+  error.write.close();
+  setNonBlocking(output.read);
+  setNonBlocking(error.read);
   std::string_view rest;
-  if (input.write.isOpen()) {
-    makeNonBlocking(input.write);
+  if (input.write) {
+    setNonBlocking(input.write);
     rest = *request.standardInput;
     feed(input.write, rest);
   }
-  const Descriptor exit(exitDescriptor(process));
+  const FileDescriptor exit = exitDescriptor(process);
 
   while (true) {
     std::array<pollfd, 5> polled{{{exit.get(), POLLIN, 0},
-                                  {cancelRead_, POLLIN, 0},
+                                  {cancelPipe_.read.get(), POLLIN, 0},
                                   {output.read.get(), POLLIN, 0},
                                   {error.read.get(), POLLIN, 0},
                                   {input.write.get(), POLLOUT, 0}}};
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(request.deadline - std::chrono::steady_clock::now());
     // Without a descriptor for its end the child is looked at every few milliseconds.
-    const std::int64_t longest = exit.isOpen() ? 60'000 : 5;
+    const std::int64_t longest = exit ? 60'000 : 5;
     poll(polled.data(), polled.size(), static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, longest)));
 
-    const bool ended = exit.isOpen() ? polled[0].revents != 0 : hasEnded(process);
+    const bool ended = exit ? polled[0].revents != 0 : hasEnded(process);
     if (polled[4].revents != 0) feed(input.write, rest);
     const bool withinLimit = drain(output.read, result.output, request.outputLimit) &&
                              drain(error.read, result.errorOutput, request.outputLimit);

@@ -1,10 +1,10 @@
-#include "BridgeCore/HistoryStore/StagedFile.h"
+#include "System/StagedFile.h"
 
 #include <exception>
 
 namespace velmora {
 
-StagedFile::StagedFile(StoreFileSystem& files, std::filesystem::path file, std::string_view bytes)
+StagedFile::StagedFile(FileSystem& files, std::filesystem::path file, std::string_view bytes)
     : files_(files), file_(std::move(file)), place_(placeBeside(file_)) {
   files_.remove(place_);
   try {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "BridgeCore/HistoryStore/StagedFile.h"
+#include "System/StagedFile.h"
 #include "tests/support/Files.h"
 #include "tests/support/HookedFileSystem.h"
 #include "tests/support/TemporaryDirectory.h"

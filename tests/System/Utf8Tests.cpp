@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 namespace {

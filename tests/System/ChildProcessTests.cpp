@@ -5,7 +5,7 @@
 
 #include <thread>
 
-#include "TerminalAutomation/ChildProcess.h"
+#include "System/ChildProcess.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 

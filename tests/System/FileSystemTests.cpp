@@ -7,7 +7,7 @@
 #include <system_error>
 #include <thread>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "System/FileSystem.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -19,7 +19,7 @@ using testing::modeOf;
 using testing::namesIn;
 using testing::writeFile;
 
-class PosixStoreFileSystemTest : public ::testing::Test {
+class PosixFileSystemTest : public ::testing::Test {
  protected:
   template <class Work>
   static std::error_code codeOf(Work work) {
@@ -32,10 +32,10 @@ class PosixStoreFileSystemTest : public ::testing::Test {
   }
 
   TemporaryDirectory directory;
-  PosixStoreFileSystem files;
+  PosixFileSystem files;
 };
 
-TEST_F(PosixStoreFileSystemTest, SeesWhatIsThereAndWhatIsNot) {
+TEST_F(PosixFileSystemTest, SeesWhatIsThereAndWhatIsNot) {
   writeFile(directory / "file", "x");
   std::filesystem::create_symlink(directory / "nowhere", directory / "dangling");
   EXPECT_TRUE(files.exists(directory / "file"));
@@ -46,12 +46,12 @@ TEST_F(PosixStoreFileSystemTest, SeesWhatIsThereAndWhatIsNot) {
   EXPECT_FALSE(files.exists(directory / "dangling"));
 }
 
-TEST_F(PosixStoreFileSystemTest, CountsAFileThatCannotBeLookedAtAsThere) {
+TEST_F(PosixFileSystemTest, CountsAFileThatCannotBeLookedAtAsThere) {
   std::filesystem::create_symlink(directory / "loop", directory / "loop");
   EXPECT_TRUE(files.exists(directory / "loop"));
 }
 
-TEST_F(PosixStoreFileSystemTest, ReadsWholeFilesOfAnySize) {
+TEST_F(PosixFileSystemTest, ReadsWholeFilesOfAnySize) {
   for (const std::size_t size : {0u, 1u, 4096u, 1'000'003u}) {
     std::string content(size, 'a');
     if (size > 0) content.back() = '\0';
@@ -60,7 +60,7 @@ TEST_F(PosixStoreFileSystemTest, ReadsWholeFilesOfAnySize) {
   }
 }
 
-TEST_F(PosixStoreFileSystemTest, ReadsAFileWhoseSizeIsNotTold) {
+TEST_F(PosixFileSystemTest, ReadsAFileWhoseSizeIsNotTold) {
   const auto fifo = directory / "fifo";
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
   const std::string content(100'000, 'x');
@@ -69,12 +69,12 @@ TEST_F(PosixStoreFileSystemTest, ReadsAFileWhoseSizeIsNotTold) {
   writer.join();
 }
 
-TEST_F(PosixStoreFileSystemTest, ReportsWhatCannotBeRead) {
+TEST_F(PosixFileSystemTest, ReportsWhatCannotBeRead) {
   EXPECT_EQ(codeOf([&] { files.read(directory / "none"); }), std::errc::no_such_file_or_directory);
   EXPECT_EQ(codeOf([&] { files.read(directory.path()); }), std::errc::is_a_directory);
 }
 
-TEST_F(PosixStoreFileSystemTest, CreatesFilesForTheUserAloneWhateverTheMask) {
+TEST_F(PosixFileSystemTest, CreatesFilesForTheUserAloneWhateverTheMask) {
   const auto mask = ::umask(0);
   files.create(directory / "file", "content");
   ::umask(mask);
@@ -82,7 +82,7 @@ TEST_F(PosixStoreFileSystemTest, CreatesFilesForTheUserAloneWhateverTheMask) {
   EXPECT_EQ(modeOf(directory / "file"), 0600u);
 }
 
-TEST_F(PosixStoreFileSystemTest, CreatesNothingWhereSomethingStands) {
+TEST_F(PosixFileSystemTest, CreatesNothingWhereSomethingStands) {
   writeFile(directory / "file", "old");
   std::filesystem::create_symlink(directory / "target", directory / "link");
   EXPECT_EQ(codeOf([&] { files.create(directory / "file", "new"); }), std::errc::file_exists);
@@ -91,7 +91,7 @@ TEST_F(PosixStoreFileSystemTest, CreatesNothingWhereSomethingStands) {
   EXPECT_FALSE(std::filesystem::exists(directory / "target"));
 }
 
-TEST_F(PosixStoreFileSystemTest, ReportsAWriteThatDidNotFit) {
+TEST_F(PosixFileSystemTest, ReportsAWriteThatDidNotFit) {
   struct rlimit before {};
   ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
   const auto handler = ::signal(SIGXFSZ, SIG_IGN);
@@ -103,7 +103,7 @@ TEST_F(PosixStoreFileSystemTest, ReportsAWriteThatDidNotFit) {
   EXPECT_EQ(code, std::errc::file_too_large);
 }
 
-TEST_F(PosixStoreFileSystemTest, RenamesOverAnotherFile) {
+TEST_F(PosixFileSystemTest, RenamesOverAnotherFile) {
   writeFile(directory / "new", "new");
   writeFile(directory / "old", "old");
   files.rename(directory / "new", directory / "old");
@@ -113,7 +113,7 @@ TEST_F(PosixStoreFileSystemTest, RenamesOverAnotherFile) {
             std::errc::no_such_file_or_directory);
 }
 
-TEST_F(PosixStoreFileSystemTest, RemovesAFileOnceAndForAll) {
+TEST_F(PosixFileSystemTest, RemovesAFileOnceAndForAll) {
   writeFile(directory / "file", "x");
   files.remove(directory / "file");
   files.remove(directory / "file");
@@ -121,7 +121,7 @@ TEST_F(PosixStoreFileSystemTest, RemovesAFileOnceAndForAll) {
   EXPECT_NE(codeOf([&] { files.remove(directory.path()); }), std::error_code());
 }
 
-TEST_F(PosixStoreFileSystemTest, CreatesMissingDirectoriesAndFlushesThem) {
+TEST_F(PosixFileSystemTest, CreatesMissingDirectoriesAndFlushesThem) {
   files.createDirectories(directory / "a" / "b");
   files.createDirectories(directory / "a" / "b");
   files.flushDirectory(directory / "a" / "b");
@@ -129,7 +129,7 @@ TEST_F(PosixStoreFileSystemTest, CreatesMissingDirectoriesAndFlushesThem) {
   EXPECT_EQ(codeOf([&] { files.flushDirectory(directory / "none"); }), std::errc::no_such_file_or_directory);
 }
 
-TEST_F(PosixStoreFileSystemTest, ReportsAModeThatCannotBeSet) {
+TEST_F(PosixFileSystemTest, ReportsAModeThatCannotBeSet) {
   EXPECT_EQ(codeOf([&] { files.setMode(directory / "none", 0600); }), std::errc::no_such_file_or_directory);
 }
 

@@ -1,4 +1,4 @@
-#include "TerminalAutomation/SerialExecutor.h"
+#include "System/SerialExecutor.h"
 
 namespace velmora {
 

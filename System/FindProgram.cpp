@@ -1,4 +1,4 @@
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,9 +17,8 @@ bool isProgram(const std::filesystem::path& path) {
 }  // namespace
 
 std::optional<std::filesystem::path> findProgram(const std::string& name, const Environment& environment) {
-  std::string folders;
-  if (const auto path = environment.find("PATH"); path != environment.end()) folders = path->second + ":";
-  folders += "/usr/local/bin:/opt/homebrew/bin:/usr/bin:/bin";
+  const std::string folders =
+      environmentValue(environment, "PATH") + ":/usr/local/bin:/opt/homebrew/bin:/usr/bin:/bin";
   for (std::size_t start = 0; start <= folders.size();) {
     const std::size_t end = std::min(folders.find(':', start), folders.size());
     const std::filesystem::path folder = folders.substr(start, end - start);

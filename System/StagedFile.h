@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "BridgeCore/HistoryStore/StoreFileSystem.h"
+#include "System/FileSystem.h"
 
 namespace velmora {
 
@@ -14,7 +14,7 @@ namespace velmora {
 class StagedFile {
  public:
   /// Writes the new content, mode 0600. Throws std::system_error; the file is untouched.
-  StagedFile(StoreFileSystem& files, std::filesystem::path file, std::string_view bytes);
+  StagedFile(FileSystem& files, std::filesystem::path file, std::string_view bytes);
   ~StagedFile();
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
@@ -28,7 +28,7 @@ class StagedFile {
  private:
   void discard() noexcept;
 
-  StoreFileSystem& files_;
+  FileSystem& files_;
   std::filesystem::path file_;
   std::filesystem::path place_;
   bool waits_ = true;

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "System/FileDescriptor.h"
+
 namespace velmora {
 
 struct ChildRequest {
@@ -37,8 +39,7 @@ struct ChildResult {
 class ChildProcessRunner {
  public:
   /// Throws std::system_error when there are no descriptors left.
-  ChildProcessRunner();
-  ~ChildProcessRunner();
+  ChildProcessRunner() = default;
   ChildProcessRunner(const ChildProcessRunner&) = delete;
   ChildProcessRunner& operator=(const ChildProcessRunner&) = delete;
 
@@ -49,8 +50,7 @@ class ChildProcessRunner {
   void cancel() noexcept;
 
  private:
-  int cancelRead_ = -1;
-  int cancelWrite_ = -1;
+  Pipe cancelPipe_ = openPipe();
   std::atomic<bool> cancelled_ = false;
 };
 

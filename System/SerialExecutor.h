@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "BridgeModels/Mutex.h"
+#include "System/Mutex.h"
 
 namespace velmora {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TerminalAutomation/FindProgram.h"
+#include "System/FindProgram.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 

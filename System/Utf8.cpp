@@ -1,4 +1,4 @@
-#include "BridgeModels/Utf8.h"
+#include "System/Utf8.h"
 
 #include <cstdint>
 #include <cstring>

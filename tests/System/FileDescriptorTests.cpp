@@ -1,7 +1,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "LocalControl/FileDescriptor.h"
+#include <string>
+#include <system_error>
+
+#include "System/FileDescriptor.h"
 
 namespace velmora {
 namespace {
@@ -44,6 +47,38 @@ TEST(FileDescriptor, ClosesTheOldOneWhenAssignedAnother) {
   owner = FileDescriptor(other);
   EXPECT_FALSE(isOpen(old));
   EXPECT_TRUE(isOpen(other));
+}
+
+TEST(FileDescriptor, SaysWhichFileCannotBeOpened) {
+  try {
+    openFile("/nowhere/at/all", O_RDONLY);
+    FAIL() << "opened";
+  } catch (const std::system_error& error) {
+    EXPECT_EQ(error.code().value(), ENOENT);
+    EXPECT_NE(std::string(error.what()).find("/nowhere/at/all"), std::string::npos);
+  }
+}
+
+TEST(FileDescriptor, WritesAllOrSaysWhatIsLeft) {
+  const Pipe pipe = openPipe();
+  setNonBlocking(pipe.write);
+  EXPECT_EQ(writeTo(pipe.write, "hello"), "");
+  const std::string tooMuch(std::size_t{1} << 20, 'x');
+  const auto left = writeTo(pipe.write, tooMuch);
+  EXPECT_EQ(errno, EAGAIN);
+  EXPECT_GT(left.size(), 0u);
+  EXPECT_LT(left.size(), tooMuch.size());
+}
+
+TEST(FileDescriptor, GoesOnWithWhatAWriteLeft) {
+  std::string taken;
+  const auto threeAtATime = [&](const char* data, std::size_t size) {
+    const std::size_t count = std::min<std::size_t>(3, size);
+    taken.append(data, count);
+    return static_cast<ssize_t>(count);
+  };
+  EXPECT_EQ(writeWith(threeAtATime, "seventeen letters"), "");
+  EXPECT_EQ(taken, "seventeen letters");
 }
 
 }  // namespace

@@ -1,0 +1,82 @@
+#include "System/FileSystem.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "System/FileDescriptor.h"
+
+namespace velmora {
+
+namespace {
+
+[[noreturn]] void fail(const char* operation, const std::filesystem::path& path) {
+  throw std::system_error(errno, std::generic_category(), std::string(operation) + " " + path.string());
+}
+
+bool wasInterrupted(ssize_t result) { return result < 0 && errno == EINTR; }
+
+void flush(const FileDescriptor& file, const std::filesystem::path& path) {
+  while (::fsync(file.get()) != 0) {
+    if (errno == EINVAL) return;  // the file system cannot flush this kind of file
+    if (errno != EINTR) fail("flush", path);
+  }
+}
+
+}  // namespace
+
+bool PosixFileSystem::exists(const std::filesystem::path& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+std::string PosixFileSystem::read(const std::filesystem::path& path) {
+  const auto file = openFile(path, O_RDONLY);
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) fail("read", path);
+  // One byte more than the file has, so that its end shows without growing the buffer.
+  std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t filled = 0;
+  while (true) {
+    const auto count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
+    if (wasInterrupted(count)) continue;
+    if (count < 0) fail("read", path);
+    if (count == 0) break;
+    filled += static_cast<std::size_t>(count);
+    if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
+  }
+  bytes.resize(filled);
+  return bytes;
+}
+
+void PosixFileSystem::create(const std::filesystem::path& path, std::string_view bytes) {
+  const auto file = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR);
+  if (!writeTo(file, bytes).empty()) fail("write", path);
+  flush(file, path);
+}
+
+void PosixFileSystem::rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) fail("rename", from);
+}
+
+void PosixFileSystem::remove(const std::filesystem::path& path) {
+  if (::unlink(path.c_str()) != 0 && errno != ENOENT && errno != ENOTDIR) fail("remove", path);
+}
+
+void PosixFileSystem::setMode(const std::filesystem::path& path, mode_t mode) {
+  if (::chmod(path.c_str(), mode) != 0) fail("change mode of", path);
+}
+
+void PosixFileSystem::createDirectories(const std::filesystem::path& path) {
+  std::filesystem::create_directories(path);
+}
+
+void PosixFileSystem::flushDirectory(const std::filesystem::path& path) {
+  flush(openFile(path, O_RDONLY | O_DIRECTORY), path);
+}
+
+}  // namespace velmora
