@@ -4,7 +4,6 @@ import base64
 import binascii
 import functools
 import json
-import os
 import pathlib
 import re
 
@@ -13,7 +12,7 @@ import jsonschema
 LEGACY_REVISIONS = ["2024-11-05", "2025-03-26", "2025-06-18", "2025-11-25"]
 MODERN_REVISION = "2026-07-28"
 REVISIONS = [*LEGACY_REVISIONS, MODERN_REVISION]
-SCHEMAS = pathlib.Path(os.environ["VELMORA_MCP_SCHEMAS"])
+SCHEMAS = pathlib.Path(__file__).with_name("schemas")
 
 # The errors that may answer a message whose id could not be read. The earlier schemas demand an id of every error, so
 # there it is `null`, as JSON-RPC has it; the later ones let it be left out.
