@@ -61,20 +61,20 @@ errors_of_lintian() {
 }
 
 # The environment of somebody who has just logged in, at home in the temporary folder.
-person=(env -i HOME="$work/home" XDG_RUNTIME_DIR="$work/home" TMUX_TMPDIR="$work/home" LC_ALL=C.UTF-8 SHELL=/bin/sh
+user=(env -i HOME="$work/home" XDG_RUNTIME_DIR="$work/home" TMUX_TMPDIR="$work/home" LC_ALL=C.UTF-8 SHELL=/bin/sh
   QT_QPA_PLATFORM=offscreen PATH="$root/usr/bin:/usr/bin:/bin")
 
 version() {
-  [ "$("${person[@]}" velmora --version)" = "velmora $(sed -nE 's/^project\(Velmora VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)" ]
+  [ "$("${user[@]}" velmora --version)" = "velmora $(sed -nE 's/^project\(Velmora VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)" ]
 }
 
 # serves PROGRAM: it starts, the helper beside it finds it, and a termination ends it well.
 serves() {
   local pid answered=1 status
-  "${person[@]}" "$@" >"$work/log" 2>&1 &
+  "${user[@]}" "$@" >"$work/log" 2>&1 &
   pid=$!
   for _ in $(seq 100); do
-    if "${person[@]}" velmora status >"$work/status" 2>&1; then answered=0; break; fi
+    if "${user[@]}" velmora status >"$work/status" 2>&1; then answered=0; break; fi
     sleep 0.1
   done
   kill -TERM "$pid"
@@ -86,7 +86,7 @@ serves() {
 }
 
 helper_names_itself() {
-  "${person[@]}" velmora config cursor 2>/dev/null | grep -F "\"$root/usr/bin/velmora\""
+  "${user[@]}" velmora config cursor 2>/dev/null | grep -F "\"$root/usr/bin/velmora\""
 }
 
 manuals() {
@@ -97,15 +97,15 @@ manuals() {
   done
 }
 
-# After a purge nothing of it is left but what a person's programs wrote.
+# After a purge nothing of it is left but what a user's programs wrote.
 removal() {
   local admin=$work/admin
-  mkdir -p "$admin"/var/lib/dpkg/{info,updates} "$admin/home/person/.local/share/Velmora"
-  touch "$admin"/var/lib/dpkg/{status,available} "$admin/home/person/.local/share/Velmora/settings.json"
+  mkdir -p "$admin"/var/lib/dpkg/{info,updates} "$admin/home/user/.local/share/Velmora"
+  touch "$admin"/var/lib/dpkg/{status,available} "$admin/home/user/.local/share/Velmora/settings.json"
   dpkg --root="$admin" --force-depends --force-not-root --force-script-chrootless --no-triggers -i "$deb" &&
     dpkg --root="$admin" --force-not-root --force-script-chrootless --no-triggers --purge velmora &&
     find "$admin" -type f -not -path '*/var/*' | sort >"$work/left" &&
-    echo "$admin/home/person/.local/share/Velmora/settings.json" | diff - "$work/left"
+    echo "$admin/home/user/.local/share/Velmora/settings.json" | diff - "$work/left"
 }
 
 deb=${1:-}
@@ -126,6 +126,6 @@ check 'velmora names itself to clients' helper_names_itself
 check 'velmora-headless serves velmora' serves velmora-headless
 check 'velmora-app serves velmora' serves velmora-app
 check 'the manuals can be read' manuals
-check 'a purge leaves the person'\''s data and nothing else' removal
+check 'a purge leaves the user'\''s data and nothing else' removal
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -74,8 +74,8 @@ set(CPACK_PACKAGE_CONTACT "The Velmora authors <maintainers@velmora.app>")
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "let AI coding agents use your terminal, within limits")
 set(CPACK_PACKAGE_DESCRIPTION
-"Velmora lets AI coding agents (MCP clients) use a person's own terminal,
-tmux, within limits that the person sets: which sessions may be used, and for
+"Velmora lets AI coding agents (MCP clients) use your own terminal,
+tmux, within limits that you set: which sessions may be used, and for
 what. It keeps a history of every request, and one switch stops all changes.
 .
 No network port is opened; the small helper that agents launch reaches the
