@@ -1,8 +1,14 @@
 #include "System/SerialExecutor.h"
 
+#include "System/ThreadName.h"
+
 namespace velmora {
 
-SerialExecutor::SerialExecutor() : thread_([this] { run(); }) {}
+SerialExecutor::SerialExecutor(std::string name)
+    : thread_([this, name = std::move(name)] {
+        setThreadName(name);
+        run();
+      }) {}
 
 SerialExecutor::~SerialExecutor() {
   {

@@ -1,4 +1,4 @@
-// One thread that works through a queue, in order. Each adapter has one, so its operations never meet.
+// One thread that works through a queue, in order.
 #pragma once
 
 #include <condition_variable>
@@ -6,6 +6,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <string>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -18,7 +19,8 @@ namespace velmora {
 /// std::future_errc::broken_promise) and joins the thread.
 class SerialExecutor {
  public:
-  SerialExecutor();
+  /// `name` is what debuggers show for the thread.
+  explicit SerialExecutor(std::string name);
   ~SerialExecutor();
   SerialExecutor(const SerialExecutor&) = delete;
   SerialExecutor& operator=(const SerialExecutor&) = delete;

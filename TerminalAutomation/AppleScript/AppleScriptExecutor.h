@@ -55,7 +55,7 @@ class AppleScriptExecutor final : public TerminalAutomating {
   const AppleScriptParts parts_;
   AppleScriptOperations operations_;  // used on the executor's thread only
   std::atomic<bool> cancelled_ = false;
-  SerialExecutor executor_;  // goes first: its thread uses what stands above
+  SerialExecutor executor_{"applescript"};  // goes first: its thread uses what stands above
 };
 
 }  // namespace velmora

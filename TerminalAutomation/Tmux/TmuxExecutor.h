@@ -46,7 +46,7 @@ class TmuxExecutor final : public TerminalAutomating {
   const TmuxExecutorOptions options_;
   const TmuxParts parts_;
   const std::unique_ptr<TmuxOperations> operations_;  // used on the executor's thread only
-  SerialExecutor executor_;                           // goes first: its thread uses what stands above
+  SerialExecutor executor_{"tmux"};                   // goes first: its thread uses what stands above
 };
 
 }  // namespace velmora

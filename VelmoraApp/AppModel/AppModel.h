@@ -122,8 +122,8 @@ class AppModel : public QObject {
   int savesUnderWay_ = 0;
 
   // Last, so that no work is under way when anything above is destroyed.
-  Worker terminalWorker_;
-  Worker fileWorker_;
+  Worker terminalWorker_{"app-terminal"};
+  Worker fileWorker_{"app-files"};
 };
 
 }  // namespace velmora

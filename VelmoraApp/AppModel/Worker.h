@@ -3,6 +3,7 @@
 
 #include <QtCore/QMetaObject>
 #include <QtCore/QObject>
+#include <string>
 #include <utility>
 
 #include "System/SerialExecutor.h"
@@ -12,6 +13,8 @@ namespace velmora {
 /// For the thread of the receivers. Destruction finishes the work under way and drops what waits.
 class Worker {
  public:
+  explicit Worker(std::string name) : executor_(std::move(name)) {}
+
   /// Runs `work`, which must not throw, on the worker's thread, then `done` with its result on the thread of
   /// `receiver`. The receiver must outlive the worker; once it is gone nothing arrives any more.
   template <class Work, class Done>
