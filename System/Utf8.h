@@ -12,4 +12,8 @@ bool isValidUtf8(std::string_view text);
 /// `text` with each maximal ill-formed run of bytes replaced by U+FFFD, as Unicode recommends.
 std::string repairUtf8(std::string_view text);
 
+/// `text`, repaired, with every control character replaced by "?", so that text of others cannot steer the
+/// terminal that shows it, nor begin a line of its own in a log.
+std::string plainText(std::string_view text);
+
 }  // namespace velmora

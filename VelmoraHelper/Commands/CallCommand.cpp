@@ -11,10 +11,10 @@
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/ToolInputs.h"
 #include "LocalControl/LocalControlCodec.h"
+#include "System/Utf8.h"
 #include "VelmoraHelper/Bridge/CallFailure.h"
 #include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/NearestName.h"
-#include "VelmoraHelper/Commands/PlainText.h"
 #include "VelmoraHelper/Tools/DatesForPeople.h"
 
 namespace velmora {

@@ -4,11 +4,11 @@
 #include <algorithm>
 #include <ostream>
 
+#include "System/Utf8.h"
 #include "VelmoraHelper/Commands/CallCommand.h"
 #include "VelmoraHelper/Commands/ConfigCommand.h"
 #include "VelmoraHelper/Commands/DoctorCommand.h"
 #include "VelmoraHelper/Commands/NearestName.h"
-#include "VelmoraHelper/Commands/PlainText.h"
 #include "VelmoraHelper/Commands/StatusCommand.h"
 
 namespace velmora {

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "ClientSetup/McpClients.h"
+#include "System/Utf8.h"
 #include "VelmoraHelper/Commands/NearestName.h"
-#include "VelmoraHelper/Commands/PlainText.h"
 
 namespace velmora {
 

@@ -12,7 +12,6 @@
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/Payload.h"
-#include "VelmoraHelper/Commands/PlainText.h"
 #include "VelmoraHelper/Commands/SocketCheck.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
 

@@ -5,9 +5,9 @@
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/ToolPayloads.h"
+#include "System/Utf8.h"
 #include "VelmoraHelper/Commands/CallCommand.h"
 #include "VelmoraHelper/Commands/Payload.h"
-#include "VelmoraHelper/Commands/PlainText.h"
 
 namespace velmora {
 

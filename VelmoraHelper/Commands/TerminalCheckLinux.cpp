@@ -2,7 +2,7 @@
 #include <string_view>
 #include <utility>
 
-#include "VelmoraHelper/Commands/PlainText.h"
+#include "System/Utf8.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
 
 namespace velmora {

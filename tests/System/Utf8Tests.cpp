@@ -36,5 +36,20 @@ TEST(Utf8, ReplacesEachIllFormedRunOnce) {
   EXPECT_EQ(repairUtf8("\xC0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD");  // neither byte can start or go on
 }
 
+TEST(Utf8, LeavesOrdinaryTextOfEveryScriptPlain) {
+  const std::string text = "main: vim ~/a.txt | 한국어 Ünï \xC2\xA0 👩‍👩‍👧‍👦 →";
+  EXPECT_EQ(plainText(text), text);
+  EXPECT_EQ(plainText(""), "");
+}
+
+TEST(Utf8, MakesEveryControlCharacterPlain) {
+  EXPECT_EQ(plainText("\x1B[31mred\x1B]0;title\x07\x7F\r\n\tend"), "?[31mred?]0;title?????end");
+  EXPECT_EQ(plainText(std::string_view("a\0b", 3)), "a?b");
+  EXPECT_EQ(plainText("\xC2\x80\xC2\x9B"
+                      "31m\xC2\x9F"),
+            "??31m?");
+  EXPECT_EQ(plainText("b\xC2"), "b\xEF\xBF\xBD");
+}
+
 }  // namespace
 }  // namespace velmora
