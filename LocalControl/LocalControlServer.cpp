@@ -8,8 +8,13 @@
 
 namespace velmora {
 
-LocalControlServer::LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL)
-    : handler_(std::move(handler)), server_(std::move(socketURL)), stopPipe_(openPipe()) {}
+LocalControlServer::LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL, Log log,
+                                       AcceptingEnded acceptingEnded)
+    : handler_(std::move(handler)),
+      log_(std::move(log)),
+      acceptingEnded_(std::move(acceptingEnded)),
+      server_(std::move(socketURL)),
+      stopPipe_(openPipe()) {}
 
 LocalControlServer::~LocalControlServer() {
   stop();
@@ -40,15 +45,19 @@ void LocalControlServer::stop() noexcept {
 }
 
 void LocalControlServer::acceptConnections() {
+  std::string reason;
   try {
     while (auto connection = server_.acceptConnectionUntil(stopPipe_.read.get())) {
       beginServing(std::move(*connection));
     }
-  } catch (const UnixSocketError&) {
-    // Accepting ends here on purpose, see the class's comment.
+  } catch (const UnixSocketError& error) {
+    reason = error.inWords();  // accepting ends here on purpose, see the class's comment
   }
   server_.close();
   accepting_ = false;
+  if (reason.empty()) return;
+  log_.error("socket", "accepting has ended until the bridge starts again: " + reason);
+  if (acceptingEnded_) acceptingEnded_(reason);
 }
 
 void LocalControlServer::beginServing(UnixSocketConnection connection) {
@@ -64,17 +73,26 @@ void LocalControlServer::beginServing(UnixSocketConnection connection) {
   } catch (const std::exception&) {
     // No thread or no memory for one: this client is turned away, the others stay.
     if (position) served_.erase(*position);
+    log_.warning("socket", "a client was turned away: there is no thread for it");
   }
 }
 
-void LocalControlServer::answerRequests(UnixSocketConnection& connection) {
+// Until the peer leaves or sends what is no request; the connection ends without an answer then.
+void LocalControlServer::answerRequests(UnixSocketConnection& connection) const {
+  const char* failure = "";
   try {
     while (true) {
+      failure = "what it sent is no request";
       const auto request = LocalControlCodec::decode<LocalControlRequest>(connection.readFrame());
+      failure = "its request could not be answered";
       connection.writeFrame(LocalControlCodec::frame(handler_(request)));
     }
-  } catch (const std::exception&) {
-    // The peer has left, or sent what is no request: the connection ends without an answer.
+  } catch (const UnixSocketError& error) {
+    log_.debug("socket", "a connection has ended: " + error.inWords());
+  } catch (const LocalControlCodecError& error) {
+    log_.warning("socket", std::string("a connection was closed: ") + failure + " (" + error.what() + ")");
+  } catch (const std::exception&) {  // its words may quote the request
+    log_.warning("socket", std::string("a connection was closed: ") + failure);
   }
 }
 

@@ -6,11 +6,13 @@
 #include <filesystem>
 #include <functional>
 #include <list>
+#include <string>
 #include <thread>
 
 #include "LocalControl/LocalControlMessages.h"
 #include "LocalControl/UnixSocketServer.h"
 #include "System/FileDescriptor.h"
+#include "System/Log.h"
 #include "System/Mutex.h"
 
 namespace velmora {
@@ -18,21 +20,26 @@ namespace velmora {
 /// Answers one request. Called from many threads at once; must not throw (a throw ends the connection).
 using LocalControlHandler = std::function<LocalControlResponse(const LocalControlRequest&)>;
 
+/// Hears why accepting ended by itself, in a few words. Called once at most, on the accept thread; must not
+/// throw, and must not end the server.
+using AcceptingEnded = std::function<void(const std::string& reason)>;
+
 /// One thread accepts; one thread a connection reads a request, has it answered, writes the response, and so
 /// on until the peer leaves. Whatever is wrong with a frame, a request or the stream ends that connection
-/// without an answer and touches no other.
+/// without an answer and touches no other; the log says so, without a word of what the frame held.
 ///
 /// The socket listens from construction on; connections wait there until `start`. A failing accept or a peer
 /// of another user ends accepting for good (better no service than a doubtful one): the socket is closed, so
-/// that clients hear at once that nobody serves them; connections that are being served go on. Destruction
-/// wakes every thread and joins it; it waits for requests that the handler is working on, so the handler must
-/// come to an end.
+/// that clients hear at once that nobody serves them; connections that are being served go on. The log and
+/// `acceptingEnded` hear why. Destruction wakes every thread and joins it; it waits for requests that the
+/// handler is working on, so the handler must come to an end.
 ///
 /// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
 class LocalControlServer {
  public:
   /// Throws what UnixSocketServer's constructor throws, and std::system_error.
-  LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL);
+  LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL, Log log = {},
+                     AcceptingEnded acceptingEnded = {});
   ~LocalControlServer();
   LocalControlServer(const LocalControlServer&) = delete;
   LocalControlServer& operator=(const LocalControlServer&) = delete;
@@ -59,10 +66,12 @@ class LocalControlServer {
 
   void acceptConnections();
   void beginServing(UnixSocketConnection connection);
-  void answerRequests(UnixSocketConnection& connection);
+  void answerRequests(UnixSocketConnection& connection) const;
   void finishServing(ServedList::iterator position);
 
   const LocalControlHandler handler_;
+  const Log log_;
+  const AcceptingEnded acceptingEnded_;
   UnixSocketServer server_;
   Pipe stopPipe_;  // closing the writing end stops the accept thread
   std::thread acceptThread_;

@@ -12,20 +12,6 @@
 
 namespace velmora {
 
-const char* UnixSocketError::what() const noexcept {
-  switch (kind_) {
-    case Kind::system:
-      return operation_;
-    case Kind::unsafeEndpoint:
-      return "unsafeEndpoint";
-    case Kind::peerRejected:
-      return "peerRejected";
-    case Kind::disconnected:
-      return "disconnected";
-  }
-  return "";
-}
-
 void UnixSocketConnection::verifyPeer(uid_t expectedUID) const {
   const auto user = SocketPlatform::peerUser(descriptor());
   if (user && *user == expectedUID) return;

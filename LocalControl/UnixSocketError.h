@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <exception>
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace velmora {
@@ -31,7 +32,8 @@ class UnixSocketError : public std::exception {
   std::string_view operation() const noexcept { return operation_; }  ///< Empty unless `system`.
   std::int32_t code() const noexcept { return code_; }                ///< 0 unless `system`.
 
-  const char* what() const noexcept override;  ///< The case's name (of `system`, the call's), for logs.
+  const char* what() const noexcept override;  ///< The case's name; of `system`, the call's.
+  std::string inWords() const;                 ///< What happened, in a few words for people.
 
   friend bool operator==(const UnixSocketError& a, const UnixSocketError& b) noexcept {
     return a.kind_ == b.kind_ && a.operation() == b.operation() && a.code_ == b.code_;

@@ -11,6 +11,7 @@
 #include "LocalControl/UnixSocketClient.h"
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/LocalControl/SocketTesting.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -31,7 +32,8 @@ class LocalControlServerTest : public ::testing::Test {
   void SetUp() override { start(echo); }
 
   void start(LocalControlHandler handler) {
-    server_.emplace(std::move(handler), socket_);
+    server_.emplace(std::move(handler), socket_, log_.log(),
+                    [this](const std::string& reason) { reason_.set_value(reason); });
     server_->start();
   }
   UnixSocketConnection connected() const { return UnixSocketClient::connect(socket_); }
@@ -45,7 +47,7 @@ class LocalControlServerTest : public ::testing::Test {
   }
 
   // Writes `bytes` and expects the server to close without an answer, and to serve others all the same.
-  void expectSilentEndAfter(const std::string& bytes) {
+  void expectSilentEndAfter(const std::string& bytes, const std::string& reason) {
     auto other = connected();
     EXPECT_EQ(answerOn(other, sampleRequest("before")), expectedAnswerTo(sampleRequest("before")));
     auto bad = connected();
@@ -54,10 +56,14 @@ class LocalControlServerTest : public ::testing::Test {
     EXPECT_EQ(answerOn(other, sampleRequest("after")), expectedAnswerTo(sampleRequest("after")));
     auto next = connected();
     EXPECT_EQ(answerOn(next, sampleRequest("next")), expectedAnswerTo(sampleRequest("next")));
+    server_.reset();
+    EXPECT_EQ(log_.count("warning socket: a connection was closed: " + reason), 1u);
   }
 
   TemporaryDirectory temporary_;
   const std::filesystem::path socket_ = temporary_ / "d" / "control-v1.sock";
+  const testing::LogLines log_;
+  std::promise<std::string> reason_;  // why accepting ended; a second one would throw
   std::optional<LocalControlServer> server_;
 };
 
@@ -108,23 +114,27 @@ TEST_F(LocalControlServerTest, ServesAConnectionWhileAnotherWaitsForItsAnswer) {
 }
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentAZeroLength) {
-  expectSilentEndAfter("\0\0\0\0"s);
+  expectSilentEndAfter("\0\0\0\0"s, "what it sent is no request (emptyFrame)");
 }
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentALengthOverTheLimit) {
-  expectSilentEndAfter("\0\x10\0\1"s);
+  expectSilentEndAfter("\0\x10\0\1"s, "what it sent is no request (frameTooLarge)");
 }
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentGarbage) {
-  expectSilentEndAfter("GET / HTTP/1.1\r\n\r\n");
+  expectSilentEndAfter("GET / HTTP/1.1\r\n\r\n", "what it sent is no request (frameTooLarge)");
 }
 
-TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoUtf8) { expectSilentEndAfter("\0\0\0\1\xFF"s); }
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoUtf8) {
+  expectSilentEndAfter("\0\0\0\1\xFF"s, "what it sent is no request (invalidFrame)");
+}
 
-TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoJson) { expectSilentEndAfter("\0\0\0\1{"s); }
+TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoJson) {
+  expectSilentEndAfter("\0\0\0\1{"s, "what it sent is no request");
+}
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionThatSentNoRequest) {
-  expectSilentEndAfter("\0\0\0\2{}"s);
+  expectSilentEndAfter("\0\0\0\2{}"s, "what it sent is no request");
 }
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseAnswerIsTooLarge) {
@@ -136,7 +146,8 @@ TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseAnswerIsTooLarge) {
     }
     return response;
   });
-  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("large")));
+  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("large")),
+                       "its request could not be answered (frameTooLarge)");
 }
 
 TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseHandlerThrows) {
@@ -145,7 +156,7 @@ TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseHandlerThrows) {
     if (request.arguments.at("command") == JSONValue("throw")) throw std::runtime_error("handler");
     return echo(request);
   });
-  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("throw")));
+  expectSilentEndAfter(LocalControlCodec::frame(sampleRequest("throw")), "its request could not be answered");
 }
 
 TEST_F(LocalControlServerTest, SurvivesAPeerThatLeavesBeforeItsAnswer) {
@@ -179,8 +190,12 @@ TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAcceptFailsAndServesOnWho
     ASSERT_EQ(
         ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
         0);
-    yieldUntil([this] { return !server_->isAccepting(); });
+    EXPECT_EQ(reason_.get_future().get(), "accept: Too many open files");
   }
+  EXPECT_EQ(
+      log_.count(
+          "error socket: accepting has ended until the bridge starts again: accept: Too many open files"),
+      1u);
   server_->start();
   EXPECT_FALSE(server_->isAccepting());
   EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
@@ -197,7 +212,8 @@ TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAPeerIsOfAnotherUser) {
     openToEveryone(temporary_, socket_.parent_path(), socket_);
     const OtherUser stranger(socket_);
     EXPECT_EQ(stranger.outcome(), OtherUser::closedByServer);
-    yieldUntil([this] { return !server_->isAccepting(); });
+    EXPECT_EQ(reason_.get_future().get(), "a process of another user was at the other end");
+    EXPECT_FALSE(server_->isAccepting());
     EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
     EXPECT_EQ(errorOf<UnixSocketError>([&] { connected(); }), UnixSocketError::system("connect", ENOENT));
   }
@@ -225,6 +241,15 @@ TEST_F(LocalControlServerTest, AcceptsNoMoreAfterStopAndServesOnWhomItServes) {
   EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
   server_->start();
   EXPECT_FALSE(server_->isAccepting());
+  EXPECT_EQ(log_.count("accepting has ended"), 0u) << "it was asked to";
+}
+
+TEST_F(LocalControlServerTest, QuotesNothingOfWhatAClientSent) {
+  auto request = LocalControlCodec::frame(sampleRequest("a secret"));
+  const auto operation = request.find("terminal_send_command");
+  request.replace(operation, 8, "tErmInAl");
+  expectSilentEndAfter(request, "what it sent is no request");
+  EXPECT_EQ(log_.count("secret") + log_.count("tErmInAl"), 0u);
 }
 
 TEST_F(LocalControlServerTest, EndsWithReadersBlockedBeforeAndInsideAFrame) {

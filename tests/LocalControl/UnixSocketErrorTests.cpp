@@ -40,5 +40,13 @@ TEST(UnixSocketError, NamesItsCaseForLogs) {
   EXPECT_STREQ(UnixSocketError::disconnected().what(), "disconnected");
 }
 
+TEST(UnixSocketError, SaysInWordsWhatHappened) {
+  EXPECT_EQ(UnixSocketError::system("bind", EACCES).inWords(), "bind: Permission denied");
+  EXPECT_EQ(UnixSocketError::unsafeEndpoint().inWords(),
+            "the path is too long, or what stands there is not this user's");
+  EXPECT_EQ(UnixSocketError::peerRejected().inWords(), "a process of another user was at the other end");
+  EXPECT_EQ(UnixSocketError::disconnected().inWords(), "the other end has closed");
+}
+
 }  // namespace
 }  // namespace velmora
