@@ -1,38 +1,11 @@
 #include "BridgeCore/BridgeCoordinator.h"
 
 #include "BridgeCore/StructuredErrorMapper.h"
+#include "BridgeModels/Tools.h"
 
 namespace velmora {
 
 namespace {
-
-/// What the pipeline does differently from tool to tool.
-struct ToolTraits {
-  RequestStatus successStatus;
-  bool refusedWhilePaused;  // by the pipeline itself; sending is refused further in, after the session is
-                            // known
-  bool sensitive;           // its content may be kept, so the history is written at once
-};
-
-constexpr ToolTraits traitsOf(ToolName tool) {
-  switch (tool) {
-    case ToolName::createSession:
-    case ToolName::focusSession:
-      return {RequestStatus::delivered, true, false};
-    case ToolName::sendCommand:
-      return {RequestStatus::delivered, false, true};
-    case ToolName::sendKey:
-      return {RequestStatus::delivered, false, false};
-    case ToolName::readOutput:
-      return {RequestStatus::readComplete, false, true};
-    case ToolName::status:
-    case ToolName::listSessions:
-    case ToolName::getActiveSession:
-    case ToolName::captureScreen:
-      break;
-  }
-  return {RequestStatus::readComplete, false, false};
-}
 
 constexpr bool isFailure(ErrorCode code) {
   return code == ErrorCode::appleScriptExecutionFailed || code == ErrorCode::internalError;
@@ -172,7 +145,7 @@ template <class Payload, class Work>
 ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {
   const auto session = open(call);
   try {
-    if (traitsOf(call.tool).refusedWhilePaused) {
+    if (toolTraits(call.tool).pauseComesFirst) {
       operationState_.requireMutationAllowed(wireName(call.tool), session);
     }
     Answer<Payload> answer = work();
@@ -196,14 +169,15 @@ std::optional<SessionReference> BridgeCoordinator::open(const Call& call) {
 }
 
 void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
-  const auto traits = traitsOf(call.tool);
+  const auto traits = toolTraits(call.tool);
   std::optional<PrivacyRetentionSettings> settings;
   if (traits.sensitive) {
     settings = settingsStore_.current();
     recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, *settings);
   }
-  recorder_.complete(call.requestId, traits.successStatus, outcome.outputCharacterCount,
-                     outcome.outputTruncated, std::nullopt);
+  const auto status = traits.changesTerminal ? RequestStatus::delivered : RequestStatus::readComplete;
+  recorder_.complete(call.requestId, status, outcome.outputCharacterCount, outcome.outputTruncated,
+                     std::nullopt);
   if (settings) recorder_.persist(historyStore_, *settings);
 }
 

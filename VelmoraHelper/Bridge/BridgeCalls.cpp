@@ -4,10 +4,10 @@
 #include <cctype>
 #include <cerrno>
 
+#include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketError.h"
 #include "VelmoraHelper/Bridge/CallFailure.h"
-#include "VelmoraHelper/Tools/ToolCatalogue.h"
 
 namespace velmora {
 
@@ -16,7 +16,7 @@ namespace {
 // The session that a request changes, in one spelling.
 std::string laneOf(const LocalControlRequest& request) {
   const auto session = request.arguments.find("sessionId");
-  if (!changesTerminal(request.operation) || session == request.arguments.end()) return {};
+  if (!toolTraits(request.operation).changesTerminal || session == request.arguments.end()) return {};
   const auto* text = session->second.string();
   std::string lane = text == nullptr ? std::string() : *text;
   for (auto& character : lane)
@@ -131,7 +131,7 @@ std::optional<LocalControlResponse> BridgeCalls::recover(Call& call, std::except
   const auto fate = call.connection && call.isSecondUse ? fateOf(*call.connection, failure) : Fate::settled;
   call.connection.reset();
   const bool mayRepeat =
-      fate == Fate::notSent || (fate == Fate::unknown && !changesTerminal(call.request.operation));
+      fate == Fate::notSent || (fate == Fate::unknown && !toolTraits(call.request.operation).changesTerminal);
   if (!mayRepeat) return answerToFailure(call.request, std::move(failure));
   return step(call);
 }

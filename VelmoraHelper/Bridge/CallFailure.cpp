@@ -6,9 +6,9 @@
 
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
+#include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketError.h"
-#include "VelmoraHelper/Tools/ToolCatalogue.h"
 
 namespace velmora {
 
@@ -28,7 +28,7 @@ StructuredError unavailable(ToolName tool, std::string message, std::string sugg
 // The application was reached but did not answer: it may have acted on the request or not. A call that
 // changes something is not worth repeating before somebody has looked.
 StructuredError unanswered(ToolName tool, const std::string& what) {
-  if (!changesTerminal(tool)) return unavailable(tool, what + ".", openVelmora);
+  if (!toolTraits(tool).changesTerminal) return unavailable(tool, what + ".", openVelmora);
   auto error = unavailable(tool, what + ", so it is unknown whether the call took effect.",
                            "Make sure that Velmora is open and read the session's output before you retry.");
   error.retryable = false;
