@@ -10,7 +10,7 @@
 #include "BridgeModels/Json/JsonReader.h"
 #include "LocalControl/UnixSocketError.h"
 #include "VelmoraHelper/Mcp/McpServer.h"
-#include "VelmoraHelper/Mcp/MessageLines.h"
+#include "VelmoraHelper/Stdio/MessageLines.h"
 
 namespace {
 

@@ -85,6 +85,12 @@ includes() {
     'BridgeCore:LocalControl|BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
     'LocalControl:BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
     'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation|VelmoraHeadless' \
+    'VelmoraHelper/Protocol:VelmoraHelper/[^P]' \
+    'VelmoraHelper/Bridge:VelmoraHelper/[^B]' \
+    'VelmoraHelper/Tools:VelmoraHelper/(Mcp|Stdio|Commands|HelperLog)' \
+    'VelmoraHelper/Mcp:VelmoraHelper/(Stdio|Commands)' \
+    'VelmoraHelper/Stdio:VelmoraHelper/Commands' \
+    'VelmoraHelper/Commands:VelmoraHelper/(Mcp|Stdio)' \
     'VelmoraApp:LocalControl/(Socket|UnixSocket(Server|Client|Connection))' \
     'VelmoraApp/AppModel:VelmoraApp/[^A]' \
     'VelmoraApp/Style:VelmoraApp/[^S]'; do

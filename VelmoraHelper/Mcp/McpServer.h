@@ -15,9 +15,9 @@
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
 #include "VelmoraHelper/HelperLog.h"
 #include "VelmoraHelper/Mcp/BatchAnswer.h"
-#include "VelmoraHelper/Mcp/JsonRpc.h"
 #include "VelmoraHelper/Mcp/RequestContext.h"
 #include "VelmoraHelper/Mcp/ServerAnswers.h"
+#include "VelmoraHelper/Protocol/JsonRpc.h"
 
 namespace velmora {
 

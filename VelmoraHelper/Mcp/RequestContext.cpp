@@ -1,6 +1,6 @@
 #include "VelmoraHelper/Mcp/RequestContext.h"
 
-#include "VelmoraHelper/Mcp/JsonRpc.h"
+#include "VelmoraHelper/Protocol/JsonRpc.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+#include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <string>
 
-#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+#include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 

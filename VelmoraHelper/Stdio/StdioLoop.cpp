@@ -9,7 +9,7 @@
 #include <system_error>
 #include <vector>
 
-#include "VelmoraHelper/Mcp/MessageLines.h"
+#include "VelmoraHelper/Stdio/MessageLines.h"
 
 namespace velmora {
 

@@ -7,7 +7,7 @@
 
 #include "BridgeModels/Json/JsonWriter.h"
 #include "BridgeModels/ToolName.h"
-#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+#include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "LocalControl/LocalControlMessages.h"
-#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+#include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 

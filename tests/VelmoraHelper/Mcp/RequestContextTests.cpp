@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "BridgeModels/Json/JsonReader.h"
-#include "VelmoraHelper/Mcp/JsonRpc.h"
 #include "VelmoraHelper/Mcp/RequestContext.h"
+#include "VelmoraHelper/Protocol/JsonRpc.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "VelmoraHelper/Mcp/JsonSourceText.h"
+#include "VelmoraHelper/Protocol/JsonSourceText.h"
 
 #include <algorithm>
 #include <boost/json/parse.hpp>

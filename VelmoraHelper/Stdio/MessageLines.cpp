@@ -1,4 +1,4 @@
-#include "VelmoraHelper/Mcp/MessageLines.h"
+#include "VelmoraHelper/Stdio/MessageLines.h"
 
 namespace velmora {
 

@@ -1,11 +1,11 @@
-#include "VelmoraHelper/Mcp/JsonRpc.h"
+#include "VelmoraHelper/Protocol/JsonRpc.h"
 
 #include <boost/json/serialize.hpp>
 
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
-#include "VelmoraHelper/Mcp/JsonSourceText.h"
-#include "VelmoraHelper/Mcp/ProtocolRevision.h"
+#include "VelmoraHelper/Protocol/JsonSourceText.h"
+#include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 

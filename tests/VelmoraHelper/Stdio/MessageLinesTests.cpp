@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "VelmoraHelper/Mcp/MessageLines.h"
+#include "VelmoraHelper/Stdio/MessageLines.h"
 
 namespace velmora {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "BridgeModels/Json/JsonReader.h"
-#include "VelmoraHelper/Mcp/JsonRpc.h"
+#include "VelmoraHelper/Protocol/JsonRpc.h"
 
 namespace velmora {
 namespace {
