@@ -14,7 +14,7 @@ using testing::spinUntil;
 
 TEST(Worker, WorksOnAnotherThreadAndAnswersOnTheReceivers) {
   QObject receiver;
-  Worker worker;
+  Worker worker("worker");
   QThread* worked = nullptr;
   QThread* answered = nullptr;
   worker.run(
@@ -30,7 +30,7 @@ TEST(Worker, WorksOnAnotherThreadAndAnswersOnTheReceivers) {
 
 TEST(Worker, KeepsTheOrderOfTheCalls) {
   QObject receiver;
-  Worker worker;
+  Worker worker("worker");
   std::vector<int> answers;
   for (int number = 0; number < 100; ++number) {
     worker.run(
@@ -42,7 +42,7 @@ TEST(Worker, KeepsTheOrderOfTheCalls) {
 
 TEST(Worker, DrainingWaitsForTheWorkAndNotForTheAnswers) {
   QObject receiver;
-  Worker worker;
+  Worker worker("worker");
   bool worked = false;
   bool answered = false;
   worker.run(
@@ -58,7 +58,7 @@ TEST(Worker, DestructionWaitsForTheWorkUnderWay) {
   std::promise<void> reached;
   std::atomic<bool> ended = false;
   {
-    Worker worker;
+    Worker worker("worker");
     worker.run(
         &receiver,
         [&] {
