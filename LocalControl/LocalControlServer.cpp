@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "LocalControl/LocalControlCodec.h"
+#include "System/ThreadName.h"
 
 namespace velmora {
 
@@ -32,7 +33,10 @@ void LocalControlServer::start() {
   if (acceptThread_.joinable() || !stopPipe_.write) return;
   accepting_ = true;
   try {
-    acceptThread_ = std::thread([this] { acceptConnections(); });
+    acceptThread_ = std::thread([this] {
+      setThreadName("accept");
+      acceptConnections();
+    });
   } catch (const std::system_error&) {
     accepting_ = false;
     throw;
@@ -67,6 +71,7 @@ void LocalControlServer::beginServing(UnixSocketConnection connection) {
     position = served_.emplace(served_.end(), std::move(connection));
     // The thread looks at its own entry's `thread` only in finishServing, under the lock held here.
     (*position)->thread = std::thread([this, served = *position] {
+      setThreadName("connection");
       answerRequests(served->connection);
       finishServing(served);
     });

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <future>
 #include <optional>
@@ -25,6 +27,12 @@ LocalControlResponse echo(const LocalControlRequest& request) {
   response.ok = true;
   response.data = request.arguments;
   return response;
+}
+
+std::string nameOfThisThread() {
+  std::array<char, 64> name{};
+  ::pthread_getname_np(::pthread_self(), name.data(), name.size());
+  return name.data();
 }
 
 class LocalControlServerTest : public ::testing::Test {
@@ -242,6 +250,27 @@ TEST_F(LocalControlServerTest, AcceptsNoMoreAfterStopAndServesOnWhomItServes) {
   server_->start();
   EXPECT_FALSE(server_->isAccepting());
   EXPECT_EQ(log_.count("accepting has ended"), 0u) << "it was asked to";
+}
+
+TEST_F(LocalControlServerTest, NamesItsThreads) {
+  std::promise<std::string> accepting;
+  server_.emplace(
+      [](const LocalControlRequest& request) {
+        auto response = echo(request);
+        response.data = nameOfThisThread();
+        return response;
+      },
+      socket_, Log(), [&](const std::string&) { accepting.set_value(nameOfThisThread()); });
+  server_->start();
+  LocalControlClient client(socket_);
+  EXPECT_EQ(client.send(sampleRequest()).data, JSONValue("connection"));
+  const FileDescriptor late = SocketPlatform::openStreamSocket();
+  const auto address = UnixSocketEndpoint::address(socket_);
+  const NoMoreDescriptors limit;
+  ASSERT_EQ(
+      ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
+      0);
+  EXPECT_EQ(accepting.get_future().get(), "accept");
 }
 
 TEST_F(LocalControlServerTest, QuotesNothingOfWhatAClientSent) {
