@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "BridgeModels/Json/JsonReader.h"
-#include "VelmoraHelper/Tools/InputSchema.h"
+#include "VelmoraHelper/Tools/ToolSchemas.h"
 #include "tests/VelmoraHelper/Tools/SchemaCheck.h"
 
 namespace velmora {

@@ -2,8 +2,8 @@
 
 #include "BridgeModels/Json/JsonReader.h"
 #include "LocalControl/LocalControlMessages.h"
-#include "VelmoraHelper/Tools/OutputSchema.h"
 #include "VelmoraHelper/Tools/ToolResultJson.h"
+#include "VelmoraHelper/Tools/ToolSchemas.h"
 #include "tests/VelmoraHelper/Tools/SchemaCheck.h"
 
 namespace velmora {

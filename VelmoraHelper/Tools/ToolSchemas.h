@@ -1,6 +1,6 @@
-// The JSON Schema of a tool's input, made from the same record description that the decoder walks, so that
-// what is advertised and what is accepted cannot drift apart. Texts and ranges, which a description does not
-// hold, come from a table of fields.
+// The JSON Schemas of a tool's input and of its structured content, made from the same record descriptions
+// that the decoder and the encoder walk, so that what is advertised, accepted and answered cannot drift
+// apart. Texts and ranges, which a description does not hold, come from a table of fields.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "BridgeModels/ToolInputs.h"
+#include "BridgeModels/ToolPayloads.h"
 #include "VelmoraHelper/Tools/JsonSchema.h"
 
 namespace velmora {
@@ -69,12 +70,22 @@ void writeFields(JsonWriter& writer, List<Member...>) {
 
 }  // namespace detail
 
+/// The schema of the arguments.
 template <class Input>
 void writeInputSchema(JsonWriter& writer) {
   writer.beginObject();
   writeSchemaMember(writer, "type", "object");
   detail::writeFields<Input>(writer, MembersOf<Input>{});
   writeSchemaMember(writer, "additionalProperties", false);
+  writer.endObject();
+}
+
+/// The schema of the structured content: the envelope with the tool's payload. Failures have the same shape
+/// without the payload, because clients check them against the schema too.
+template <class Payload>
+void writeOutputSchema(JsonWriter& writer) {
+  writer.beginObject();
+  writeRecordSchema<ToolResult<Payload>>(writer);
   writer.endObject();
 }
 
