@@ -26,19 +26,17 @@ T.Button {
     focusPolicy: Qt.StrongFocus
 
     Accessible.name: text
-    Accessible.onPressAction: if (enabled)
-        clicked()
-    Keys.onReturnPressed: event => clickOnce(event)
-    Keys.onEnterPressed: event => clickOnce(event)
-
-    function clickOnce(event: var) {
-        if (!event.isAutoRepeat)
-            clicked();
-    }
+    Keys.forwardTo: [press]
 
     ToolTip.visible: display === T.AbstractButton.IconOnly && hovered
     ToolTip.text: text
     ToolTip.delay: Theme.patience
+
+    Press {
+        id: press
+        control: control
+        onPressed: control.clicked()
+    }
 
     contentItem: Item {
         implicitWidth: content.implicitWidth

@@ -10,19 +10,17 @@ T.CheckBox {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
 
-    // See Switch.
-    function toggleByBus() {
-        if (!enabled)
-            return;
-        toggle();
-        toggled();
-    }
-
     Accessible.name: text
-    Accessible.onPressAction: toggleByBus()
-    Accessible.onToggleAction: toggleByBus()
-    Keys.onReturnPressed: toggleByBus()
-    Keys.onEnterPressed: toggleByBus()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        onPressed: {
+            control.toggle();
+            control.toggled();
+        }
+    }
 
     indicator: Rectangle {
         y: (control.height - height) / 2

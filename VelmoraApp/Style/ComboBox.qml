@@ -16,8 +16,7 @@ T.ComboBox {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
     Accessible.description: displayText
-    Accessible.onPressAction: if (enabled)
-        popup.open()
+    Keys.forwardTo: [press]
 
     // A closed picker opens on the arrows too, and never changes under an arrow that was meant for the list
     // around it.
@@ -28,6 +27,13 @@ T.ComboBox {
         event.accepted = !popup.visible;
         if (event.accepted)
             popup.open();
+    }
+
+    Press {
+        id: press
+        control: control
+        takesReturn: false
+        onPressed: control.popup.open()
     }
 
     delegate: ItemDelegate {

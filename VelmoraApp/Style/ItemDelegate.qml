@@ -17,8 +17,13 @@ T.ItemDelegate {
     spacing: Theme.small
     font: Theme.body
     Accessible.name: text
-    Accessible.onPressAction: if (enabled)
-        clicked()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        onPressed: control.clicked()
+    }
 
     contentItem: RowLayout {
         spacing: control.spacing

@@ -10,17 +10,20 @@ T.RadioButton {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
 
-    // See Switch. Chosen already, it stays so. Return is left to what the choice belongs to.
-    function chooseByBus() {
-        if (!enabled || checked)
-            return;
-        checked = true;
-        toggled();
-    }
-
     Accessible.name: text
-    Accessible.onPressAction: chooseByBus()
-    Accessible.onToggleAction: chooseByBus()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        takesReturn: false
+        onPressed: {
+            if (control.checked)
+                return;
+            control.checked = true;
+            control.toggled();
+        }
+    }
 
     indicator: Rectangle {
         y: (control.height - height) / 2

@@ -12,10 +12,13 @@ T.Button {
     font: Theme.caption
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
-    Accessible.onPressAction: if (enabled)
-        clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        onPressed: control.clicked()
+    }
 
     contentItem: Label {
         text: control.text

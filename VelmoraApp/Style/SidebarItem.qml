@@ -9,6 +9,4 @@ ItemDelegate {
     Accessible.role: Accessible.PageTab
     Accessible.selectable: true
     Accessible.selected: highlighted
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
 }

@@ -10,19 +10,17 @@ T.Switch {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
 
-    // The bus moves the knob by itself and tells nobody; what is bound to `toggled` must hear of it.
-    function toggleByBus() {
-        if (!enabled)
-            return;
-        toggle();
-        toggled();
-    }
-
     Accessible.name: text
-    Accessible.onPressAction: toggleByBus()
-    Accessible.onToggleAction: toggleByBus()
-    Keys.onReturnPressed: toggleByBus()
-    Keys.onEnterPressed: toggleByBus()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        onPressed: {
+            control.toggle();
+            control.toggled();
+        }
+    }
 
     indicator: Rectangle {
         x: control.text.length > 0 ? control.width - width - control.rightPadding : 0

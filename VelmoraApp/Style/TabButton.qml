@@ -15,16 +15,14 @@ T.TabButton {
     font: Theme.body
     focusPolicy: Qt.StrongFocus
 
-    // The bus presses without a click.
-    function choose() {
-        if (enabled)
-            checked = true;
-    }
-
     Accessible.name: text
-    Accessible.onPressAction: choose()
-    Keys.onReturnPressed: choose()
-    Keys.onEnterPressed: choose()
+    Keys.forwardTo: [press]
+
+    Press {
+        id: press
+        control: control
+        onPressed: control.checked = true
+    }
 
     contentItem: Row {
         spacing: control.spacing

@@ -2,7 +2,6 @@
 
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
-#include <QtGui/QKeyEvent>
 
 #include "VelmoraApp/AppModel/Texts.h"
 #include "tests/VelmoraApp/offline/Scenario.h"
@@ -144,11 +143,6 @@ QString OfflineBridge::sendCommand(const QString& sessionId, const QString& comm
 }
 
 QString OfflineBridge::pasteboard() const { return QGuiApplication::clipboard()->text(); }
-
-void OfflineBridge::repeatKey(QObject* window, int key) const {
-  QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, "\r", /*autorep=*/true);
-  QCoreApplication::sendEvent(window, &press);
-}
 
 QString OfflineBridge::userDefault(const QString& key) const { return defaults_->text(key); }
 

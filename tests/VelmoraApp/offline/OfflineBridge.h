@@ -54,8 +54,6 @@ class OfflineBridge : public QObject {
   Q_INVOKABLE QString userDefault(const QString& key) const;
   /// The policy of the stored settings.
   Q_INVOKABLE QString sessionPolicy();
-  /// A key that is held in the window presses itself again.
-  Q_INVOKABLE void repeatKey(QObject* window, int key) const;
   /// From now on the terminal refuses this operation of TerminalAutomating.
   Q_INVOKABLE void fail(const QString& operation);
 

@@ -27,10 +27,6 @@ Item {
             }
         }
     }
-    SignalSpy {
-        id: clicks
-        signalName: "clicked"
-    }
 
     TestCase {
         name: "Button"
@@ -40,43 +36,6 @@ Item {
 
         function init() {
             row = createTemporaryObject(buttons, parent);
-            clicks.target = row.first;
-            clicks.clear();
-        }
-
-        function test_theMouseClicksIt() {
-            mouseClick(row.first);
-            compare(clicks.count, 1);
-        }
-
-        function test_everyKeyThatMeansItClicksIt_data() {
-            return [{
-                    "tag": "space",
-                    "key": Qt.Key_Space
-                }, {
-                    "tag": "return",
-                    "key": Qt.Key_Return
-                }, {
-                    "tag": "enter",
-                    "key": Qt.Key_Enter
-                }];
-        }
-        function test_everyKeyThatMeansItClicksIt(data) {
-            row.first.forceActiveFocus(Qt.TabFocusReason);
-            keyClick(data.key);
-            compare(clicks.count, 1);
-        }
-
-        function test_theAccessibilityBusClicksIt() {
-            row.first.Accessible.pressAction();
-            compare(clicks.count, 1);
-        }
-
-        function test_aDisabledButtonIsNotClicked() {
-            row.first.enabled = false;
-            mouseClick(row.first);
-            row.first.Accessible.pressAction();
-            compare(clicks.count, 0);
         }
 
         function test_theKeyboardShowsWhereItIs() {

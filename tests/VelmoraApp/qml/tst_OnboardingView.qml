@@ -111,13 +111,10 @@ TestCase {
 
     function test_aKeyThatIsHeldGoesOneStep() {
         open("firstRunMacOS");
-        keyClick(Qt.Key_Return);
-        bridge.repeatKey(window, Qt.Key_Return);
+        Keyboard.hold(window, Qt.Key_Return);
         compare(step(), 1);
         part("onboardingForward").forceActiveFocus(Qt.TabFocusReason);
-        bridge.repeatKey(window, Qt.Key_Return);
-        compare(step(), 1);
-        keyClick(Qt.Key_Return);
+        Keyboard.hold(window, Qt.Key_Return);
         compare(step(), 2);
     }
 
