@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
-#include "LocalControl/SocketPlatform.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/SocketPlatform.h"
 
 namespace velmora {
 

@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "LocalControl/SocketPlatform.h"
 #include "LocalControl/UnixSocketError.h"
+#include "System/SocketPlatform.h"
 
 namespace velmora {
 

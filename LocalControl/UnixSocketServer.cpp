@@ -9,8 +9,8 @@
 #include <array>
 #include <cerrno>
 
-#include "LocalControl/SocketPlatform.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/SocketPlatform.h"
 
 namespace velmora {
 

@@ -8,7 +8,7 @@
 #include <cerrno>
 
 #include "LocalControl/LocalControlCodec.h"
-#include "LocalControl/SocketPlatform.h"
+#include "System/SocketPlatform.h"
 
 namespace velmora {
 

@@ -4,10 +4,10 @@
 
 #include <cerrno>
 
-#include "LocalControl/SocketPlatform.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "LocalControl/UnixSocketServer.h"
+#include "System/SocketPlatform.h"
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/LocalControl/SocketTesting.h"
 #include "tests/support/TemporaryDirectory.h"

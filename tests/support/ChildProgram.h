@@ -17,8 +17,8 @@
 #include <utility>
 #include <vector>
 
-#include "LocalControl/SocketPlatform.h"
 #include "System/Environment.h"
+#include "System/SocketPlatform.h"
 #include "tests/support/Eventually.h"
 
 namespace velmora::testing {

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <system_error>
 
-#include "LocalControl/SocketPlatform.h"
+#include "System/SocketPlatform.h"
 #include "VelmoraHelper/Stdio/MessageOutput.h"
 
 namespace velmora {

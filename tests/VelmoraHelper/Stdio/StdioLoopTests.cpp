@@ -8,7 +8,7 @@
 #include <system_error>
 #include <thread>
 
-#include "LocalControl/SocketPlatform.h"
+#include "System/SocketPlatform.h"
 #include "VelmoraHelper/Stdio/StdioLoop.h"
 #include "tests/VelmoraHelper/FakeApplication.h"
 

@@ -2,8 +2,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "LocalControl/SocketPlatform.h"
 #include "System/PrivateFolder.h"
+#include "System/SocketPlatform.h"
 
 namespace velmora::SocketPlatform {
 
@@ -17,12 +17,26 @@ ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count) {
   return ::send(descriptor, bytes, count, MSG_NOSIGNAL);
 }
 
-std::optional<uid_t> peerUser(int descriptor) {
+namespace {
+
+std::optional<ucred> peerCredentials(int descriptor) {
   ucred credentials{};
   socklen_t length = sizeof credentials;
   if (::getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &credentials, &length) != 0) return std::nullopt;
   if (length != sizeof credentials) return std::nullopt;
-  return credentials.uid;
+  return credentials;
+}
+
+}  // namespace
+
+std::optional<uid_t> peerUser(int descriptor) {
+  const auto credentials = peerCredentials(descriptor);
+  return credentials ? std::optional(credentials->uid) : std::nullopt;
+}
+
+std::optional<pid_t> peerProcess(int descriptor) {
+  const auto credentials = peerCredentials(descriptor);
+  return credentials ? std::optional(credentials->pid) : std::nullopt;
 }
 
 // An MCP client may start the helper without XDG_RUNTIME_DIR; the place where the login manager puts that

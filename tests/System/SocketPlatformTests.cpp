@@ -1,15 +1,15 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <set>
 
-#include "LocalControl/SocketPlatform.h"
-#include "LocalControl/UnixSocketClient.h"
-#include "LocalControl/UnixSocketServer.h"
-#include "tests/LocalControl/SocketTesting.h"
+#include "System/SocketPlatform.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -48,44 +48,58 @@ std::string listingOfAnExecutedProgram() {
   return text;
 }
 
-TEST(SocketPlatform, MarksEveryDescriptorCloseOnExec) {
+// A socket that listens, one that is connected to it, and the connection's other end.
+struct Sockets {
+  Sockets() {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const std::string path = temporary / "s";
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    const auto* const name = reinterpret_cast<const sockaddr*>(&address);
+    EXPECT_EQ(::bind(listening.get(), name, sizeof address), 0);
+    EXPECT_EQ(::listen(listening.get(), 1), 0);
+    EXPECT_EQ(::connect(client.get(), name, sizeof address), 0);
+    accepted = SocketPlatform::acceptConnection(listening.get());
+  }
+
   const TemporaryDirectory temporary;
-  UnixSocketServer server(temporary / "s");
-  const auto client = UnixSocketClient::connect(temporary / "s");
-  const auto accepted = server.acceptConnection();
+  const FileDescriptor listening = SocketPlatform::openStreamSocket();
+  const FileDescriptor client = SocketPlatform::openStreamSocket();
+  FileDescriptor accepted;
+};
+
+TEST(SocketPlatform, MarksEveryDescriptorCloseOnExec) {
+  const Sockets sockets;
   const auto pipe = openPipe();
-  for (const int descriptor :
-       {server.descriptor(), client.descriptor(), accepted.descriptor(), pipe.read.get(), pipe.write.get()}) {
+  for (const int descriptor : {sockets.listening.get(), sockets.client.get(), sockets.accepted.get(),
+                               pipe.read.get(), pipe.write.get()}) {
     EXPECT_TRUE(isCloseOnExec(descriptor)) << meaningOf(descriptor);
   }
 }
 
 TEST(SocketPlatform, HandsNoDescriptorToAnExecutedProgram) {
-  const TemporaryDirectory temporary;
-  UnixSocketServer server(temporary / "s");
-  const auto client = UnixSocketClient::connect(temporary / "s");
-  const auto accepted = server.acceptConnection();
+  const Sockets sockets;
   const auto pipe = openPipe();
   const auto listing = listingOfAnExecutedProgram();
   EXPECT_NE(listing.find("pipe:["), std::string::npos) << "its own output stands there: " << listing;
-  for (const int descriptor :
-       {server.descriptor(), client.descriptor(), accepted.descriptor(), pipe.read.get(), pipe.write.get()}) {
+  for (const int descriptor : {sockets.listening.get(), sockets.client.get(), sockets.accepted.get(),
+                               pipe.read.get(), pipe.write.get()}) {
     EXPECT_EQ(listing.find(meaningOf(descriptor)), std::string::npos) << listing;
   }
 }
 
 TEST(SocketPlatform, AcceptsConnectionsThatBlock) {
-  const TemporaryDirectory temporary;
-  UnixSocketServer server(temporary / "s");
-  const auto client = UnixSocketClient::connect(temporary / "s");
-  EXPECT_TRUE(isBlocking(server.acceptConnection().descriptor()));
-  EXPECT_TRUE(isBlocking(client.descriptor()));
+  const Sockets sockets;
+  EXPECT_TRUE(isBlocking(sockets.accepted.get()));
+  EXPECT_TRUE(isBlocking(sockets.client.get()));
 }
 
-TEST(SocketPlatform, KnowsTheUserAtTheOtherEnd) {
-  const auto ends = connectedPair();
-  EXPECT_EQ(SocketPlatform::peerUser(ends.first.descriptor()), ::geteuid());
+TEST(SocketPlatform, KnowsTheUserAndTheProcessAtTheOtherEnd) {
+  const Sockets sockets;
+  EXPECT_EQ(SocketPlatform::peerUser(sockets.client.get()), ::geteuid());
   EXPECT_EQ(SocketPlatform::peerUser(-1), std::nullopt);
+  EXPECT_EQ(SocketPlatform::peerProcess(sockets.client.get()), ::getpid());
+  EXPECT_EQ(SocketPlatform::peerProcess(-1), std::nullopt);
 }
 
 TEST(SocketPlatform, TakesTheRuntimeDirectoryOnlyWhenItIsTheUsersOwn) {

@@ -27,6 +27,10 @@ ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count);
 /// The effective user of the process at the other end.
 std::optional<uid_t> peerUser(int descriptor);
 
+/// The process that listens, or listened when the connection was made, at the other end of a connected
+/// socket.
+std::optional<pid_t> peerProcess(int descriptor);
+
 /// The directory that the system keeps for this user's temporary files, when it has one.
 std::optional<std::filesystem::path> userTemporaryDirectory(const Environment& environment);
 

@@ -1,10 +1,11 @@
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
 
-#include "LocalControl/SocketPlatform.h"
+#include "System/SocketPlatform.h"
 #include "System/Utf8.h"
 
 namespace velmora::SocketPlatform {
@@ -49,6 +50,14 @@ std::optional<uid_t> peerUser(int descriptor) {
   gid_t group = 0;
   if (::getpeereid(descriptor, &user, &group) != 0) return std::nullopt;
   return user;
+}
+
+std::optional<pid_t> peerProcess(int descriptor) {
+  pid_t process = 0;
+  socklen_t length = sizeof process;
+  if (::getsockopt(descriptor, SOL_LOCAL, LOCAL_PEERPID, &process, &length) != 0) return std::nullopt;
+  if (length != sizeof process) return std::nullopt;
+  return process;
 }
 
 std::optional<std::filesystem::path> userTemporaryDirectory(const Environment&) {
