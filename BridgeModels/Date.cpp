@@ -98,6 +98,14 @@ std::string Date::toIso8601() const {
   return std::string(text.data(), static_cast<std::size_t>(length));
 }
 
+std::string Date::toIso8601WithMilliseconds() const {
+  const auto milliseconds = std::floor(unixSeconds() * 1000);
+  const auto seconds = std::floor(milliseconds / 1000);
+  auto text = fromUnixSeconds(seconds).toIso8601();
+  const auto digits = std::to_string(1000 + static_cast<int>(milliseconds - seconds * 1000)).substr(1);
+  return text.insert(text.size() - 1, "." + digits);
+}
+
 std::optional<Date> Date::parseIso8601(std::string_view text) {
   using namespace std::chrono;
   DateText cursor(text);

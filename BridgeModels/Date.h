@@ -23,6 +23,9 @@ struct Date {
   /// Throws std::range_error outside the years 0 to 9999.
   std::string toIso8601() const;
 
+  /// "2026-11-21T07:26:00.250Z": the same, cut to the millisecond.
+  std::string toIso8601WithMilliseconds() const;
+
   /// Reads "2026-11-21T07:26:00Z", a numeric offset ("+09:00") in place of Z, and a fraction of a second.
   static std::optional<Date> parseIso8601(std::string_view text);
 

@@ -42,16 +42,25 @@ void checkRoundTrips(std::string_view text) {
 }
 
 // Dates of the files are ISO 8601 text, whose whole seconds and four-digit years do not hold every date.
-// Dates of the files are ISO 8601 text in whole seconds, which does not hold every date.
 template <class... Value>
 void decodeAsStored(std::string_view text) {
   (decoded<Value>(text, JsonFormat::store), ...);
+}
+
+// A part that is passed on as it is, is the dynamic value.
+void checkPart(std::string_view text) {
+  const auto value = decoded<JSONValue>(text);
+  if (!value) return;
+  const auto passedOn =
+      withJson(text, [](const boost::json::value& document) { return encodeJson(JsonPart{&document}); });
+  if (passedOn != encodeJson(*value)) std::abort();
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
+  checkPart(text);
   checkRoundTrips<JSONValue, LocalControlRequest, LocalControlResponse>(text);
   checkRoundTrips<BridgeStatus, ClientIdentity, ClientIdentitySummary, MCPRequestRecord,
                   PrivacyRetentionSettings, SessionReference, StructuredError, TerminalOutput,

@@ -1,6 +1,8 @@
 // Builds the document from Boost.JSON's parsing events. The library's own parser rounds some numbers wrongly
 // (before its release 1.84 it has no exact mode), and dates must survive a round trip to the last bit: a
 // number that is no integer is read again here from its text.
+#include "BridgeModels/Json/JsonDocument.h"
+
 #include <locale.h>
 #include <stdlib.h>
 #if __has_include(<xlocale.h>)
@@ -12,8 +14,6 @@
 #include <cmath>
 #include <string>
 #include <utility>
-
-#include "BridgeModels/Json/JsonReader.h"
 
 namespace velmora {
 

@@ -69,7 +69,7 @@ struct MemberWriter {
 };
 
 template <class Record, class Member>
-void writeMember(JsonWriter& writer, std::string_view name, const Record& record) {
+void writeField(JsonWriter& writer, std::string_view name, const Record& record) {
   const auto& value = record.*Member::pointer;
   if constexpr (isOptional<std::remove_cvref_t<decltype(value)>>) {
     if (!value) return;
@@ -84,7 +84,7 @@ void writeMember(JsonWriter& writer, std::string_view name, const Record& record
 template <class Record, template <class...> class List, class... Member>
 constexpr auto memberWriters(List<Member...>) {
   return std::array<MemberWriter<Record>, sizeof...(Member)>{
-      MemberWriter<Record>{Member::name, &writeMember<Record, Member>}...};
+      MemberWriter<Record>{Member::name, &writeField<Record, Member>}...};
 }
 
 template <class Record>
@@ -103,7 +103,7 @@ template <class Record>
 requires DescribedRecord<Record>
 void writeJson(JsonWriter& writer, const Record& record) {
   const auto& members =
-      writer.format() == JsonFormat::store ? detail::membersSorted<Record> : detail::membersInOrder<Record>;
+      writer.format().sorted ? detail::membersSorted<Record> : detail::membersInOrder<Record>;
   writer.beginObject();
   for (const auto& member : members) member.write(writer, member.name, record);
   writer.endObject();
@@ -121,6 +121,35 @@ inline void writeJson(JsonWriter& writer, const JSONValue& value) {
     void operator()(const std::string& text) const { writer.string(text); }
   };
   std::visit(Visitor{writer}, value.storage);
+}
+
+/// Writes a member of the object that the caller has begun.
+inline void writeMember(JsonWriter& writer, std::string_view name, std::string_view value) {
+  writer.key(name);
+  writer.string(value);
+}
+
+template <class Value>
+requires(!std::is_convertible_v<Value, std::string_view>) void writeMember(JsonWriter& writer,
+                                                                           std::string_view name,
+                                                                           const Value& value) {
+  writer.key(name);
+  writeJson(writer, value);
+}
+
+/// A record whose keys are sorted at every depth, whatever the format says of keys: the text is that of a
+/// JSONValue with the same content. Lives no longer than the record.
+template <class Record>
+struct KeysSorted {
+  const Record* record = nullptr;
+};
+
+template <class Record>
+void writeJson(JsonWriter& writer, KeysSorted<Record> sorted) {
+  const bool before = writer.format().sorted;
+  writer.setSorted(true);
+  writeJson(writer, *sorted.record);
+  writer.setSorted(before);
 }
 
 /// `value` as JSON text. Throws JsonEncodeError.

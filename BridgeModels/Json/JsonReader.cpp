@@ -7,26 +7,6 @@ namespace velmora {
 
 namespace {
 
-// The integer that a JSON number stands for, when it stands for one in the 64-bit range.
-std::optional<std::int64_t> asInteger(const boost::json::value& value) {
-  if (const auto* integer = value.if_int64()) return *integer;
-  if (const auto* number = value.if_double()) {
-    // Both bounds are exact doubles; 2^63 itself is out of range.
-    constexpr double limit = 9223372036854775808.0;
-    if (*number >= -limit && *number < limit && *number == std::trunc(*number)) {
-      return static_cast<std::int64_t>(*number);
-    }
-  }
-  return std::nullopt;
-}
-
-std::optional<double> asDouble(const boost::json::value& value) {
-  if (const auto* number = value.if_double()) return *number;
-  if (const auto* integer = value.if_int64()) return static_cast<double>(*integer);
-  if (const auto* large = value.if_uint64()) return static_cast<double>(*large);
-  return std::nullopt;
-}
-
 template <class Integer>
 Integer narrowed(std::int64_t value, const JsonPath& path) {
   if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max()) {
@@ -56,7 +36,7 @@ void JsonReader::read(bool& out) const {
 }
 
 void JsonReader::read(std::int64_t& out) const {
-  const auto integer = asInteger(value_);
+  const auto integer = integerIn(value_);
   if (!integer) path_.fail("expected a 64-bit integer");
   out = *integer;
 }
@@ -74,7 +54,7 @@ void JsonReader::read(std::uint32_t& out) const {
 }
 
 void JsonReader::read(double& out) const {
-  const auto number = asDouble(value_);
+  const auto number = numberIn(value_);
   if (!number) path_.fail("expected a number");
   if (!std::isfinite(*number)) path_.fail("number out of range");
   out = *number;
@@ -89,7 +69,7 @@ void JsonReader::read(Uuid& out) const {
 }
 
 void JsonReader::read(Date& out) const {
-  if (format_ == JsonFormat::wire) return read(out.secondsSinceReferenceDate);
+  if (format_.dates == JsonFormat::Dates::seconds) return read(out.secondsSinceReferenceDate);
   const auto date = Date::parseIso8601(text());
   if (!date) path_.fail("expected an ISO 8601 date");
   out = *date;
@@ -115,7 +95,7 @@ void JsonReader::read(JSONValue& out) const {
     default:
       break;
   }
-  if (const auto integer = asInteger(value_)) {
+  if (const auto integer = integerIn(value_)) {
     out = *integer;
     return;
   }
@@ -129,6 +109,13 @@ void JsonReader::read(JSONObject& out) const {
     const JsonPath place{.parent = &path_, .key = name};
     JsonReader(member.value(), place, format_).read(out[std::string(name)]);
   }
+}
+
+void JsonReader::read(JsonPart& out) const { out.value = &value_; }
+
+void JsonReader::read(JsonMembers& out) const {
+  object();  // or it fails
+  out.value = &value_;
 }
 
 const boost::json::value* JsonReader::present(const boost::json::object& object, std::string_view name) {

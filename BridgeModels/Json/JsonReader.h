@@ -1,15 +1,11 @@
-// Reads JSON text into values, strictly: a missing required key, a wrong type or an unknown enum name fails
-// with the path of the place. Unknown keys are ignored; a null and a missing key both mean "no value"; of a
-// key that stands twice the last one counts. A number with an integral value in the 64-bit range reads as an
-// integer, however it is written.
+// Reads a parsed document into values, strictly: a missing required key, a wrong type or an unknown enum name
+// fails with the path of the place. Unknown keys are ignored; a null and a missing key both mean "no value".
+// A number with an integral value in the 64-bit range reads as an integer, however it is written.
 #pragma once
 
-#include <array>
-#include <boost/json/monotonic_resource.hpp>
 #include <boost/json/value.hpp>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,19 +14,14 @@
 
 #include "BridgeModels/Date.h"
 #include "BridgeModels/JSONValue.h"
+#include "BridgeModels/Json/JsonDocument.h"
 #include "BridgeModels/Json/JsonFormat.h"
+#include "BridgeModels/Json/JsonPart.h"
 #include "BridgeModels/Records.h"
 #include "BridgeModels/Uuid.h"
 #include "BridgeModels/WireNames.h"
 
 namespace velmora {
-
-/// Text that is no JSON, or JSON that does not fit the record. `what()` names the path, for logs and tests:
-/// `arguments.key: unknown value "Escape"`.
-class JsonDecodeError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
 
 /// A place in a JSON document: a chain of keys and positions that ends at the root. It lives on the stack of
 /// the reader and becomes text only when something is wrong there.
@@ -43,12 +34,13 @@ struct JsonPath {
   std::string toString() const;
 };
 
-/// The document that `text` holds. Nesting deeper than 128 levels, ill-formed UTF-8 and numbers too large
-/// for a double are refused. The document's memory comes from `memory`. Throws JsonDecodeError.
-boost::json::value parseJson(std::string_view text, boost::json::storage_ptr memory = {});
-
+/// Reads the value at one place. Stateless beyond that; the document must outlive it.
 class JsonReader {
  public:
+  /// Reads the whole document.
+  explicit JsonReader(const boost::json::value& document, JsonFormat format = JsonFormat::wire)
+      : JsonReader(document, JsonPath{}, format) {}
+  explicit JsonReader(boost::json::value&&, JsonFormat = JsonFormat::wire) = delete;
   JsonReader(const boost::json::value& value, JsonPath path, JsonFormat format)
       : value_(value), path_(path), format_(format) {}
 
@@ -62,6 +54,8 @@ class JsonReader {
   void read(Date& out) const;
   void read(JSONValue& out) const;
   void read(JSONObject& out) const;
+  void read(JsonPart& out) const;
+  void read(JsonMembers& out) const;
 
   template <class Enum>
   requires std::is_enum_v<Enum>
@@ -133,14 +127,11 @@ class JsonReader {
 /// The value of type `T` that `text` holds. Throws JsonDecodeError.
 template <class T>
 T decodeJson(std::string_view text, JsonFormat format = JsonFormat::wire) {
-  // The document lives as long as this call: one growing piece of memory that is dropped at once spares an
-  // allocation for each of its values, and most messages fit the stack.
-  std::array<unsigned char, 4096> firstPiece;
-  boost::json::monotonic_resource memory(firstPiece.data(), firstPiece.size());
-  const auto document = parseJson(text, &memory);
-  T value{};
-  JsonReader(document, JsonPath{}, format).read(value);
-  return value;
+  return withJson(text, [format](const boost::json::value& document) {
+    T value{};
+    JsonReader(document, format).read(value);
+    return value;
+  });
 }
 
 }  // namespace velmora

@@ -19,7 +19,7 @@ bool needsEscape(char character) {
 void JsonWriter::key(std::string_view name) {
   separate();
   quote(name);
-  text_.append(format_ == JsonFormat::store ? ": " : ":");
+  text_.append(format_.pretty ? ": " : ":");
   followsKey_ = true;
 }
 
@@ -48,12 +48,18 @@ void JsonWriter::string(std::string_view value) {
 }
 
 void JsonWriter::date(Date value) {
-  if (format_ == JsonFormat::wire) return finiteNumber(value.secondsSinceReferenceDate, /*fixed=*/true);
+  using Dates = JsonFormat::Dates;
+  if (format_.dates == Dates::seconds) return finiteNumber(value.secondsSinceReferenceDate, /*fixed=*/true);
   try {
-    string(value.toIso8601());
+    string(format_.dates == Dates::text ? value.toIso8601() : value.toIso8601WithMilliseconds());
   } catch (const std::range_error& error) {
     throw JsonEncodeError(error.what());
   }
+}
+
+void JsonWriter::raw(std::string_view json) {
+  beginValue();
+  text_.append(json);
 }
 
 void JsonWriter::begin(char bracket) {
@@ -65,7 +71,7 @@ void JsonWriter::begin(char bracket) {
 
 void JsonWriter::end(char bracket) {
   --depth_;
-  if (format_ == JsonFormat::store && followsValue_) text_.append(1, '\n').append(depth_ * indentWidth, ' ');
+  if (format_.pretty && followsValue_) text_.append(1, '\n').append(depth_ * indentWidth, ' ');
   text_.push_back(bracket);
   followsValue_ = true;
 }
@@ -78,7 +84,7 @@ void JsonWriter::beginValue() {
 
 void JsonWriter::separate() {
   if (followsValue_) text_.push_back(',');
-  if (format_ == JsonFormat::store && depth_ > 0) text_.append(1, '\n').append(depth_ * indentWidth, ' ');
+  if (format_.pretty && depth_ > 0) text_.append(1, '\n').append(depth_ * indentWidth, ' ');
 }
 
 void JsonWriter::quote(std::string_view value) {

@@ -26,6 +26,9 @@ class JsonWriter {
 
   JsonFormat format() const { return format_; }
 
+  /// Whether the keys of the records that follow are sorted.
+  void setSorted(bool sorted) { format_.sorted = sorted; }
+
   void beginObject() { begin('{'); }
   void endObject() { end('}'); }
   void beginArray() { begin('['); }
@@ -38,6 +41,7 @@ class JsonWriter {
   void number(double value);  ///< The shortest text that reads back the same.
   void string(std::string_view value);
   void date(Date value);
+  void raw(std::string_view json);  ///< A value that is JSON text already.
 
   /// The finished text; the writer is empty afterwards.
   std::string take() { return std::move(text_); }

@@ -13,6 +13,13 @@ TEST(Date, WritesWholeSecondsInUtc) {
   EXPECT_EQ(Date{-0.5}.toIso8601(), "2000-12-31T23:59:59Z");
 }
 
+TEST(Date, CutsMillisecondsTowardsThePast) {
+  EXPECT_EQ(Date{0.9999}.toIso8601WithMilliseconds(), "2001-01-01T00:00:00.999Z");
+  EXPECT_EQ(Date{-0.25}.toIso8601WithMilliseconds(), "2000-12-31T23:59:59.750Z");
+  EXPECT_EQ(Date{785999999.25}.toIso8601WithMilliseconds(), "2025-11-28T05:19:59.250Z");
+  EXPECT_THROW(Date{1e18}.toIso8601WithMilliseconds(), std::range_error);
+}
+
 TEST(Date, ReadsWhatItWrites) {
   for (const double seconds : {0.0, 817000000.0, -978307200.0, 94694400.0, -1.0}) {
     EXPECT_EQ(Date::parseIso8601(Date{seconds}.toIso8601()), Date{seconds}) << seconds;

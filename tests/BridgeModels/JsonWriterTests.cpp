@@ -6,6 +6,8 @@
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Json/JsonWriter.h"
+#include "BridgeModels/ToolPayloads.h"
+#include "tests/support/SampleRecords.h"
 
 namespace velmora {
 namespace {
@@ -45,6 +47,48 @@ TEST(JsonWriter, LaysOutNestedValuesForReading) {
       encodeJson(value, JsonFormat::store),
       "{\n  \"empty\": [],\n  \"list\": [\n    1,\n    {\n      \"a\": null\n    }\n  ],\n  \"none\": {}\n}");
   EXPECT_EQ(encodeJson(value), R"({"empty":[],"list":[1,{"a":null}],"none":{}})");
+}
+
+TEST(JsonWriter, TakesAValueThatIsTextAlreadyAsItStands) {
+  JsonWriter writer(JsonFormat::wire);
+  writer.beginArray();
+  writer.raw("1.50");
+  writer.beginObject();
+  writer.key("a");
+  writer.raw("{ }");
+  writeMember(writer, "b", "c");
+  writer.endObject();
+  writer.raw("null");
+  writer.endArray();
+  EXPECT_EQ(writer.take(), R"([1.50,{"a":{ },"b":"c"},null])");
+}
+
+TEST(JsonWriter, WritesDatesForPeopleWithMilliseconds) {
+  EXPECT_EQ(encodeJson(Date{0.25}, JsonFormat::people), R"("2001-01-01T00:00:00.250Z")");
+  EXPECT_THROW(encodeJson(Date{1e18}, JsonFormat::people), JsonEncodeError);
+}
+
+template <class Record>
+void expectSortedLikeADynamicValue(const Record& record) {
+  const auto text = encodeJson(record);
+  EXPECT_EQ(encodeJson(KeysSorted<Record>{&record}), encodeJson(decodeJson<JSONValue>(text)));
+  EXPECT_EQ(encodeJson(record), text);
+}
+
+TEST(JsonWriter, SortsTheKeysOfARecordAsThoseOfADynamicValue) {
+  expectSortedLikeADynamicValue(StatusPayload{testing::sampleStatus()});
+  expectSortedLikeADynamicValue(SessionsPayload{{testing::sampleSession(), testing::sampleSession()}});
+  expectSortedLikeADynamicValue(testing::sampleRecord());
+  expectSortedLikeADynamicValue(
+      KeyPayload(testing::sampleId('A'), TerminalKey::tab, 2, Date{817000000.123456}));
+}
+
+TEST(JsonWriter, SortsNoKeysBehindTheRecordThatAsksForIt) {
+  using Result = ToolResult<KeysSorted<SessionReference>>;
+  const SessionReference reference{.sessionId = testing::sampleId('A'), .title = "t"};
+  const auto text = encodeJson(
+      Result{.ok = true, .data = KeysSorted<SessionReference>{&reference}, .error = StructuredError{}});
+  EXPECT_NE(text.find(R"("error":{"code")"), std::string::npos) << text;
 }
 
 }  // namespace
