@@ -52,8 +52,7 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
                    options.now),
       router_(coordinator_) {
   try {
-    localServer_ =
-        serverAt(socketURL_, [this](const LocalControlRequest& request) { return router_.route(request); });
+    localServer_ = serverAt(socketURL_, [this](std::string_view request) { return router_.answer(request); });
   } catch (const std::exception&) {
     serverProblem_ = problemSentence(std::current_exception());
   }

@@ -4,12 +4,11 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "BridgeModels/JSONValue.h"
 #include "BridgeModels/Records.h"
-#include "BridgeModels/StructuredError.h"
 #include "BridgeModels/ToolName.h"
+#include "BridgeModels/ToolPayloads.h"
 #include "BridgeModels/Uuid.h"
 
 namespace velmora {
@@ -31,28 +30,24 @@ struct LocalClientInput {
 };
 BOOST_DESCRIBE_STRUCT(LocalClientInput, (), (name, version, processId))
 
-/// One tool call.
-struct LocalControlRequest {
+/// One tool call. `Arguments` is what the arguments are held in: the record that travels, or, where they are
+/// only read once or passed on, the part of the document that they stand in.
+template <class Arguments>
+struct LocalControlCall {
   std::int64_t protocolVersion = localControlProtocolVersion;
   Uuid requestId{};  ///< Chosen by the helper; the response carries it back.
   LocalClientInput client{};
   ToolName operation = ToolName::status;
-  JSONObject arguments{};  ///< As the MCP client sent them; required on the wire, `{}` for none.
+  Arguments arguments{};  ///< As the MCP client sent them; required on the wire, `{}` for none.
 
-  bool operator==(const LocalControlRequest&) const = default;
+  bool operator==(const LocalControlCall&) const = default;
+  BOOST_DESCRIBE_CLASS(LocalControlCall, (), (protocolVersion, requestId, client, operation, arguments), (),
+                       ())
 };
-BOOST_DESCRIBE_STRUCT(LocalControlRequest, (), (protocolVersion, requestId, client, operation, arguments))
 
-/// The answer to one request.
-struct LocalControlResponse {
-  Uuid requestId{};
-  bool ok = false;
-  std::optional<JSONValue> data{};  ///< The tool's payload, an object.
-  std::vector<StructuredError> warnings{};
-  std::optional<StructuredError> error{};  ///< Present when `ok` is false.
+using LocalControlRequest = LocalControlCall<JSONObject>;
 
-  bool operator==(const LocalControlResponse&) const = default;
-};
-BOOST_DESCRIBE_STRUCT(LocalControlResponse, (), (requestId, ok, data, warnings, error))
+/// The answer to one call: `data` is the tool's payload, an object.
+using LocalControlResponse = ToolResult<JSONValue>;
 
 }  // namespace velmora

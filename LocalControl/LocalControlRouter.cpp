@@ -1,69 +1,77 @@
 #include "LocalControl/LocalControlRouter.h"
 
-#include <stdexcept>
+#include <tuple>
 
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
+#include "BridgeModels/Tools.h"
 
 namespace velmora {
 
 namespace {
 
-LocalControlResponse refusal(const LocalControlRequest& request, StructuredError error) {
-  return {.requestId = request.requestId, .ok = false, .error = std::move(error)};
+using Call = LocalControlCall<JsonMembers>;
+
+// The coordinator's operation for each tool, in the order of ToolName.
+constexpr std::tuple operations{
+    &BridgeCoordinator::status,        &BridgeCoordinator::listSessions,  &BridgeCoordinator::activeSession,
+    &BridgeCoordinator::createSession, &BridgeCoordinator::sendCommand,   &BridgeCoordinator::sendKey,
+    &BridgeCoordinator::readOutput,    &BridgeCoordinator::captureScreen, &BridgeCoordinator::focusSession,
+};
+
+template <class Tool>
+ToolResult<typename Tool::Payload> resultOf(BridgeCoordinator& coordinator, const Call& call) {
+  constexpr auto operation = std::get<static_cast<std::size_t>(Tool::name)>(operations);
+  const ClientIdentitySummary client{call.client.name, call.client.version};
+  if constexpr (std::is_same_v<typename Tool::Input, EmptyInput>) {
+    return (coordinator.*operation)(call.requestId, client);  // whatever the arguments are
+  } else {
+    typename Tool::Input input{};
+    JsonReader(*call.arguments.value).read(input);
+    return (coordinator.*operation)(call.requestId, client, input);
+  }
 }
 
-// The payload becomes a dynamic value by way of its JSON text, so that it reads exactly as it is written.
+// The payload travels as a dynamic value, whose keys have no order of their own and are therefore sorted.
 template <class Payload>
-LocalControlResponse responseOf(ToolResult<Payload> result) {
-  LocalControlResponse response{.requestId = result.requestId,
-                                .ok = result.ok,
-                                .warnings = std::move(result.warnings),
-                                .error = std::move(result.error)};
-  if (result.data) response.data = decodeJson<JSONValue>(encodeJson(*result.data));
-  return response;
+std::string encoded(const ToolResult<Payload>& result) {
+  ToolResult<KeysSorted<Payload>> response{
+      .requestId = result.requestId, .ok = result.ok, .warnings = result.warnings, .error = result.error};
+  if (result.data) response.data = KeysSorted<Payload>{&*result.data};
+  return encodeJson(response);
 }
 
-template <class Input>
-Input inputOf(const LocalControlRequest& request) {
-  return decodeJson<Input>(encodeJson(request.arguments));
+std::string refusal(const Call& call, StructuredError error) {
+  return encodeJson(
+      LocalControlResponse{.requestId = call.requestId, .ok = false, .error = std::move(error)});
 }
 
 }  // namespace
 
+std::string LocalControlRouter::answer(std::string_view request) {
+  return withJson(request, [this](const boost::json::value& document) {
+    Call call;
+    JsonReader(document).read(call);
+    return responseTo(call);
+  });
+}
+
 LocalControlResponse LocalControlRouter::route(const LocalControlRequest& request) {
-  const auto operation = wireName(request.operation);
-  if (request.protocolVersion != localControlProtocolVersion) {
-    return refusal(request, StructuredErrorMapper::invalidArgument(unsupportedProtocolVersionMessage,
-                                                                   operation, std::nullopt));
+  return decodeJson<LocalControlResponse>(answer(encodeJson(request)));
+}
+
+std::string LocalControlRouter::responseTo(const Call& call) {
+  const auto operation = wireName(call.operation);
+  if (call.protocolVersion != localControlProtocolVersion) {
+    return refusal(call, StructuredErrorMapper::invalidArgument(unsupportedProtocolVersionMessage, operation,
+                                                                std::nullopt));
   }
-  const auto& id = request.requestId;
-  const ClientIdentitySummary client{request.client.name, request.client.version};
   try {
-    switch (request.operation) {
-      case ToolName::status:
-        return responseOf(coordinator_.status(id, client));
-      case ToolName::listSessions:
-        return responseOf(coordinator_.listSessions(id, client, inputOf<ListSessionsInput>(request)));
-      case ToolName::getActiveSession:
-        return responseOf(coordinator_.activeSession(id, client));
-      case ToolName::createSession:
-        return responseOf(coordinator_.createSession(id, client, inputOf<CreateSessionInput>(request)));
-      case ToolName::sendCommand:
-        return responseOf(coordinator_.sendCommand(id, client, inputOf<SendCommandInput>(request)));
-      case ToolName::sendKey:
-        return responseOf(coordinator_.sendKey(id, client, inputOf<SendKeyInput>(request)));
-      case ToolName::readOutput:
-        return responseOf(coordinator_.readOutput(id, client, inputOf<ReadOutputInput>(request)));
-      case ToolName::captureScreen:
-        return responseOf(coordinator_.captureScreen(id, client, inputOf<SessionTargetInput>(request)));
-      case ToolName::focusSession:
-        return responseOf(coordinator_.focusSession(id, client, inputOf<SessionTargetInput>(request)));
-    }
-    throw std::logic_error("a tool without a route");
+    return visitTool(call.operation,
+                     [&]<class Tool>(const Tool&) { return encoded(resultOf<Tool>(coordinator_, call)); });
   } catch (...) {  // undecodable arguments, or a payload that JSON cannot carry
-    return refusal(request, StructuredErrorMapper::map(std::current_exception(), operation, std::nullopt));
+    return refusal(call, StructuredErrorMapper::map(std::current_exception(), operation, std::nullopt));
   }
 }
 

@@ -84,19 +84,23 @@ void LocalControlServer::beginServing(UnixSocketConnection connection) {
 
 // Until the peer leaves or sends what is no request; the connection ends without an answer then.
 void LocalControlServer::answerRequests(UnixSocketConnection& connection) const {
-  const char* failure = "";
+  constexpr const char* noRequest = "what it sent is no request";
+  const char* failure = noRequest;
   try {
     while (true) {
-      failure = "what it sent is no request";
-      const auto request = LocalControlCodec::decode<LocalControlRequest>(connection.readFrame());
+      failure = noRequest;
+      const auto frame = connection.readFrame();
+      const auto request = LocalControlCodec::payload(frame);
       failure = "its request could not be answered";
-      connection.writeFrame(LocalControlCodec::frame(handler_(request)));
+      connection.writeFrame(LocalControlCodec::frameOfPayload(handler_(request)));
     }
   } catch (const UnixSocketError& error) {
     log_.debug("socket", "a connection has ended: " + error.inWords());
   } catch (const LocalControlCodecError& error) {
     log_.warning("socket", std::string("a connection was closed: ") + failure + " (" + error.what() + ")");
-  } catch (const std::exception&) {  // its words may quote the request
+  } catch (const JsonDecodeError&) {  // its words may quote the request, as those of any other may
+    log_.warning("socket", std::string("a connection was closed: ") + noRequest);
+  } catch (const std::exception&) {
     log_.warning("socket", std::string("a connection was closed: ") + failure);
   }
 }

@@ -7,9 +7,9 @@
 #include <functional>
 #include <list>
 #include <string>
+#include <string_view>
 #include <thread>
 
-#include "LocalControl/LocalControlMessages.h"
 #include "LocalControl/UnixSocketServer.h"
 #include "System/FileDescriptor.h"
 #include "System/Log.h"
@@ -17,8 +17,9 @@
 
 namespace velmora {
 
-/// Answers one request. Called from many threads at once; must not throw (a throw ends the connection).
-using LocalControlHandler = std::function<LocalControlResponse(const LocalControlRequest&)>;
+/// Answers a request with its response, both as JSON text. Called from many threads at once. What it throws
+/// ends the connection: JsonDecodeError says that the text is no request.
+using LocalControlHandler = std::function<std::string(std::string_view request)>;
 
 /// Hears why accepting ended by itself, in a few words. Called once at most, on the accept thread; must not
 /// throw, and must not end the server.

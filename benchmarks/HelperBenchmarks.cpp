@@ -91,8 +91,7 @@ BENCHMARK(startOfNodeToAnswer)->UseManualTime()->Unit(benchmark::kMillisecond);
 void callThroughHelper(benchmark::State& state) {
   FakeBridge bridge;
   const auto socket = bridge.directory / UnixSocketEndpoint::directoryName / UnixSocketEndpoint::fileName;
-  LocalControlServer server([&](const LocalControlRequest& request) { return bridge.router.route(request); },
-                            socket);
+  LocalControlServer server([&](std::string_view request) { return bridge.router.answer(request); }, socket);
   server.start();
   ChildProgram helper({VELMORA_BIN "/velmora"}, environmentIn(bridge.directory));
   helper.write(initialize);

@@ -1,28 +1,27 @@
 #include <benchmark/benchmark.h>
 
+#include "BridgeModels/Json/JsonEncoding.h"
 #include "benchmarks/FakeBridge.h"
 
 namespace velmora {
 namespace {
 
-void route(benchmark::State& state, LocalControlRequest (*requestFor)(const FakeBridge&)) {
+// From the request's text to the response's.
+void answer(benchmark::State& state, LocalControlRequest (*requestFor)(const FakeBridge&)) {
   FakeBridge bridge;
-  auto request = requestFor(bridge);
-  for (auto _ : state) {
-    request.requestId = Uuid::random();
-    benchmark::DoNotOptimize(bridge.router.route(request));
-  }
+  const auto request = encodeJson(requestFor(bridge));
+  for (auto _ : state) benchmark::DoNotOptimize(bridge.router.answer(request));
 }
 
-BENCHMARK_CAPTURE(route, anotherVersion, [](const FakeBridge& bridge) { return bridge.ofAnotherVersion(); });
-BENCHMARK_CAPTURE(route, badArguments, [](const FakeBridge& bridge) { return bridge.withBadArguments(); });
-BENCHMARK_CAPTURE(route, listTenSessions,
+BENCHMARK_CAPTURE(answer, anotherVersion, [](const FakeBridge& bridge) { return bridge.ofAnotherVersion(); });
+BENCHMARK_CAPTURE(answer, badArguments, [](const FakeBridge& bridge) { return bridge.withBadArguments(); });
+BENCHMARK_CAPTURE(answer, listTenSessions,
                   [](const FakeBridge& bridge) { return bridge.request(ToolName::listSessions); });
-BENCHMARK_CAPTURE(route, sendCommand, [](const FakeBridge& bridge) {
+BENCHMARK_CAPTURE(answer, sendCommand, [](const FakeBridge& bridge) {
   return bridge.request(ToolName::sendCommand,
                         {{"sessionId", bridge.sessionId.toString()}, {"command", "git status"}});
 });
-BENCHMARK_CAPTURE(route, read12000Characters, [](const FakeBridge& bridge) {
+BENCHMARK_CAPTURE(answer, read12000Characters, [](const FakeBridge& bridge) {
   return bridge.request(ToolName::readOutput, {{"sessionId", bridge.sessionId.toString()}});
 });
 

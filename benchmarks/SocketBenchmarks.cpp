@@ -64,7 +64,7 @@ class PingPong {
 
 void roundTrip(benchmark::State& state, LocalControlRequest (*requestFor)(const FakeBridge&)) {
   FakeBridge bridge;
-  LocalControlServer server([&](const LocalControlRequest& request) { return bridge.router.route(request); },
+  LocalControlServer server([&](std::string_view request) { return bridge.router.answer(request); },
                             bridge.directory / "s");
   server.start();
   const auto request = requestFor(bridge);

@@ -11,12 +11,15 @@ using testing::numberedUuid;
 
 class LocalControlRouterTest : public testing::CoreFixture {
  protected:
+  static LocalControlRequest request(ToolName tool, JSONObject arguments, std::int64_t version = 1) {
+    return {.protocolVersion = version,
+            .requestId = numberedUuid(500),
+            .client = {"some client", "1.0", 42},
+            .operation = tool,
+            .arguments = std::move(arguments)};
+  }
   LocalControlResponse route(ToolName tool, JSONObject arguments, std::int64_t version = 1) {
-    return router.route({.protocolVersion = version,
-                         .requestId = numberedUuid(500),
-                         .client = {"some client", "1.0", 42},
-                         .operation = tool,
-                         .arguments = std::move(arguments)});
+    return router.route(request(tool, std::move(arguments), version));
   }
 
   RequestRecorder recorder{time.clock()};
@@ -90,10 +93,10 @@ TEST_F(LocalControlRouterTest, CarriesThePayloadAsAnObject) {
 TEST_F(LocalControlRouterTest, EveryToolsResponseIsPinned) {
   const auto id = registerTab().toString();
   const auto pin = [&](ToolName tool, JSONObject arguments) {
-    const auto response = route(tool, std::move(arguments));
-    EXPECT_TRUE(response.ok) << wireName(tool);
-    testing::expectGolden("responses/" + std::string(wireName(tool)) + ".json", encodeJson(response));
-    EXPECT_EQ(decodeJson<LocalControlResponse>(encodeJson(response)), response);
+    const auto response = router.answer(encodeJson(request(tool, std::move(arguments))));
+    EXPECT_TRUE(decodeJson<LocalControlResponse>(response).ok) << wireName(tool);
+    testing::expectGolden("responses/" + std::string(wireName(tool)) + ".json", response);
+    EXPECT_EQ(encodeJson(decodeJson<LocalControlResponse>(response)), response);
   };
   time.advance(0.25);
   pin(ToolName::status, {});
@@ -105,6 +108,23 @@ TEST_F(LocalControlRouterTest, EveryToolsResponseIsPinned) {
   pin(ToolName::readOutput, {{"sessionId", id}, {"maxCharacters", 3}});
   pin(ToolName::captureScreen, {{"sessionId", id}});
   pin(ToolName::focusSession, {{"sessionId", id}});
+}
+
+TEST_F(LocalControlRouterTest, AnswersTextWithTheTextOfTheSameResponse) {
+  const auto id = registerTab();
+  const auto read = request(ToolName::readOutput, {{"sessionId", id.toString()}, {"unknown", 1.0}});
+  EXPECT_EQ(router.answer(encodeJson(read)), encodeJson(router.route(read)));
+  EXPECT_EQ(recorder.snapshot().size(), 2u);
+}
+
+TEST_F(LocalControlRouterTest, TextThatIsNoRequestIsNotAnswered) {
+  for (const auto* payload :
+       {"{", "{}",
+        R"({"protocolVersion":1,"requestId":"0F8FAD5B-D9CB-469F-A165-70867728950E",)"
+        R"("client":{"name":"a","processId":1},"operation":"terminal_status","arguments":[]})"}) {
+    EXPECT_THROW(router.answer(payload), JsonDecodeError) << payload;
+  }
+  EXPECT_TRUE(recorder.snapshot().empty());
 }
 
 TEST_F(LocalControlRouterTest, AFailureCarriesItsErrorAndNoData) {

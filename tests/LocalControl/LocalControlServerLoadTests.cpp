@@ -12,6 +12,7 @@
 #include "LocalControl/LocalControlServer.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "tests/LocalControl/SocketTesting.h"
+#include "tests/support/RecordHandler.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -51,12 +52,11 @@ TEST(LocalControlServerLoad, LosesNothingOf10000RequestsOn64ConnectionsAndLeaves
   std::atomic<int> answered = 0;
   std::atomic<int> handled = 0;
   {
-    LocalControlServer server(
-        [&handled](const LocalControlRequest& request) {
-          ++handled;
-          return echo(request);
-        },
-        temporary / "s");
+    LocalControlServer server(testing::recordHandler([&handled](const LocalControlRequest& request) {
+                                ++handled;
+                                return echo(request);
+                              }),
+                              temporary / "s");
     server.start();
     std::vector<std::thread> helpers;
     for (int helper = 0; helper < connectionCount; ++helper) {
@@ -80,7 +80,7 @@ TEST(LocalControlServerLoad, LosesNothingOf10000RequestsOn64ConnectionsAndLeaves
 
 TEST(LocalControlServerLoad, DoesNotGrowOver10000ShortConnections) {
   const TemporaryDirectory temporary;
-  LocalControlServer server(echo, temporary / "s");
+  LocalControlServer server(testing::recordHandler(echo), temporary / "s");
   server.start();
   const auto frame = LocalControlCodec::frame(sampleRequest());
   const auto answer = LocalControlCodec::frame(echo(sampleRequest()));
@@ -107,7 +107,7 @@ TEST(LocalControlServerLoad, EndsWith64ReadersBlocked) {
   const TemporaryDirectory temporary;
   std::vector<UnixSocketConnection> connections;
   {
-    LocalControlServer server(echo, temporary / "s");
+    LocalControlServer server(testing::recordHandler(echo), temporary / "s");
     server.start();
     for (int i = 0; i < 64; ++i) connections.push_back(UnixSocketClient::connect(temporary / "s"));
   }

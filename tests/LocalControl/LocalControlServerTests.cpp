@@ -14,6 +14,7 @@
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/LocalControl/SocketTesting.h"
 #include "tests/support/LogLines.h"
+#include "tests/support/RecordHandler.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -39,8 +40,9 @@ class LocalControlServerTest : public ::testing::Test {
  protected:
   void SetUp() override { start(echo); }
 
-  void start(LocalControlHandler handler) {
-    server_.emplace(std::move(handler), socket_, log_.log(),
+  template <class Answer>
+  void start(Answer answer) {
+    server_.emplace(testing::recordHandler(std::move(answer)), socket_, log_.log(),
                     [this](const std::string& reason) { reason_.set_value(reason); });
     server_->start();
   }
@@ -231,7 +233,7 @@ TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAPeerIsOfAnotherUser) {
 
 TEST_F(LocalControlServerTest, ServesConnectionsThatWaitedForItsStart) {
   server_.reset();
-  server_.emplace(echo, socket_);
+  server_.emplace(testing::recordHandler(echo), socket_);
   EXPECT_FALSE(server_->isAccepting());
   auto early = connected();
   early.writeFrame(LocalControlCodec::frame(sampleRequest()));
@@ -254,13 +256,12 @@ TEST_F(LocalControlServerTest, AcceptsNoMoreAfterStopAndServesOnWhomItServes) {
 
 TEST_F(LocalControlServerTest, NamesItsThreads) {
   std::promise<std::string> accepting;
-  server_.emplace(
-      [](const LocalControlRequest& request) {
-        auto response = echo(request);
-        response.data = nameOfThisThread();
-        return response;
-      },
-      socket_, Log(), [&](const std::string&) { accepting.set_value(nameOfThisThread()); });
+  server_.emplace(testing::recordHandler([](const LocalControlRequest& request) {
+                    auto response = echo(request);
+                    response.data = nameOfThisThread();
+                    return response;
+                  }),
+                  socket_, Log(), [&](const std::string&) { accepting.set_value(nameOfThisThread()); });
   server_->start();
   LocalControlClient client(socket_);
   EXPECT_EQ(client.send(sampleRequest()).data, JSONValue("connection"));
@@ -317,14 +318,15 @@ TEST_F(LocalControlServerTest, RemovesItsSocketWhenDestroyed) {
 
 TEST_F(LocalControlServerTest, EndsWithoutHavingStarted) {
   server_.reset();
-  server_.emplace(echo, socket_);
+  server_.emplace(testing::recordHandler(echo), socket_);
   server_.reset();
   EXPECT_FALSE(std::filesystem::exists(socket_));
 }
 
 TEST_F(LocalControlServerTest, PassesTheSocketsErrorsOn) {
   std::ofstream(temporary_ / "file") << "kept";
-  EXPECT_EQ(errorOf<UnixSocketError>([&] { LocalControlServer(echo, temporary_ / "file"); }),
+  EXPECT_EQ(errorOf<UnixSocketError>(
+                [&] { LocalControlServer(testing::recordHandler(echo), temporary_ / "file"); }),
             UnixSocketError::unsafeEndpoint());
 }
 

@@ -11,6 +11,7 @@
 #include "LocalControl/LocalControlServer.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "tests/VelmoraHelper/HelperProcess.h"
+#include "tests/support/RecordHandler.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -37,8 +38,9 @@ std::filesystem::path socketIn(const TemporaryDirectory& directory) {
 // An application that answers every request with `handler` until it is destroyed.
 class Application {
  public:
-  Application(const TemporaryDirectory& directory, LocalControlHandler handler)
-      : server_(std::move(handler), socketIn(directory)) {
+  template <class Answer>
+  Application(const TemporaryDirectory& directory, Answer answer)
+      : server_(testing::recordHandler(std::move(answer)), socketIn(directory)) {
     server_.start();
   }
 

@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 
 #include "BridgeModels/Json/JsonReader.h"
-#include "LocalControl/LocalControlServer.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "tests/VelmoraHelper/HelperProcess.h"
+#include "tests/support/RecordHandler.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -76,12 +76,12 @@ TEST_F(CommandsWithoutBridge, NonsenseIsRefusedWithTwo) {
 }
 
 TEST_F(CommandsWithoutBridge, CallPrintsThePayloadThatTheApplicationAnswers) {
-  LocalControlServer server(
-      [](const LocalControlRequest& request) {
-        return LocalControlResponse{
-            .requestId = request.requestId, .ok = true, .data = JSONObject{{"echo", request.arguments}}};
-      },
-      socket);
+  LocalControlServer server(testing::recordHandler([](const LocalControlRequest& request) {
+                              return LocalControlResponse{.requestId = request.requestId,
+                                                          .ok = true,
+                                                          .data = JSONObject{{"echo", request.arguments}}};
+                            }),
+                            socket);
   server.start();
   const auto call = run({"call", "terminal_send_command", R"({"command":"it's \"한국어\"\n"})"});
   EXPECT_EQ(call.status, 0) << call.errors;
@@ -90,13 +90,13 @@ TEST_F(CommandsWithoutBridge, CallPrintsThePayloadThatTheApplicationAnswers) {
 }
 
 TEST_F(CommandsWithoutBridge, DoctorFindsAnApplicationOfAnotherVersion) {
-  LocalControlServer server(
-      [](const LocalControlRequest& request) {
-        return LocalControlResponse{.requestId = request.requestId,
-                                    .error = StructuredError{.code = ErrorCode::invalidArgument,
-                                                             .message = unsupportedProtocolVersionMessage}};
-      },
-      socket);
+  LocalControlServer server(testing::recordHandler([](const LocalControlRequest& request) {
+                              return LocalControlResponse{
+                                  .requestId = request.requestId,
+                                  .error = StructuredError{.code = ErrorCode::invalidArgument,
+                                                           .message = unsupportedProtocolVersionMessage}};
+                            }),
+                            socket);
   server.start();
   const auto doctor = run({"doctor"});
   EXPECT_EQ(doctor.status, 1);
