@@ -1,7 +1,6 @@
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 
 #include "BridgeModels/Tools.h"
@@ -12,17 +11,6 @@
 namespace velmora {
 
 namespace {
-
-// The session that a request changes, in one spelling.
-std::string laneOf(const LocalControlRequest& request) {
-  const auto session = request.arguments.find("sessionId");
-  if (!toolTraits(request.operation).changesTerminal || session == request.arguments.end()) return {};
-  const auto* text = session->second.string();
-  std::string lane = text == nullptr ? std::string() : *text;
-  for (auto& character : lane)
-    character = static_cast<char>(std::toupper(static_cast<unsigned char>(character)));
-  return lane;
-}
 
 // What became of a call whose connection failed.
 enum class Fate {
@@ -46,16 +34,14 @@ Fate fateOf(const BridgeConnection& connection, const std::exception_ptr& failur
 
 }  // namespace
 
-BridgeCalls::Id BridgeCalls::start(LocalControlRequest request, Done done, SteadyTime now) {
+BridgeCalls::Id BridgeCalls::start(BridgeRequest request, Done done, SteadyTime now) {
   const auto waiting =
       std::count_if(calls_.begin(), calls_.end(), [](const Call& call) { return !call.connection; });
   const bool crowded = static_cast<std::size_t>(waiting) >= limits_.waiting;
-  auto lane = laneOf(request);
   calls_.push_back({.id = ++lastId_,
                     .request = std::move(request),
                     .done = std::move(done),
-                    .deadline = crowded ? now : now + limits_.deadline,
-                    .lane = std::move(lane)});
+                    .deadline = crowded ? now : now + limits_.deadline});
   return lastId_;
 }
 
@@ -69,25 +55,25 @@ void BridgeCalls::advance(SteadyTime now) {
 }
 
 bool BridgeCalls::finishSome(SteadyTime now) {
-  std::vector<std::pair<Done, LocalControlResponse>> finished;
+  std::vector<std::pair<Done, BridgeAnswer>> finished;
   for (auto call = calls_.begin(); call != calls_.end();) {
-    std::optional<LocalControlResponse> response;
+    std::optional<BridgeAnswer> answer;
     const bool isDue = now >= call->deadline;
-    if (call->connection || (!isDue && mayBegin(*call))) response = step(*call);
-    if (response && call->connection) {
+    if (call->connection || (!isDue && mayBegin(*call))) answer = step(*call);
+    if (answer && call->connection) {
       kept_ = std::move(call->connection);
-    } else if (!response && isDue) {
-      response = call->connection ? answerToSilence(call->request, limits_.deadline)
-                                  : answerToCrowding(call->request);
+    } else if (!answer && isDue) {
+      answer = call->connection ? answerToSilence(call->request, limits_.deadline)
+                                : answerToCrowding(call->request);
     }
-    if (response) {
-      finished.emplace_back(std::move(call->done), std::move(*response));
+    if (answer) {
+      finished.emplace_back(std::move(call->done), std::move(*answer));
       call = calls_.erase(call);
     } else {
       ++call;
     }
   }
-  for (auto& [done, response] : finished) done(std::move(response));
+  for (auto& [done, answer] : finished) done(std::move(answer));
   return !finished.empty();
 }
 
@@ -95,14 +81,14 @@ bool BridgeCalls::mayBegin(const Call& call) const {
   std::size_t running = 0;
   for (const auto& other : calls_) {
     if (&other == &call) break;
-    if (!call.lane.empty() && other.lane == call.lane) return false;
+    if (!call.request.lane.empty() && other.request.lane == call.request.lane) return false;
   }
   for (const auto& other : calls_) running += other.connection ? 1u : 0u;
   return running < limits_.running;
 }
 
 void BridgeCalls::begin(Call& call) {
-  auto frame = LocalControlCodec::frame(call.request);
+  auto frame = LocalControlCodec::frameOfPayload(call.request.payload);
   call.isSecondUse = kept_ && kept_->isReady();
   call.connection = call.isSecondUse ? std::move(kept_) : BridgeConnection(connect_());
   kept_.reset();
@@ -110,16 +96,16 @@ void BridgeCalls::begin(Call& call) {
 }
 
 // The answer, or nothing while it is still to come. A call without a connection afterwards cannot be kept up.
-std::optional<LocalControlResponse> BridgeCalls::step(Call& call) {
+std::optional<BridgeAnswer> BridgeCalls::step(Call& call) {
   try {
     if (!call.connection) begin(call);
     const auto frame = call.connection->advance();
     if (!frame) return std::nullopt;
-    auto response = LocalControlCodec::decode<LocalControlResponse>(*frame);
-    if (response.requestId != call.request.requestId) {
+    BridgeAnswer answer(*frame);
+    if (answer.result.requestId != call.request.id) {
       throw LocalControlCodecError(LocalControlCodecError::invalidFrame);
     }
-    return explained(call.request, std::move(response));
+    return explained(call.request, std::move(answer));
   } catch (const std::exception&) {
     return recover(call, std::current_exception());
   }
@@ -127,11 +113,11 @@ std::optional<LocalControlResponse> BridgeCalls::step(Call& call) {
 
 // The application may have ended since the call before, just when this one was sent on the same connection.
 // It is sent once more when that cannot make it take effect twice.
-std::optional<LocalControlResponse> BridgeCalls::recover(Call& call, std::exception_ptr failure) {
+std::optional<BridgeAnswer> BridgeCalls::recover(Call& call, std::exception_ptr failure) {
   const auto fate = call.connection && call.isSecondUse ? fateOf(*call.connection, failure) : Fate::settled;
   call.connection.reset();
   const bool mayRepeat =
-      fate == Fate::notSent || (fate == Fate::unknown && !toolTraits(call.request.operation).changesTerminal);
+      fate == Fate::notSent || (fate == Fate::unknown && !toolTraits(call.request.tool).changesTerminal);
   if (!mayRepeat) return answerToFailure(call.request, std::move(failure));
   return step(call);
 }

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "LocalControl/LocalControlMessages.h"
 #include "VelmoraHelper/Bridge/BridgeConnection.h"
+#include "VelmoraHelper/Bridge/BridgeMessages.h"
 
 namespace velmora {
 
@@ -25,7 +25,7 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 class BridgeCalls {
  public:
   using Id = std::uint64_t;
-  using Done = std::function<void(LocalControlResponse)>;
+  using Done = std::function<void(BridgeAnswer)>;
 
   /// A connection to the application whose descriptor does not block. Throws UnixSocketError.
   using Connecting = std::function<UnixSocketConnection()>;
@@ -42,7 +42,7 @@ class BridgeCalls {
 
   /// Starts a call. `done` is called once, by a later `advance`, with the application's answer or with one
   /// that says what went wrong; it may start further calls.
-  Id start(LocalControlRequest request, Done done, SteadyTime now);
+  Id start(BridgeRequest request, Done done, SteadyTime now);
 
   /// Stops waiting for a call and forgets it: `done` is not called any more. Without effect when it has
   /// ended.
@@ -65,10 +65,9 @@ class BridgeCalls {
  private:
   struct Call {
     Id id;
-    LocalControlRequest request;
+    BridgeRequest request;
     Done done;
     SteadyTime deadline;
-    std::string lane;  // the session that it changes; empty for none
     std::optional<BridgeConnection> connection{};
     bool isSecondUse = false;  // of a connection that was kept
   };
@@ -77,8 +76,8 @@ class BridgeCalls {
   bool finishSome(SteadyTime now);
   bool mayBegin(const Call& call) const;
   void begin(Call& call);
-  std::optional<LocalControlResponse> step(Call& call);
-  std::optional<LocalControlResponse> recover(Call& call, std::exception_ptr failure);
+  std::optional<BridgeAnswer> step(Call& call);
+  std::optional<BridgeAnswer> recover(Call& call, std::exception_ptr failure);
 
   Connecting connect_;
   Limits limits_;

@@ -4,7 +4,6 @@
 #include <string>
 #include <system_error>
 
-#include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
@@ -75,57 +74,53 @@ StructuredError errorFor(ToolName tool, const UnixSocketError& error) {
   return unanswered(tool, "Velmora closed the connection before it answered");
 }
 
-StructuredError errorFor(const LocalControlRequest& request, const LocalControlCodecError& error) {
+StructuredError errorFor(const BridgeRequest& request, const LocalControlCodecError& error) {
   if (error == LocalControlCodecError::frameTooLarge &&
-      encodeJson(request).size() > LocalControlCodec::maximumPayloadSize) {
+      request.payload.size() > LocalControlCodec::maximumPayloadSize) {
     return {.code = ErrorCode::invalidArgument,
             .message = "The arguments are too large for one request.",
-            .operation = std::string(wireName(request.operation)),
+            .operation = std::string(wireName(request.tool)),
             .recoverySuggestion = "Correct the request arguments and try again."};
   }
-  return unanswered(request.operation, "Velmora's answer could not be read");
-}
-
-LocalControlResponse refusal(const LocalControlRequest& request, StructuredError error) {
-  return {.requestId = request.requestId, .error = std::move(error)};
+  return unanswered(request.tool, "Velmora's answer could not be read");
 }
 
 }  // namespace
 
-LocalControlResponse answerToFailure(const LocalControlRequest& request, std::exception_ptr failure) {
+BridgeAnswer answerToFailure(const BridgeRequest& request, std::exception_ptr failure) {
   try {
     std::rethrow_exception(std::move(failure));
   } catch (const UnixSocketError& error) {
-    return refusal(request, errorFor(request.operation, error));
+    return {request, errorFor(request.tool, error)};
   } catch (const LocalControlCodecError& error) {
-    return refusal(request, errorFor(request, error));
+    return {request, errorFor(request, error)};
   } catch (const JsonDecodeError&) {
-    return refusal(request, unanswered(request.operation, "Velmora's answer could not be read"));
+    return {request, unanswered(request.tool, "Velmora's answer could not be read")};
   }
 }
 
-LocalControlResponse answerToSilence(const LocalControlRequest& request, std::chrono::seconds waited) {
-  return refusal(request, unanswered(request.operation, "Velmora did not answer within " +
-                                                            std::to_string(waited.count()) + " seconds"));
+BridgeAnswer answerToSilence(const BridgeRequest& request, std::chrono::seconds waited) {
+  return {request, unanswered(request.tool, "Velmora did not answer within " +
+                                                std::to_string(waited.count()) + " seconds")};
 }
 
-LocalControlResponse answerToCrowding(const LocalControlRequest& request) {
-  return refusal(request,
-                 unavailable(request.operation, "Velmora is busy with earlier calls; this one was not sent.",
-                             "Retry when the earlier calls have been answered."));
+BridgeAnswer answerToCrowding(const BridgeRequest& request) {
+  return {request, unavailable(request.tool, "Velmora is busy with earlier calls; this one was not sent.",
+                               "Retry when the earlier calls have been answered.")};
 }
 
-LocalControlResponse explained(const LocalControlRequest& request, LocalControlResponse response) {
-  if (response.error && response.error->code == ErrorCode::invalidArgument &&
-      response.error->message == unsupportedProtocolVersionMessage) {
-    response.error = unavailable(
-        request.operation,
+BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer) {
+  auto& error = answer.result.error;
+  if (error && error->code == ErrorCode::invalidArgument &&
+      error->message == unsupportedProtocolVersionMessage) {
+    error = unavailable(
+        request.tool,
         "The running Velmora is of another version than this helper: they speak different versions of the "
         "control channel.",
         "Quit Velmora, start the version that this helper belongs to, and restart the client.");
-    response.error->retryable = false;
+    error->retryable = false;
   }
-  return response;
+  return answer;
 }
 
 }  // namespace velmora

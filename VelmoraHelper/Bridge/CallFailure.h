@@ -5,22 +5,22 @@
 #include <chrono>
 #include <exception>
 
-#include "LocalControl/LocalControlMessages.h"
+#include "VelmoraHelper/Bridge/BridgeMessages.h"
 
 namespace velmora {
 
 /// The answer to `request` when asking ended with `failure`: UnixSocketError, LocalControlCodecError or
 /// JsonDecodeError. Any other exception is thrown again.
-LocalControlResponse answerToFailure(const LocalControlRequest& request, std::exception_ptr failure);
+BridgeAnswer answerToFailure(const BridgeRequest& request, std::exception_ptr failure);
 
 /// The answer to a request that was sent and not answered in time.
-LocalControlResponse answerToSilence(const LocalControlRequest& request, std::chrono::seconds waited);
+BridgeAnswer answerToSilence(const BridgeRequest& request, std::chrono::seconds waited);
 
 /// The answer to a request that was never sent, because earlier ones kept the application busy.
-LocalControlResponse answerToCrowding(const LocalControlRequest& request);
+BridgeAnswer answerToCrowding(const BridgeRequest& request);
 
-/// `response` as it is, except that an application which speaks another version of the channel is told apart
+/// `answer` as it is, except that an application which speaks another version of the channel is told apart
 /// from a request that is wrong.
-LocalControlResponse explained(const LocalControlRequest& request, LocalControlResponse response);
+BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer);
 
 }  // namespace velmora

@@ -7,15 +7,13 @@
 #include <ostream>
 #include <vector>
 
+#include "BridgeModels/Json/JsonAs.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
-#include "BridgeModels/ToolInputs.h"
+#include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
 #include "System/Utf8.h"
-#include "VelmoraHelper/Bridge/CallFailure.h"
-#include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/NearestName.h"
-#include "VelmoraHelper/Tools/DatesForPeople.h"
 
 namespace velmora {
 
@@ -47,37 +45,27 @@ std::string unknownTool(const std::string& typed) {
   return text;
 }
 
-template <class Input>
-std::string problemOf(const std::string& json) {
-  try {
-    decodeJson<Input>(json);
-  } catch (const JsonDecodeError& error) {
-    return error.what();
-  }
-  return {};
+// Which argument the application could not decode: it says only that one could not be.
+std::string problemOf(ToolName tool, const boost::json::value& arguments) {
+  return visitTool(tool, [&]<class Tool>(const Tool&) -> std::string {
+    try {
+      typename Tool::Input input{};
+      JsonReader(arguments).read(input);
+    } catch (const JsonDecodeError& error) {
+      return error.what();
+    }
+    return {};
+  });
 }
 
-// Which argument the application could not decode: it says only that one could not be.
-std::string problemOf(ToolName tool, const std::string& json) {
-  switch (tool) {
-    case ToolName::status:
-    case ToolName::getActiveSession:
-      return {};
-    case ToolName::listSessions:
-      return problemOf<ListSessionsInput>(json);
-    case ToolName::createSession:
-      return problemOf<CreateSessionInput>(json);
-    case ToolName::sendCommand:
-      return problemOf<SendCommandInput>(json);
-    case ToolName::sendKey:
-      return problemOf<SendKeyInput>(json);
-    case ToolName::readOutput:
-      return problemOf<ReadOutputInput>(json);
-    case ToolName::captureScreen:
-    case ToolName::focusSession:
-      return problemOf<SessionTargetInput>(json);
-  }
-  return {};
+// The payload, for people; whatever it is.
+std::string printed(ToolName tool, const ToolResult<JsonPart>& result) {
+  auto format = JsonFormat::people;
+  format.pretty = true;
+  if (!result.data) return encodeJson(JSONObject{}, format);
+  return visitTool(tool, [&]<class Tool>(const Tool&) {
+    return encodeJson(JsonAs<typename Tool::Payload>{*result.data}, format);
+  });
 }
 
 ExitStatus refuse(const CommandContext& context, const std::string& problem) {
@@ -87,18 +75,18 @@ ExitStatus refuse(const CommandContext& context, const std::string& problem) {
 
 }  // namespace
 
-LocalControlResponse answerOf(const CommandContext& context, ToolName tool, JSONObject arguments,
-                              std::chrono::milliseconds deadline) {
-  const auto bridge = [&](const LocalControlRequest& request) {
-    try {
-      return context.bridge(request, deadline);
-    } catch (const DeadlinePassed&) {
-      return answerToSilence(request, std::chrono::ceil<std::chrono::seconds>(deadline));
-    }
-  };
-  return ToolCaller(bridge, Uuid::random)
-      .call(tool, std::move(arguments),
-            {.name = "velmora command line", .version = context.version, .processId = ::getpid()});
+BridgeAnswer answerOf(const CommandContext& context, ToolName tool, JsonMembers arguments,
+                      std::chrono::seconds deadline) {
+  const LocalControlCall<JsonMembers> call{
+      .requestId = Uuid::random(),
+      .client = {.name = "velmora command line", .version = context.version, .processId = ::getpid()},
+      .operation = tool,
+      .arguments = arguments};
+  return context.call(BridgeRequest(call), deadline);
+}
+
+StructuredError errorOf(const BridgeAnswer& answer) {
+  return answer.result.error.value_or(StructuredError{.message = "The call failed."});
 }
 
 void explain(const CommandContext& context, const StructuredError& error) {
@@ -110,29 +98,27 @@ ExitStatus callTool(const CommandContext& context, const std::string& name, cons
   const auto tool = fromWireName<ToolName>(name);
   if (!tool) return refuse(context, unknownTool(name));
   const auto text = json == "-" ? readAll(context.in) : json;
-  JSONValue arguments;
+  boost::json::value arguments;
   try {
-    arguments = decodeJson<JSONValue>(text);
+    arguments = parseJson(text);
   } catch (const JsonDecodeError& error) {
     return refuse(context, std::string("the arguments: ") + error.what() +
                                "\nWrite them as one word of the shell, such as '{\"includeBusy\": false}'.");
   }
-  const auto* const object = arguments.object();
-  if (object == nullptr)
+  if (!arguments.is_object()) {
     return refuse(context, "the arguments must be a JSON object, such as {\"key\": \"tab\"}");
+  }
 
-  auto response = answerOf(context, *tool, *object, callDeadline);
-  for (const auto& warning : response.warnings) explain(context, warning);
-  if (response.ok) {
-    auto payload = response.data.value_or(JSONObject{});
-    writeDatesForPeople(payload);
-    context.out << encodeJson(payload, JsonFormat::store) << '\n';
+  const auto answer = answerOf(context, *tool, {&arguments}, callDeadline);
+  for (const auto& warning : answer.result.warnings) explain(context, warning);
+  if (answer.result.ok) {
+    context.out << printed(*tool, answer.result) << '\n';
     return ExitStatus::success;
   }
-  const auto error = response.error.value_or(StructuredError{.message = "The call failed."});
+  const auto error = errorOf(answer);
   explain(context, error);
   if (error.code == ErrorCode::invalidArgument) {
-    if (const auto problem = problemOf(*tool, text); !problem.empty())
+    if (const auto problem = problemOf(*tool, arguments); !problem.empty())
       context.err << plainText(problem) << '\n';
   }
   return ExitStatus::failure;

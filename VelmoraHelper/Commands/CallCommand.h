@@ -1,6 +1,7 @@
 // `velmora call TOOL [JSON]`: one tool call from the command line.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "BridgeModels/StructuredError.h"
@@ -13,8 +14,11 @@ namespace velmora {
 ExitStatus callTool(const CommandContext& context, const std::string& tool, const std::string& json);
 
 /// The answer to a call of the tool; one that does not come in time is an error too.
-LocalControlResponse answerOf(const CommandContext& context, ToolName tool, JSONObject arguments,
-                              std::chrono::milliseconds deadline);
+BridgeAnswer answerOf(const CommandContext& context, ToolName tool, JsonMembers arguments,
+                      std::chrono::seconds deadline);
+
+/// The error of an answer that is not `ok`.
+StructuredError errorOf(const BridgeAnswer& answer);
 
 /// What is wrong and what to do about it, for people.
 void explain(const CommandContext& context, const StructuredError& error);

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "VelmoraHelper/Bridge/ToolCaller.h"
+#include "VelmoraHelper/Bridge/BridgeMessages.h"
 #include "VelmoraHelper/Commands/AskProgram.h"
 
 namespace velmora {
@@ -20,9 +20,8 @@ enum class ExitStatus {
   usage = 2,    ///< The command line makes no sense; nothing was done.
 };
 
-/// Sends a request to the application. Throws what BridgeCalling says, and DeadlinePassed.
-using DeadlineCalling =
-    std::function<LocalControlResponse(const LocalControlRequest&, std::chrono::milliseconds deadline)>;
+/// Makes a call and waits for its answer; one that does not come in time is an answer too.
+using BridgeCalling = std::function<BridgeAnswer(BridgeRequest, std::chrono::seconds deadline)>;
 
 /// Belongs to one thread. None of its functions blocks for longer than its deadline.
 struct CommandContext {
@@ -32,9 +31,9 @@ struct CommandContext {
   std::string version;
   std::filesystem::path program;    ///< This program's own absolute path.
   std::filesystem::path socketURL;  ///< Where the application should listen.
-  /// Connects to the application, and nothing else. Throws UnixSocketError, DeadlinePassed.
+  /// Connects to the application, and nothing else. Throws UnixSocketError.
   std::function<void()> connect;
-  DeadlineCalling bridge;
+  BridgeCalling call;
   ProgramAsking askProgram;
 };
 

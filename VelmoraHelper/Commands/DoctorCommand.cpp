@@ -10,7 +10,6 @@
 #include "BridgeModels/ToolPayloads.h"
 #include "LocalControl/UnixSocketError.h"
 #include "System/Utf8.h"
-#include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/Payload.h"
 #include "VelmoraHelper/Commands/SocketCheck.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
@@ -39,8 +38,6 @@ std::vector<Check> checkApplication(const CommandContext& context) {
   constexpr const char* name = "application";
   try {
     context.connect();
-  } catch (const DeadlinePassed& passed) {
-    return {Check::failed(name, passed.what(), restart)};
   } catch (const UnixSocketError& error) {
     switch (error.kind()) {
       case UnixSocketError::Kind::peerRejected:
@@ -50,6 +47,9 @@ std::vector<Check> checkApplication(const CommandContext& context) {
       case UnixSocketError::Kind::system:
         if (error.code() == ENOENT || error.code() == ECONNREFUSED) {
           return {Check::failed(name, "not running", start)};
+        }
+        if (error.code() == EAGAIN) {
+          return {Check::failed(name, "running, but it accepts no more connections", restart)};
         }
         return {
             Check::failed(name, "not reachable: " + std::generic_category().message(error.code()), restart)};

@@ -3,7 +3,6 @@
 
 #include <optional>
 
-#include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "VelmoraHelper/Commands/CallCommand.h"
 
@@ -23,10 +22,13 @@ struct PayloadAnswer {
 /// another version.
 template <class Payload>
 PayloadAnswer<Payload> payloadOf(const CommandContext& context, ToolName tool) {
-  const auto response = answerOf(context, tool, {}, questionDeadline);
-  if (!response.ok) return {.error = response.error.value_or(StructuredError{.message = "The call failed."})};
+  static const boost::json::value none(boost::json::object_kind);
+  const auto answer = answerOf(context, tool, {&none}, questionDeadline);
+  if (!answer.result.ok) return {.error = errorOf(answer)};
   try {
-    return {.payload = decodeJson<Payload>(encodeJson(response.data.value_or(JSONObject{})))};
+    PayloadAnswer<Payload> read;
+    JsonReader(answer.result.data ? *answer.result.data->value : none).read(read.payload);
+    return read;
   } catch (const JsonDecodeError&) {
     return {.error =
                 StructuredError{.code = ErrorCode::bridgeUnavailable,

@@ -1,32 +1,57 @@
 #include "VelmoraHelper/Commands/SystemContext.h"
 
+#include <poll.h>
+
+#include <cerrno>
 #include <iostream>
+#include <system_error>
 #include <utility>
 
-#include "LocalControl/LocalControlClient.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
-#include "VelmoraHelper/Commands/Deadline.h"
+#include "VelmoraHelper/Bridge/BridgeCalls.h"
 #include "VelmoraHelper/Commands/ProgramPath.h"
 
 namespace velmora {
 
 namespace {
 
-constexpr std::chrono::seconds connectDeadline{5};
 constexpr std::chrono::seconds programDeadline{5};
+
+SteadyTime now() { return std::chrono::steady_clock::now(); }
+
+void waitForProgress(const BridgeCalls& calls) {
+  std::vector<pollfd> descriptors;
+  for (const auto& [descriptor, writing] : calls.awaited()) {
+    const auto events = static_cast<short>(POLLIN | (writing ? POLLOUT : 0));
+    descriptors.push_back({.fd = descriptor, .events = events, .revents = 0});
+  }
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(calls.nextDeadline().value_or(now()) - now());
+  const auto timeout = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+  if (::poll(descriptors.data(), static_cast<nfds_t>(descriptors.size()), timeout) < 0 && errno != EINTR) {
+    throw std::system_error(errno, std::generic_category(), "poll");
+  }
+}
+
+BridgeAnswer answerOf(const BridgeCalls::Connecting& connect, BridgeRequest request,
+                      std::chrono::seconds deadline) {
+  BridgeCalls calls(connect, {.deadline = deadline});
+  std::optional<BridgeAnswer> answer;
+  calls.start(
+      std::move(request), [&answer](BridgeAnswer given) { answer = std::move(given); }, now());
+  for (calls.advance(now()); !answer; calls.advance(now())) waitForProgress(calls);
+  return std::move(*answer);
+}
 
 }  // namespace
 
 CommandContext systemContext(std::string version, const std::string& invokedAs,
                              const Environment& environment) {
   const auto socketURL = UnixSocketEndpoint::defaultURL(environment);
-  // The work may be left behind when its deadline passes, so it owns all that it uses.
-  const auto connect = [socketURL] {
-    within(connectDeadline, [socketURL] { UnixSocketClient::connect(socketURL); });
-  };
-  const auto bridge = [socketURL](const LocalControlRequest& request, std::chrono::milliseconds deadline) {
-    return within(deadline, [socketURL, request] { return LocalControlClient(socketURL).send(request); });
+  const auto connect = [socketURL] { return UnixSocketClient::connectWithoutBlocking(socketURL); };
+  const auto call = [connect](BridgeRequest request, std::chrono::seconds deadline) {
+    return answerOf(connect, std::move(request), deadline);
   };
   const auto ask = [environment](const std::vector<std::string>& command) {
     return askProgram(command, environment, programDeadline);
@@ -37,8 +62,8 @@ CommandContext systemContext(std::string version, const std::string& invokedAs,
           .version = std::move(version),
           .program = programPath(invokedAs, environment, runningProgramFile()),
           .socketURL = socketURL,
-          .connect = connect,
-          .bridge = bridge,
+          .connect = [connect] { connect(); },
+          .call = call,
           .askProgram = ask};
 }
 

@@ -4,6 +4,9 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <utility>
+
+#include "BridgeModels/Json/JsonWriter.h"
 
 namespace velmora {
 
@@ -14,22 +17,28 @@ using Send = std::function<void(std::string)>;
 /// none was answered. Not thread-safe.
 class BatchAnswer {
  public:
-  BatchAnswer(std::size_t messages, Send send) : awaited_(messages), send_(std::move(send)) {}
+  BatchAnswer(std::size_t messages, Send send) : awaited_(messages), send_(std::move(send)) {
+    answers_.beginArray();
+  }
 
   void add(const std::string& answer) {
-    answers_.append(answers_.empty() ? "[" : ",").append(answer);
+    answers_.raw(answer);
+    isAnswered_ = true;
     leaveOut();
   }
 
   /// A message needs no answer: a notification, or a request that was cancelled.
   void leaveOut() {
-    if (--awaited_ == 0 && !answers_.empty()) send_(answers_ + "]");
+    if (--awaited_ > 0 || !isAnswered_) return;
+    answers_.endArray();
+    send_(answers_.take());
   }
 
  private:
   std::size_t awaited_;
   Send send_;
-  std::string answers_{};
+  JsonWriter answers_{JsonFormat::wire};
+  bool isAnswered_ = false;
 };
 
 }  // namespace velmora

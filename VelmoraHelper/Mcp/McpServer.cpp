@@ -1,7 +1,6 @@
 #include "VelmoraHelper/Mcp/McpServer.h"
 
 #include "BridgeModels/Json/JsonEncoding.h"
-#include "BridgeModels/Json/JsonReader.h"
 #include "VelmoraHelper/Tools/ToolResultJson.h"
 
 namespace velmora {
@@ -22,13 +21,12 @@ ToolName toolOf(const boost::json::object& params) {
   return *tool;
 }
 
-JSONObject argumentsOf(const boost::json::object& params) {
-  JSONObject arguments;
+JsonMembers argumentsOf(const boost::json::object& params) {
+  static const boost::json::value none(boost::json::object_kind);
   const auto* value = params.if_contains("arguments");
-  if (value == nullptr || value->is_null()) return arguments;
+  if (value == nullptr || value->is_null()) return {&none};
   if (!value->is_object()) throw invalidParams("arguments must be an object.");
-  JsonReader(*value, JsonPath{}, JsonFormat::wire).read(arguments);
-  return arguments;
+  return {value};
 }
 
 // The list has one page, so nobody was ever given a cursor.
@@ -49,10 +47,11 @@ McpServer::McpServer(Options options, BridgeCalls& calls, UuidSource newId, Send
 
 void McpServer::receive(std::string_view line, SteadyTime now) {
   try {
-    const auto batch = session_ && hasBatches(session_->revision) ? parseBatch(line) : std::nullopt;
-    if (!batch) return receiveOne(line, {}, now);
+    auto message = parseJsonRpc(line);
+    auto batch = session_ && hasBatches(session_->revision) ? batchIn(message) : std::nullopt;
+    if (!batch) return receiveOne(std::move(message), {}, now);
     const Reply reply{std::make_shared<BatchAnswer>(batch->size(), send_)};
-    for (const auto text : *batch) receiveOne(text, reply, now);
+    for (auto& one : *batch) receiveOne(std::move(one), reply, now);
   } catch (const JsonRpcFailure& failure) {
     refuse({}, failure);
   }
@@ -62,9 +61,9 @@ void McpServer::receiveTooLongLine() {
   refuse({}, JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "The message is too long."));
 }
 
-void McpServer::receiveOne(std::string_view text, const Reply& reply, SteadyTime now) {
+void McpServer::receiveOne(JsonRpcMessage message, const Reply& reply, SteadyTime now) {
   try {
-    const auto request = parseJsonRpc(text);
+    const auto request = requestIn(std::move(message));
     if (request && request->id) return serve(*request, reply, now);
     if (request && request->method == "notifications/cancelled") cancelCall(request->params);
     if (reply.batch) reply.batch->leaveOut();
@@ -129,19 +128,19 @@ std::string McpServer::initialize(const boost::json::object& params) {
 void McpServer::startCall(const JsonRpcRequest& request, const RequestContext& context, const Reply& reply,
                           SteadyTime now) {
   const auto tool = toolOf(request.params);
-  auto arguments = argumentsOf(request.params);
-  const auto key = jsonRpcIdKeyOf(*request.id);
+  const auto arguments = argumentsOf(request.params);
+  const auto& key = request.idKey;
   if (running_.contains(key)) {
     throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A call with this id is still under way.");
   }
-  LocalControlRequest call{.requestId = newId_(),
-                           .client = {.name = context.client.name,
-                                      .version = context.client.version,
-                                      .processId = options_.clientProcessId},
-                           .operation = tool,
-                           .arguments = std::move(arguments)};
+  const LocalControlCall<JsonMembers> call{.requestId = newId_(),
+                                           .client = {.name = context.client.name,
+                                                      .version = context.client.version,
+                                                      .processId = options_.clientProcessId},
+                                           .operation = tool,
+                                           .arguments = arguments};
   const auto id = calls_.start(
-      std::move(call), [this, key](LocalControlResponse response) { endCall(key, std::move(response)); },
+      BridgeRequest(call), [this, key](const BridgeAnswer& bridgeAnswer) { endCall(key, bridgeAnswer); },
       now);
   running_.insert({key,
                    {.call = id,
@@ -153,12 +152,15 @@ void McpServer::startCall(const JsonRpcRequest& request, const RequestContext& c
                     .progressToken = progressTokenOf(request.params)}});
 }
 
-void McpServer::endCall(const std::string& key, LocalControlResponse response) {
+void McpServer::endCall(const std::string& key, const BridgeAnswer& bridgeAnswer) {
   const auto call = std::move(running_.extract(key).mapped());
-  log_.write(std::string(wireName(call.tool)) + (response.ok ? " succeeded" : " failed"));
-  auto result = "{" + toolResultMembers(std::move(response), call.revision, options_.largestInlinePicture);
-  if (isStateless(call.revision)) result += answers_.statelessMembers();
-  answer(call.reply, jsonRpcResult(call.id, result.append("}")));
+  log_.write(std::string(wireName(call.tool)) + (bridgeAnswer.result.ok ? " succeeded" : " failed"));
+  JsonWriter result(JsonFormat::people);
+  result.beginObject();
+  writeToolResult(result, call.tool, bridgeAnswer, call.revision, options_.largestInlinePicture);
+  if (isStateless(call.revision)) answers_.writeStatelessMembers(result);
+  result.endObject();
+  answer(call.reply, jsonRpcResult(call.id, result.take()));
 }
 
 void McpServer::cancelCall(const boost::json::object& params) {
@@ -192,10 +194,14 @@ void McpServer::sendProgress(SteadyTime now) {
   for (auto& [key, call] : running_) {
     if (!call.progressToken || now < progressTime(call)) continue;
     call.progress = std::chrono::duration_cast<std::chrono::seconds>(now - call.started).count();
-    send_(jsonRpcNotification(
-        "notifications/progress",
-        R"({"progressToken":)" + *call.progressToken + R"(,"progress":)" + std::to_string(call.progress) +
-            R"(,"message":"Waiting for Velmora to answer )" + std::string(wireName(call.tool)) + "\"}"));
+    JsonWriter params(JsonFormat::wire);
+    params.beginObject();
+    params.key("progressToken");
+    params.raw(*call.progressToken);
+    writeMember(params, "progress", call.progress);
+    writeMember(params, "message", "Waiting for Velmora to answer " + std::string(wireName(call.tool)));
+    params.endObject();
+    send_(jsonRpcNotification("notifications/progress", params.take()));
   }
 }
 

@@ -65,14 +65,14 @@ class McpServer {
     std::int64_t progress = 0;  // the last that was told
   };
 
-  void receiveOne(std::string_view text, const Reply& reply, SteadyTime now);
+  void receiveOne(JsonRpcMessage message, const Reply& reply, SteadyTime now);
   void serve(const JsonRpcRequest& request, const Reply& reply, SteadyTime now);
   RequestContext contextOf(const JsonRpcRequest& request) const;
   std::string resultOf(const JsonRpcRequest& request, const RequestContext& context);
   std::string initialize(const boost::json::object& params);
   void startCall(const JsonRpcRequest& request, const RequestContext& context, const Reply& reply,
                  SteadyTime now);
-  void endCall(const std::string& key, LocalControlResponse response);
+  void endCall(const std::string& key, const BridgeAnswer& bridgeAnswer);
   void cancelCall(const boost::json::object& params);
   void answer(const Reply& reply, std::string message);
   void refuse(const Reply& reply, const JsonRpcFailure& failure);

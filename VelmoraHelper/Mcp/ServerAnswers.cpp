@@ -7,68 +7,87 @@ namespace velmora {
 
 namespace {
 
-constexpr int cacheableMilliseconds = 3'600'000;  // the tools change with the program only
+constexpr std::int64_t cacheableMilliseconds = 3'600'000;  // the tools change with the program only
 
-JSONObject implementation(ProtocolRevision revision, const std::string& version) {
-  JSONObject members{{"name", "velmora"}, {"version", version}};
-  if (hasTitles(revision)) members.insert({"title", "Velmora"});
-  return members;
+void writeImplementation(JsonWriter& writer, ProtocolRevision revision, const std::string& version) {
+  writer.beginObject();
+  writeMember(writer, "name", "velmora");
+  if (hasTitles(revision)) writeMember(writer, "title", "Velmora");
+  writeMember(writer, "version", version);
+  writer.endObject();
 }
 
-JSONObject capabilities() { return {{"tools", JSONObject{}}}; }
-
-// `object` (JSON text) with further members (each with a comma before it) before its closing bracket.
-std::string with(std::string object, const std::string& members) {
-  object.pop_back();
-  return object.append(members).append("}");
+void writeCapabilities(JsonWriter& writer) {
+  writer.key("capabilities");
+  writer.beginObject();
+  writer.key("tools");
+  writer.beginObject();
+  writer.endObject();
+  writer.endObject();
 }
 
-std::string caching() {
-  return R"(,"ttlMs":)" + std::to_string(cacheableMilliseconds) + R"(,"cacheScope":"public")";
+void writeCaching(JsonWriter& writer) {
+  writeMember(writer, "ttlMs", cacheableMilliseconds);
+  writeMember(writer, "cacheScope", "public");
 }
 
-std::string initializeResult(ProtocolRevision revision, const std::string& version) {
-  return encodeJson(JSONObject{{"protocolVersion", std::string(wireName(revision))},
-                               {"capabilities", capabilities()},
-                               {"serverInfo", implementation(revision, version)},
-                               {"instructions", std::string(toolInstructions())}});
-}
-
-std::string discoverResult() {
-  JSONArray versions;
-  for (const auto& revision : enumCases<ProtocolRevision>) {
-    if (isStateless(revision.value)) versions.emplace_back(std::string(revision.wireName));
-  }
-  return encodeJson(JSONObject{{"supportedVersions", std::move(versions)},
-                               {"capabilities", capabilities()},
-                               {"instructions", std::string(toolInstructions())}});
+template <class Write>
+std::string object(const Write& writeMembers) {
+  JsonWriter writer(JsonFormat::wire);
+  writer.beginObject();
+  writeMembers(writer);
+  writer.endObject();
+  return writer.take();
 }
 
 }  // namespace
 
-ServerAnswers::ServerAnswers(const std::string& version)
-    : version_(version),
-      statelessMembers_(R"(,"resultType":"complete","_meta":{"io.modelcontextprotocol/serverInfo":)" +
-                        encodeJson(implementation(ProtocolRevision::july2026, version)) + "}") {}
+void ServerAnswers::writeStatelessMembers(JsonWriter& writer) const {
+  writeMember(writer, "resultType", "complete");
+  writer.key("_meta");
+  writer.beginObject();
+  writer.key("io.modelcontextprotocol/serverInfo");
+  writeImplementation(writer, ProtocolRevision::july2026, version_);
+  writer.endObject();
+}
 
 const std::string& ServerAnswers::discover() {
-  if (discover_.empty()) discover_ = with(discoverResult(), caching() + statelessMembers_);
-  return discover_;
+  if (!discover_.empty()) return discover_;
+  return discover_ = object([this](JsonWriter& writer) {
+           writeCapabilities(writer);
+           writeMember(writer, "instructions", toolInstructions());
+           writer.key("supportedVersions");
+           writer.beginArray();
+           for (const auto& revision : enumCases<ProtocolRevision>) {
+             if (isStateless(revision.value)) writer.string(revision.wireName);
+           }
+           writer.endArray();
+           writeCaching(writer);
+           writeStatelessMembers(writer);
+         });
 }
 
 const std::string& ServerAnswers::initialize(ProtocolRevision revision) {
   auto& result = initialize_.at(static_cast<std::size_t>(revision));
-  if (result.empty()) result = initializeResult(revision, version_);
-  return result;
+  if (!result.empty()) return result;
+  return result = object([&](JsonWriter& writer) {
+           writeCapabilities(writer);
+           writeMember(writer, "instructions", toolInstructions());
+           writeMember(writer, "protocolVersion", wireName(revision));
+           writer.key("serverInfo");
+           writeImplementation(writer, revision, version_);
+         });
 }
 
 const std::string& ServerAnswers::toolList(ProtocolRevision revision) {
   auto& result = toolLists_.at(static_cast<std::size_t>(revision));
-  if (result.empty()) {
-    result = toolListJson(revision);
-    if (isStateless(revision)) result = with(std::move(result), caching() + statelessMembers_);
-  }
-  return result;
+  if (!result.empty()) return result;
+  return result = object([&](JsonWriter& writer) {
+           writeToolList(writer, revision);
+           if (!isStateless(revision)) return;
+           writeCaching(writer);
+           writeStatelessMembers(writer);
+         });
 }
 
 }  // namespace velmora

@@ -3,7 +3,9 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
+#include "BridgeModels/Json/JsonWriter.h"
 #include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
@@ -13,19 +15,18 @@ namespace velmora {
 class ServerAnswers {
  public:
   /// `version` is this program's.
-  explicit ServerAnswers(const std::string& version);
+  explicit ServerAnswers(std::string version) : version_(std::move(version)) {}
 
   const std::string& discover();
   const std::string& initialize(ProtocolRevision revision);  ///< Of one that has a handshake.
   const std::string& toolList(ProtocolRevision revision);
 
-  /// What follows the members of every result of a stateless revision: the result's type and the server's
-  /// name, each with a comma before it.
-  const std::string& statelessMembers() const { return statelessMembers_; }
+  /// Writes what follows the members of every result of a stateless revision: the result's type and the
+  /// server's name.
+  void writeStatelessMembers(JsonWriter& writer) const;
 
  private:
   std::string version_;
-  std::string statelessMembers_;
   // Empty until they are made.
   std::string discover_{};
   std::array<std::string, enumCases<ProtocolRevision>.size()> initialize_{};

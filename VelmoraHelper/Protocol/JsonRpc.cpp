@@ -34,13 +34,9 @@ std::optional<std::string> idOfUnparsable(std::string_view text) {
   return std::nullopt;
 }
 
-boost::json::value parsed(std::string_view text) {
-  try {
-    return parseJson(text);
-  } catch (const JsonDecodeError&) {
-    throw JsonRpcFailure(JsonRpcErrorCode::parseError, "The message is not valid JSON.")
-        .withId(idOfUnparsable(text));
-  }
+void beginMessage(JsonWriter& writer) {
+  writer.beginObject();
+  writeMember(writer, "jsonrpc", "2.0");
 }
 
 }  // namespace
@@ -64,18 +60,42 @@ JsonRpcFailure unsupportedProtocolVersion(const std::string& requested) {
       .withData(encodeJson(JSONObject{{"supported", std::move(supported)}, {"requested", requested}}));
 }
 
-std::optional<JsonRpcRequest> parseJsonRpc(std::string_view text) {
-  auto document = parsed(text);
-  auto* message = document.if_object();
+JsonRpcMessage parseJsonRpc(std::string_view text) {
+  try {
+    return {.text = text, .document = parseJson(text)};
+  } catch (const JsonDecodeError&) {
+    throw JsonRpcFailure(JsonRpcErrorCode::parseError, "The message is not valid JSON.")
+        .withId(idOfUnparsable(text));
+  }
+}
+
+std::optional<std::vector<JsonRpcMessage>> batchIn(JsonRpcMessage& message) {
+  auto* elements = message.document.if_array();
+  if (elements == nullptr) return std::nullopt;
+  if (elements->empty()) {
+    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A batch needs at least one message.");
+  }
+  std::vector<JsonRpcMessage> messages;
+  messages.reserve(elements->size());
+  const auto texts = elementTexts(message.text);
+  for (std::size_t index = 0; index < texts.size(); ++index) {
+    messages.push_back({.text = texts[index], .document = std::move(elements->at(index))});
+  }
+  return messages;
+}
+
+std::optional<JsonRpcRequest> requestIn(JsonRpcMessage received) {
+  auto* message = received.document.if_object();
   if (message == nullptr) {
     throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest,
-                         document.is_array() ? "Batches are not supported; send one message a line."
-                                             : "The message must be a JSON object.");
+                         received.document.is_array() ? "Batches are not supported; send one message a line."
+                                                      : "The message must be a JSON object.");
   }
   const auto* method = message->if_contains("method");
   if (method == nullptr && (message->contains("result") || message->contains("error"))) return std::nullopt;
 
-  JsonRpcRequest request{.id = idOf(*message, text)};
+  JsonRpcRequest request{.id = idOf(*message, received.text)};
+  if (request.id) request.idKey = jsonRpcIdKey(message->at("id"));
   const auto invalid = [&request](JsonRpcErrorCode code, const std::string& problem) {
     return JsonRpcFailure(code, problem).withId(request.id);
   };
@@ -97,20 +117,7 @@ std::optional<JsonRpcRequest> parseJsonRpc(std::string_view text) {
   return request;
 }
 
-std::optional<std::vector<std::string_view>> parseBatch(std::string_view text) {
-  const auto begin = text.find_first_not_of(" \t\r");
-  if (begin == std::string_view::npos || text[begin] != '[') return std::nullopt;
-  parsed(text);
-  auto messages = elementTexts(text);
-  if (messages.empty()) {
-    throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A batch needs at least one message.");
-  }
-  return messages;
-}
-
 std::string jsonRpcIdKey(const boost::json::value& id) { return boost::json::serialize(id); }
-
-std::string jsonRpcIdKeyOf(std::string_view idText) { return jsonRpcIdKey(parseJson(idText)); }
 
 std::optional<std::string> stringMember(const boost::json::object& object, const char* name) {
   const auto* value = object.if_contains(name);
@@ -119,27 +126,44 @@ std::optional<std::string> stringMember(const boost::json::object& object, const
 }
 
 std::string jsonRpcResult(std::string_view id, std::string_view result) {
-  std::string message;
-  message.reserve(id.size() + result.size() + 40);
-  return message.append(R"({"jsonrpc":"2.0","id":)")
-      .append(id)
-      .append(R"(,"result":)")
-      .append(result)
-      .append("}");
+  JsonWriter writer(JsonFormat::wire);
+  beginMessage(writer);
+  writer.key("id");
+  writer.raw(id);
+  writer.key("result");
+  writer.raw(result);
+  writer.endObject();
+  return writer.take();
 }
 
 std::string jsonRpcError(const std::optional<std::string>& id, const JsonRpcFailure& failure) {
-  std::string text(R"({"jsonrpc":"2.0",)");
-  if (id) text.append(R"("id":)").append(*id).append(",");
-  text.append(R"("error":{"code":)").append(std::to_string(static_cast<int>(failure.code())));
-  text.append(R"(,"message":)").append(encodeJson(failure.message()));
-  if (!failure.data().empty()) text.append(R"(,"data":)").append(failure.data());
-  return text.append("}}");
+  JsonWriter writer(JsonFormat::wire);
+  beginMessage(writer);
+  if (id) {
+    writer.key("id");
+    writer.raw(*id);
+  }
+  writer.key("error");
+  writer.beginObject();
+  writeMember(writer, "code", static_cast<int>(failure.code()));
+  writeMember(writer, "message", failure.message());
+  if (!failure.data().empty()) {
+    writer.key("data");
+    writer.raw(failure.data());
+  }
+  writer.endObject();
+  writer.endObject();
+  return writer.take();
 }
 
 std::string jsonRpcNotification(std::string_view method, std::string_view params) {
-  std::string text(R"({"jsonrpc":"2.0","method":")");
-  return text.append(method).append(R"(","params":)").append(params).append("}");
+  JsonWriter writer(JsonFormat::wire);
+  beginMessage(writer);
+  writeMember(writer, "method", method);
+  writer.key("params");
+  writer.raw(params);
+  writer.endObject();
+  return writer.take();
 }
 
 }  // namespace velmora

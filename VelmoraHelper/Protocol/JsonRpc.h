@@ -53,20 +53,29 @@ JsonRpcFailure unsupportedProtocolVersion(const std::string& requested);
 /// A request, or a notification when it has no id.
 struct JsonRpcRequest {
   std::optional<std::string> id{};  ///< The JSON text exactly as it was received: "7", "1.50", "\"a\"".
+  std::string idKey{};              ///< As jsonRpcIdKey spells the id; empty without one.
   std::string method{};
   boost::json::object params{};  ///< Empty when absent.
 };
 
-/// The request that `text` holds, or nothing when it is a response. Throws JsonRpcFailure.
-std::optional<JsonRpcRequest> parseJsonRpc(std::string_view text);
+/// A message that was parsed, and the text that it was parsed from, which must outlive it.
+struct JsonRpcMessage {
+  std::string_view text;
+  boost::json::value document;
+};
 
-/// The messages of a batch, as views into `text`, or nothing when it is no JSON array. Throws JsonRpcFailure
-/// for an array that is not valid JSON or empty.
-std::optional<std::vector<std::string_view>> parseBatch(std::string_view text);
+/// Throws JsonRpcFailure for what is not valid JSON.
+JsonRpcMessage parseJsonRpc(std::string_view text);
+
+/// The messages of a batch, taken out of the message that is one, or nothing when it is no JSON array. Throws
+/// JsonRpcFailure for an empty one.
+std::optional<std::vector<JsonRpcMessage>> batchIn(JsonRpcMessage& message);
+
+/// The request that the message is, or nothing when it is a response. Throws JsonRpcFailure.
+std::optional<JsonRpcRequest> requestIn(JsonRpcMessage message);
 
 /// One spelling for all texts of the same id, so that ids can be compared.
 std::string jsonRpcIdKey(const boost::json::value& id);
-std::string jsonRpcIdKeyOf(std::string_view idText);
 
 /// The member `name` of `object` when it is a string.
 std::optional<std::string> stringMember(const boost::json::object& object, const char* name);

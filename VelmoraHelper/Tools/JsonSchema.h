@@ -11,19 +11,6 @@
 
 namespace velmora {
 
-inline void writeSchemaMember(JsonWriter& writer, std::string_view name, std::string_view value) {
-  writer.key(name);
-  writer.string(value);
-}
-
-template <class Value>
-requires(!std::is_convertible_v<Value, std::string_view>) void writeSchemaMember(JsonWriter& writer,
-                                                                                 std::string_view name,
-                                                                                 const Value& value) {
-  writer.key(name);
-  writeJson(writer, value);
-}
-
 namespace detail {
 
 template <class T>
@@ -56,25 +43,25 @@ void writeRecordSchema(JsonWriter& writer);
 template <class Value>
 void writeSchemaType(JsonWriter& writer) {
   if constexpr (std::is_same_v<Value, bool>) {
-    writeSchemaMember(writer, "type", "boolean");
+    writeMember(writer, "type", "boolean");
   } else if constexpr (std::is_integral_v<Value>) {
-    writeSchemaMember(writer, "type", "integer");
+    writeMember(writer, "type", "integer");
   } else if constexpr (std::is_enum_v<Value>) {
-    writeSchemaMember(writer, "type", "string");
+    writeMember(writer, "type", "string");
     writer.key("enum");
     writer.beginArray();
     for (const auto& entry : enumCases<Value>) writer.string(entry.wireName);
     writer.endArray();
   } else if constexpr (std::is_same_v<Value, Date>) {
-    writeSchemaMember(writer, "type", "string");
-    writeSchemaMember(writer, "format", "date-time");
+    writeMember(writer, "type", "string");
+    writeMember(writer, "format", "date-time");
   } else if constexpr (std::is_same_v<Value, Uuid>) {
-    writeSchemaMember(writer, "type", "string");
-    writeSchemaMember(writer, "format", "uuid");
-    writeSchemaMember(writer, "pattern",
-                      "^[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}$");
+    writeMember(writer, "type", "string");
+    writeMember(writer, "format", "uuid");
+    writeMember(writer, "pattern",
+                "^[0-9A-Fa-f]{8}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4}-[0-9A-Fa-f]{12}$");
   } else if constexpr (detail::isVector<Value>) {
-    writeSchemaMember(writer, "type", "array");
+    writeMember(writer, "type", "array");
     writer.key("items");
     writer.beginObject();
     writeSchemaType<typename Value::value_type>(writer);
@@ -83,7 +70,7 @@ void writeSchemaType(JsonWriter& writer) {
     writeRecordSchema<Value>(writer);
   } else {
     static_assert(std::is_same_v<Value, std::string>, "a kind of value that no schema is known for");
-    writeSchemaMember(writer, "type", "string");
+    writeMember(writer, "type", "string");
   }
 }
 
@@ -113,7 +100,7 @@ void writeRecordMembers(JsonWriter& writer, List<Member...>) {
 /// newer application may say more.
 template <class Record>
 void writeRecordSchema(JsonWriter& writer) {
-  writeSchemaMember(writer, "type", "object");
+  writeMember(writer, "type", "object");
   detail::writeRecordMembers<Record>(writer, MembersOf<Record>{});
 }
 

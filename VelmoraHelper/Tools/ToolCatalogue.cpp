@@ -152,19 +152,19 @@ static_assert(std::equal(catalogue.begin(), catalogue.end(), enumCases<ToolName>
 void writeAnnotations(JsonWriter& writer, const ToolDescription& tool) {
   writer.key("annotations");
   writer.beginObject();
-  writeSchemaMember(writer, "title", tool.title);
-  writeSchemaMember(writer, "readOnlyHint", !toolTraits(tool.tool).changesTerminal);
-  writeSchemaMember(writer, "destructiveHint", tool.hints.destructive);
-  writeSchemaMember(writer, "idempotentHint", tool.hints.idempotent);
-  writeSchemaMember(writer, "openWorldHint", tool.hints.openWorld);
+  writeMember(writer, "title", tool.title);
+  writeMember(writer, "readOnlyHint", !toolTraits(tool.tool).changesTerminal);
+  writeMember(writer, "destructiveHint", tool.hints.destructive);
+  writeMember(writer, "idempotentHint", tool.hints.idempotent);
+  writeMember(writer, "openWorldHint", tool.hints.openWorld);
   writer.endObject();
 }
 
 void writeTool(JsonWriter& writer, const ToolDescription& tool, ProtocolRevision revision) {
   writer.beginObject();
-  writeSchemaMember(writer, "name", wireName(tool.tool));
-  if (hasTitles(revision)) writeSchemaMember(writer, "title", tool.title);
-  writeSchemaMember(writer, "description", tool.description);
+  writeMember(writer, "name", wireName(tool.tool));
+  if (hasTitles(revision)) writeMember(writer, "title", tool.title);
+  writeMember(writer, "description", tool.description);
   visitTool(tool.tool, [&]<class Row>(const Row&) {
     writer.key("inputSchema");
     writeInputSchema<typename Row::Input>(writer);
@@ -176,7 +176,7 @@ void writeTool(JsonWriter& writer, const ToolDescription& tool, ProtocolRevision
   if (tool.maximumResultCharacters > 0) {
     writer.key("_meta");
     writer.beginObject();
-    writeSchemaMember(writer, "anthropic/maxResultSizeChars", tool.maximumResultCharacters);
+    writeMember(writer, "anthropic/maxResultSizeChars", tool.maximumResultCharacters);
     writer.endObject();
   }
   writer.endObject();
@@ -191,15 +191,11 @@ const FieldRule& fieldRule(std::string_view field) {
   throw std::logic_error("no schema rule for the field " + std::string(field));
 }
 
-std::string toolListJson(ProtocolRevision revision) {
-  JsonWriter writer(JsonFormat::wire);
-  writer.beginObject();
+void writeToolList(JsonWriter& writer, ProtocolRevision revision) {
   writer.key("tools");
   writer.beginArray();
   for (const auto& tool : catalogue) writeTool(writer, tool, revision);
   writer.endArray();
-  writer.endObject();
-  return writer.take();
 }
 
 std::string_view toolInstructions() {

@@ -2,49 +2,76 @@
 
 #include <filesystem>
 
+#include "BridgeModels/Json/JsonAs.h"
 #include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/Tools.h"
 #include "VelmoraHelper/Tools/CapturedPicture.h"
-#include "VelmoraHelper/Tools/DatesForPeople.h"
 
 namespace velmora {
 
 namespace {
 
-// The content blocks of the picture that the answer names; empty when it names none that can be read.
-std::string pictureContent(const LocalControlResponse& response, ProtocolRevision revision,
-                           std::size_t largestInlinePicture) {
-  const auto* path = response.data ? response.data->find("imagePath") : nullptr;
-  if (path == nullptr || path->string() == nullptr) return {};
-  const auto picture = readPicture(*path->string(), largestInlinePicture);
-  if (!picture) return {};
-  std::string content;
+// The picture's path, or nothing when the answer names none.
+std::optional<std::string> picturePath(const BridgeAnswer& answer) {
+  if (!answer.result.data) return std::nullopt;
+  const auto* payload = answer.result.data->value->if_object();
+  const auto* path = payload == nullptr ? nullptr : payload->if_contains("imagePath");
+  if (path == nullptr || !path->is_string()) return std::nullopt;
+  return std::string(path->get_string().data(), path->get_string().size());
+}
+
+void writePicture(JsonWriter& writer, const std::string& path, const CapturedPicture& picture,
+                  ProtocolRevision revision) {
+  constexpr std::string_view mimeType = "image/png";
   if (hasResourceLinks(revision)) {
-    content +=
-        "," + encodeJson(JSONObject{{"type", "resource_link"},
-                                    {"uri", fileUri(*path->string())},
-                                    {"name", std::filesystem::path(*path->string()).filename().string()},
-                                    {"mimeType", "image/png"},
-                                    {"size", static_cast<std::int64_t>(picture->bytes)}});
+    writer.beginObject();
+    writeMember(writer, "mimeType", mimeType);
+    writeMember(writer, "name", std::filesystem::path(path).filename().string());
+    writeMember(writer, "size", picture.bytes);
+    writeMember(writer, "type", "resource_link");
+    writeMember(writer, "uri", fileUri(path));
+    writer.endObject();
   }
-  if (picture->base64) {
-    content.append(R"(,{"type":"image","mimeType":"image/png","data":")")
-        .append(*picture->base64)
-        .append("\"}");
+  if (picture.base64) {
+    writer.beginObject();
+    writeMember(writer, "type", "image");
+    writeMember(writer, "mimeType", mimeType);
+    writeMember(writer, "data", *picture.base64);
+    writer.endObject();
   }
-  return content;
+}
+
+std::string envelopeOf(ToolName tool, const ToolResult<JsonPart>& result) {
+  return visitTool(tool, [&]<class Tool>(const Tool&) {
+    ToolResult<JsonAs<typename Tool::Payload>> envelope{
+        .requestId = result.requestId, .ok = result.ok, .warnings = result.warnings, .error = result.error};
+    if (result.data) envelope.data = {*result.data};
+    return encodeJson(envelope, JsonFormat::people);
+  });
 }
 
 }  // namespace
 
-std::string toolResultMembers(LocalControlResponse response, ProtocolRevision revision,
-                              std::size_t largestInlinePicture) {
-  if (response.data) writeDatesForPeople(*response.data);
-  const auto envelope = encodeJson(response);
-  std::string members(R"("content":[{"type":"text","text":)");
-  members.append(encodeJson(envelope)).append("}");
-  members.append(pictureContent(response, revision, largestInlinePicture)).append("]");
-  if (hasStructuredContent(revision)) members.append(R"(,"structuredContent":)").append(envelope);
-  return members.append(R"(,"isError":)").append(response.ok ? "false" : "true");
+void writeToolResult(JsonWriter& writer, ToolName tool, const BridgeAnswer& answer, ProtocolRevision revision,
+                     std::size_t largestInlinePicture) {
+  const auto envelope = envelopeOf(tool, answer.result);
+  writer.key("content");
+  writer.beginArray();
+  writer.beginObject();
+  writeMember(writer, "type", "text");
+  writeMember(writer, "text", envelope);
+  writer.endObject();
+  if (const auto path = picturePath(answer)) {
+    if (const auto picture = readPicture(*path, largestInlinePicture)) {
+      writePicture(writer, *path, *picture, revision);
+    }
+  }
+  writer.endArray();
+  if (hasStructuredContent(revision)) {
+    writer.key("structuredContent");
+    writer.raw(envelope);
+  }
+  writeMember(writer, "isError", !answer.result.ok);
 }
 
 }  // namespace velmora

@@ -2,18 +2,18 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 
-#include "LocalControl/LocalControlMessages.h"
+#include "BridgeModels/Json/JsonWriter.h"
+#include "VelmoraHelper/Bridge/BridgeMessages.h"
 #include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
 
-/// The members of a tool call's result, as JSON text without the brackets around them: the answer's envelope
-/// as text and, where the revision has it, as structured content; of a capture, the picture as a link and,
-/// when the file has at most `largestInlinePicture` bytes, inline.
-/// Dates of the payload are written for people (DatesForPeople.h).
-std::string toolResultMembers(LocalControlResponse response, ProtocolRevision revision,
-                              std::size_t largestInlinePicture);
+/// Writes the members of a tool call's result into the object that the caller has begun: the answer's
+/// envelope as text and, where the revision has it, as structured content; of a capture, the picture as a
+/// link and, when the file has at most `largestInlinePicture` bytes, inline. The payload's dates are written
+/// for people, and what it holds beyond the tool's payload is passed on.
+void writeToolResult(JsonWriter& writer, ToolName tool, const BridgeAnswer& answer, ProtocolRevision revision,
+                     std::size_t largestInlinePicture);
 
 }  // namespace velmora

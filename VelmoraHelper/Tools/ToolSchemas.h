@@ -35,14 +35,14 @@ void writeField(JsonWriter& writer) {
   writer.beginObject();
   writeSchemaType<ValueOf<Field>>(writer);
   if (rule.range) {
-    writeSchemaMember(writer, "minimum", rule.range->minimum);
-    writeSchemaMember(writer, "maximum", rule.range->maximum);
+    writeMember(writer, "minimum", rule.range->minimum);
+    writeMember(writer, "maximum", rule.range->maximum);
   }
-  if (rule.minimumLength) writeSchemaMember(writer, "minLength", *rule.minimumLength);
+  if (rule.minimumLength) writeMember(writer, "minLength", *rule.minimumLength);
   if constexpr (takesDefault<Input>(Member::pointer)) {
-    writeSchemaMember(writer, "default", Input{}.*Member::pointer);
+    writeMember(writer, "default", Input{}.*Member::pointer);
   }
-  writeSchemaMember(writer, "description", rule.description);
+  writeMember(writer, "description", rule.description);
   writer.endObject();
 }
 
@@ -74,9 +74,9 @@ void writeFields(JsonWriter& writer, List<Member...>) {
 template <class Input>
 void writeInputSchema(JsonWriter& writer) {
   writer.beginObject();
-  writeSchemaMember(writer, "type", "object");
+  writeMember(writer, "type", "object");
   detail::writeFields<Input>(writer, MembersOf<Input>{});
-  writeSchemaMember(writer, "additionalProperties", false);
+  writeMember(writer, "additionalProperties", false);
   writer.endObject();
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
+#include "tests/VelmoraHelper/BridgeRecords.h"
 #include "tests/VelmoraHelper/FakeApplication.h"
 
 namespace velmora {
@@ -25,10 +26,10 @@ LocalControlRequest command(const std::string& text, const std::string& target =
 
 class BridgeCallsTest : public ::testing::Test {
  protected:
-  BridgeCalls::Id start(LocalControlRequest toSend) {
+  BridgeCalls::Id start(const LocalControlRequest& toSend) {
     return calls.start(
-        std::move(toSend), [this](LocalControlResponse response) { done.push_back(std::move(response)); },
-        now);
+        testing::bridgeRequest(toSend),
+        [this](const BridgeAnswer& answer) { done.push_back(testing::recordOf(answer)); }, now);
   }
 
   std::vector<std::string> commandsThatArrive() {
@@ -324,8 +325,8 @@ TEST_F(BridgeCallsTest, PutsAnAnswerTogetherThatArrivesByteByByte) {
 
 TEST_F(BridgeCallsTest, ACallStartedByTheEndOfAnotherRunsToo) {
   calls.start(
-      request(ToolName::status),
-      [this](const LocalControlResponse&) { start(request(ToolName::listSessions)); }, now);
+      testing::bridgeRequest(request(ToolName::status)),
+      [this](const BridgeAnswer&) { start(request(ToolName::listSessions)); }, now);
   calls.advance(now);
   FakeApplication::answer(application.receiveOne(), {.ok = true});
   calls.advance(now);

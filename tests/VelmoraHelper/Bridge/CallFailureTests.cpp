@@ -2,44 +2,24 @@
 
 #include <cerrno>
 
-#include "BridgeModels/Json/JsonReader.h"
-#include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketError.h"
-#include "VelmoraHelper/Bridge/ToolCaller.h"
+#include "VelmoraHelper/Bridge/CallFailure.h"
+#include "tests/VelmoraHelper/BridgeRecords.h"
 
 namespace velmora {
 namespace {
 
 const Uuid id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
-const LocalClientInput client{.name = "tester", .version = "2", .processId = 42};
 
 // The answer to a call of `tool` when the application cannot be asked because of `failure`.
 template <class Failure>
 LocalControlResponse answerWhen(ToolName tool, Failure failure, JSONObject arguments = {}) {
-  const ToolCaller caller([&](const LocalControlRequest&) -> LocalControlResponse { throw failure; },
-                          [] { return id; });
-  return caller.call(tool, std::move(arguments), client);
+  const auto request =
+      testing::bridgeRequest({.requestId = id, .operation = tool, .arguments = std::move(arguments)});
+  return testing::recordOf(answerToFailure(request, std::make_exception_ptr(failure)));
 }
 
-TEST(ToolCaller, SendsTheCallAsOneRequestAndReturnsTheAnswerUnchanged) {
-  LocalControlRequest sent;
-  const LocalControlResponse answered{.requestId = id, .ok = true, .data = JSONObject{{"a", 1}}};
-  const ToolCaller caller(
-      [&](const LocalControlRequest& request) {
-        sent = request;
-        return answered;
-      },
-      [] { return id; });
-  EXPECT_EQ(caller.call(ToolName::sendKey, {{"key", "home"}}, client), answered);
-  const LocalControlRequest expected{.protocolVersion = 1,
-                                     .requestId = id,
-                                     .client = client,
-                                     .operation = ToolName::sendKey,
-                                     .arguments = {{"key", "home"}}};
-  EXPECT_EQ(sent, expected);
-}
-
-TEST(ToolCaller, SaysThatVelmoraIsNotRunningWhenNothingListens) {
+TEST(CallFailure, SaysThatVelmoraIsNotRunningWhenNothingListens) {
   for (const int code : {ENOENT, ECONNREFUSED}) {
     const auto response = answerWhen(ToolName::sendCommand, UnixSocketError::system("connect", code));
     const StructuredError expected{
@@ -52,7 +32,7 @@ TEST(ToolCaller, SaysThatVelmoraIsNotRunningWhenNothingListens) {
   }
 }
 
-TEST(ToolCaller, NamesTheReasonWhenTheSocketCannotBeReachedOtherwise) {
+TEST(CallFailure, NamesTheReasonWhenTheSocketCannotBeReachedOtherwise) {
   const auto response = answerWhen(ToolName::status, UnixSocketError::system("connect", ENOTSOCK));
   EXPECT_EQ(response.error->code, ErrorCode::bridgeUnavailable);
   EXPECT_EQ(response.error->message,
@@ -61,7 +41,7 @@ TEST(ToolCaller, NamesTheReasonWhenTheSocketCannotBeReachedOtherwise) {
   EXPECT_EQ(crowded.error->message, "Velmora is running but accepts no more connections.");
 }
 
-TEST(ToolCaller, RefusesAnUnsafeSocketAndAnotherUsersApplication) {
+TEST(CallFailure, RefusesAnUnsafeSocketAndAnotherUsersApplication) {
   const auto unsafe = answerWhen(ToolName::status, UnixSocketError::unsafeEndpoint());
   EXPECT_EQ(unsafe.error->code, ErrorCode::bridgeUnavailable);
   EXPECT_NE(unsafe.error->message.find("not safe"), std::string::npos);
@@ -75,7 +55,7 @@ TEST(ToolCaller, RefusesAnUnsafeSocketAndAnotherUsersApplication) {
   }
 }
 
-TEST(ToolCaller, SaysThatTheOutcomeOfAChangingCallIsUnknownWhenTheConnectionBreaks) {
+TEST(CallFailure, SaysThatTheOutcomeOfAChangingCallIsUnknownWhenTheConnectionBreaks) {
   for (const auto& failure : {UnixSocketError::disconnected(), UnixSocketError::system("write", EPIPE)}) {
     for (const auto tool :
          {ToolName::createSession, ToolName::sendCommand, ToolName::sendKey, ToolName::focusSession}) {
@@ -92,13 +72,13 @@ TEST(ToolCaller, SaysThatTheOutcomeOfAChangingCallIsUnknownWhenTheConnectionBrea
   }
 }
 
-TEST(ToolCaller, LeavesTheOutcomeOutWhenAReadingCallIsCutOff) {
+TEST(CallFailure, LeavesTheOutcomeOutWhenAReadingCallIsCutOff) {
   const auto response = answerWhen(ToolName::readOutput, UnixSocketError::disconnected());
   EXPECT_EQ(response.error->message, "Velmora closed the connection before it answered.");
   EXPECT_EQ(response.error->recoverySuggestion, "Open Velmora (or start velmora-headless), then retry.");
 }
 
-TEST(ToolCaller, ReportsAnAnswerThatCannotBeRead) {
+TEST(CallFailure, ReportsAnAnswerThatCannotBeRead) {
   const auto frame =
       answerWhen(ToolName::status, LocalControlCodecError(LocalControlCodecError::invalidFrame));
   EXPECT_EQ(frame.error->message, "Velmora's answer could not be read.");
@@ -110,7 +90,7 @@ TEST(ToolCaller, ReportsAnAnswerThatCannotBeRead) {
   EXPECT_EQ(large.error->code, ErrorCode::bridgeUnavailable);
 }
 
-TEST(ToolCaller, BlamesTheArgumentsWhenTheyDoNotFitARequest) {
+TEST(CallFailure, BlamesTheArgumentsWhenTheyDoNotFitARequest) {
   const std::string command(LocalControlCodec::maximumPayloadSize, 'x');
   const auto response =
       answerWhen(ToolName::sendCommand, LocalControlCodecError(LocalControlCodecError::frameTooLarge),
@@ -120,7 +100,7 @@ TEST(ToolCaller, BlamesTheArgumentsWhenTheyDoNotFitARequest) {
   EXPECT_FALSE(response.error->retryable);
 }
 
-TEST(ToolCaller, PassesOnWhatIsNoFailureOfTheChannel) {
+TEST(CallFailure, PassesOnWhatIsNoFailureOfTheChannel) {
   EXPECT_THROW(answerWhen(ToolName::status, std::bad_alloc()), std::bad_alloc);
 }
 

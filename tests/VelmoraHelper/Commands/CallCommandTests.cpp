@@ -1,5 +1,4 @@
 #include "VelmoraHelper/Commands/CallCommand.h"
-#include "VelmoraHelper/Commands/Deadline.h"
 #include "tests/VelmoraHelper/Commands/CommandFixture.h"
 
 namespace velmora {
@@ -88,7 +87,9 @@ TEST_F(CallCommand, SaysThatTheApplicationIsAbsent) {
 }
 
 TEST_F(CallCommand, GivesUpOnAnApplicationThatHangs) {
-  answer = [this](const auto&) -> LocalControlResponse { throw DeadlinePassed(deadlines.back()); };
+  answer = [this](const auto&) {
+    return testing::recordOf(answerToSilence(testing::bridgeRequest(requests.back()), deadlines.back()));
+  };
   EXPECT_EQ(call("terminal_status"), ExitStatus::failure);
   EXPECT_THAT(err.str(),
               StartsWith("velmora: Velmora did not answer within 60 seconds. (BRIDGE_UNAVAILABLE)\n"));

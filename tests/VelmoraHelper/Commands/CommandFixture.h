@@ -6,11 +6,10 @@
 #include <filesystem>
 #include <sstream>
 
-#include "BridgeModels/Json/JsonEncoding.h"
-#include "BridgeModels/Json/JsonReader.h"
-#include "BridgeModels/ToolPayloads.h"
 #include "LocalControl/UnixSocketError.h"
+#include "VelmoraHelper/Bridge/CallFailure.h"
 #include "VelmoraHelper/Commands/CommandContext.h"
+#include "tests/VelmoraHelper/BridgeRecords.h"
 
 namespace velmora::testing {
 
@@ -24,11 +23,11 @@ class CommandFixture : public ::testing::Test {
             .program = program,
             .socketURL = socketURL,
             .connect = [this] { connect(); },
-            .bridge =
-                [this](const LocalControlRequest& request, std::chrono::milliseconds deadline) {
-                  requests.push_back(request);
+            .call =
+                [this](const BridgeRequest& request, std::chrono::seconds deadline) {
+                  requests.push_back(recordOf(request));
                   deadlines.push_back(deadline);
-                  return answer(request);
+                  return answerTo(request);
                 },
             .askProgram = [this](const std::vector<std::string>&) { return programAnswer; }};
   }
@@ -57,7 +56,16 @@ class CommandFixture : public ::testing::Test {
   ProgramAnswer programAnswer{
       .end = ProgramAnswer::End::exited, .output = "tmux 3.4\n", .path = "/usr/bin/tmux"};
   std::vector<LocalControlRequest> requests;
-  std::vector<std::chrono::milliseconds> deadlines;
+  std::vector<std::chrono::seconds> deadlines;
+
+ private:
+  BridgeAnswer answerTo(const BridgeRequest& request) {
+    try {
+      return explained(request, bridgeAnswer(answer(requests.back())));
+    } catch (const std::exception&) {
+      return answerToFailure(request, std::current_exception());
+    }
+  }
 };
 
 }  // namespace velmora::testing

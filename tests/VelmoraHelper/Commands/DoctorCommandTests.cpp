@@ -1,4 +1,3 @@
-#include "VelmoraHelper/Commands/Deadline.h"
 #include "VelmoraHelper/Commands/DoctorCommand.h"
 #include "tests/VelmoraHelper/Commands/CommandFixture.h"
 
@@ -81,10 +80,12 @@ TEST_F(DoctorCommand, TellsAnotherUsersApplicationFromNone) {
 }
 
 TEST_F(DoctorCommand, TellsAHangingApplicationFromAnAbsentOne) {
-  connect = [] { throw DeadlinePassed(std::chrono::seconds(5)); };
-  EXPECT_EQ(check("application").finding, "no answer within 5 seconds");
+  connect = [] { throw UnixSocketError::system("connect", EAGAIN); };
+  EXPECT_EQ(check("application").finding, "running, but it accepts no more connections");
   connect = [] {};
-  answer = [](const auto&) -> LocalControlResponse { throw DeadlinePassed(std::chrono::seconds(10)); };
+  answer = [this](const auto&) {
+    return testing::recordOf(answerToSilence(testing::bridgeRequest(requests.back()), deadlines.back()));
+  };
   EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "same user", "! answer"));
   EXPECT_EQ(check("answer").finding, "Velmora did not answer within 10 seconds.");
 }

@@ -101,7 +101,7 @@ TEST_F(StatusCommand, FailsOnAnAnswerOfAnotherVersion) {
 
 TEST_F(StatusCommand, WaitsLittleLongerThanTheApplicationForItsTerminal) {
   printStatus(context());
-  EXPECT_EQ(deadlines, (std::vector<std::chrono::milliseconds>{std::chrono::seconds(10)}));
+  EXPECT_EQ(deadlines, (std::vector<std::chrono::seconds>{std::chrono::seconds(10)}));
 }
 
 }  // namespace

@@ -6,9 +6,11 @@
 namespace velmora {
 namespace {
 
+std::optional<JsonRpcRequest> requestOf(std::string_view text) { return requestIn(parseJsonRpc(text)); }
+
 // The id of a request with the given id text.
 std::string idOf(const std::string& idText) {
-  const auto request = parseJsonRpc(R"({"jsonrpc":"2.0","id": )" + idText + R"( ,"method":"ping"})");
+  const auto request = requestOf(R"({"jsonrpc":"2.0","id": )" + idText + R"( ,"method":"ping"})");
   return request->id.value_or("none");
 }
 
@@ -21,7 +23,7 @@ TEST(JsonRpc, KeepsTheIdExactlyAsItWasWritten) {
 }
 
 TEST(JsonRpc, TakesTheTopLevelIdAmongOthers) {
-  const auto request = parseJsonRpc(
+  const auto request = requestOf(
       R"( { "params" : {"id":1,"a":[{"id":2},"}\"",[]],"b":{}} , "x":"id", "jsonrpc":"2.0","method":"m","id" : 3.0, "y":[] } )");
   EXPECT_EQ(request->id, "3.0");
   EXPECT_EQ(request->method, "m");
@@ -29,23 +31,23 @@ TEST(JsonRpc, TakesTheTopLevelIdAmongOthers) {
 }
 
 TEST(JsonRpc, TakesTheLastOfTwoIds) {
-  const auto request = parseJsonRpc(R"({"id":1,"jsonrpc":"2.0","method":"m","\u0069d":2})");
+  const auto request = requestOf(R"({"id":1,"jsonrpc":"2.0","method":"m","\u0069d":2})");
   EXPECT_EQ(request->id, "2");
 }
 
 TEST(JsonRpc, ARequestWithoutAnIdIsANotification) {
-  const auto request = parseJsonRpc(R"({"jsonrpc":"2.0","method":"notifications/initialized"})");
+  const auto request = requestOf(R"({"jsonrpc":"2.0","method":"notifications/initialized"})");
   ASSERT_TRUE(request);
   EXPECT_EQ(request->id, std::nullopt);
 }
 
 TEST(JsonRpc, AbsentAndNullParamsAreEmpty) {
-  EXPECT_TRUE(parseJsonRpc(R"({"jsonrpc":"2.0","id":1,"method":"m"})")->params.empty());
-  EXPECT_TRUE(parseJsonRpc(R"({"jsonrpc":"2.0","id":1,"method":"m","params":null})")->params.empty());
+  EXPECT_TRUE(requestOf(R"({"jsonrpc":"2.0","id":1,"method":"m"})")->params.empty());
+  EXPECT_TRUE(requestOf(R"({"jsonrpc":"2.0","id":1,"method":"m","params":null})")->params.empty());
 }
 
 TEST(JsonRpc, ANotificationIsNoRequestWhateverItsParamsAre) {
-  const auto notification = parseJsonRpc(R"({"jsonrpc":"2.0","method":"m","params":7})");
+  const auto notification = requestOf(R"({"jsonrpc":"2.0","method":"m","params":7})");
   ASSERT_TRUE(notification);
   EXPECT_EQ(notification->id, std::nullopt);
   EXPECT_TRUE(notification->params.empty());
@@ -57,8 +59,8 @@ TEST(JsonRpc, QuotesWhatTheClientSentWhole) {
 }
 
 TEST(JsonRpc, ResponsesAreNoRequests) {
-  EXPECT_FALSE(parseJsonRpc(R"({"jsonrpc":"2.0","id":1,"result":{}})"));
-  EXPECT_FALSE(parseJsonRpc(R"({"jsonrpc":"2.0","id":null,"error":{"code":1,"message":"m"}})"));
+  EXPECT_FALSE(requestOf(R"({"jsonrpc":"2.0","id":1,"result":{}})"));
+  EXPECT_FALSE(requestOf(R"({"jsonrpc":"2.0","id":null,"error":{"code":1,"message":"m"}})"));
 }
 
 struct Malformed {
@@ -107,7 +109,7 @@ TEST(JsonRpc, RefusesWhatIsNoRequestAndNamesTheIdWhenItIsKnown) {
   for (const auto& row : table) {
     SCOPED_TRACE(row.text);
     try {
-      parseJsonRpc(row.text);
+      requestOf(row.text);
       ADD_FAILURE() << "accepted";
     } catch (const JsonRpcFailure& failure) {
       EXPECT_EQ(failure.code(), row.code);
@@ -120,9 +122,9 @@ TEST(JsonRpc, RefusesWhatIsNoRequestAndNamesTheIdWhenItIsKnown) {
 TEST(JsonRpc, RefusesEveryCutOffMessage) {
   const std::string whole = R"({"jsonrpc":"2.0","id":"a\"b","method":"m","params":{"x":[1.5,true,null]}})";
   for (std::size_t length = 0; length < whole.size(); ++length) {
-    EXPECT_THROW(parseJsonRpc(whole.substr(0, length)), JsonRpcFailure) << length;
+    EXPECT_THROW(requestOf(whole.substr(0, length)), JsonRpcFailure) << length;
   }
-  EXPECT_EQ(parseJsonRpc(whole)->id, "\"a\\\"b\"");
+  EXPECT_EQ(requestOf(whole)->id, "\"a\\\"b\"");
 }
 
 TEST(JsonRpc, AnswersAreOneLineOfJson) {
@@ -142,22 +144,35 @@ TEST(JsonRpc, NamesTheServedRevisionsWhenAnotherIsAskedFor) {
 }
 
 TEST(JsonRpc, CutsABatchIntoItsMessages) {
-  const auto messages = parseBatch(R"( [ {"id":1,"a":[1,"]"]} ,2, "x\"" , [] , {"b":{"c":[{}]}},null ] )");
+  const std::string batch = R"( [ {"id":1,"a":[1,"]"]} ,2, "x\"" , [] , {"b":{"c":[{}]}},null ] )";
+  auto message = parseJsonRpc(batch);
+  const auto messages = batchIn(message);
   ASSERT_TRUE(messages);
-  EXPECT_EQ(*messages, (std::vector<std::string_view>{R"({"id":1,"a":[1,"]"]})", "2", R"("x\"")", "[]",
-                                                      R"({"b":{"c":[{}]}})", "null"}));
-  EXPECT_FALSE(parseBatch(R"({"id":[1]})"));
-  EXPECT_FALSE(parseBatch("x"));
+  std::vector<std::string_view> texts;
+  for (const auto& one : *messages) {
+    EXPECT_EQ(one.document, parseJson(one.text));
+    texts.push_back(one.text);
+  }
+  EXPECT_EQ(texts, (std::vector<std::string_view>{R"({"id":1,"a":[1,"]"]})", "2", R"("x\"")", "[]",
+                                                  R"({"b":{"c":[{}]}})", "null"}));
+  const auto isBatch = [](const std::string& text) {
+    auto whole = parseJsonRpc(text);
+    return batchIn(whole).has_value();
+  };
+  EXPECT_FALSE(isBatch(R"({"id":[1]})"));
   for (const std::string text : {"[", "[1,]", "[] x", "[]", " [ ] ", "[\"\xFF\"]"}) {
-    EXPECT_THROW(parseBatch(text), JsonRpcFailure) << text;
+    EXPECT_THROW(isBatch(text), JsonRpcFailure) << text;
   }
 }
 
 TEST(JsonRpc, IdsAreTheSameHoweverTheyAreWritten) {
-  EXPECT_EQ(jsonRpcIdKeyOf(R"("\u0041\n")"), jsonRpcIdKeyOf(R"("A\u000a")"));
-  EXPECT_EQ(jsonRpcIdKeyOf("7"), jsonRpcIdKey(parseJson("7")));
-  EXPECT_NE(jsonRpcIdKeyOf("7"), jsonRpcIdKeyOf(R"("7")"));
-  EXPECT_NE(jsonRpcIdKeyOf("18446744073709551615"), jsonRpcIdKeyOf("18446744073709551614"));
+  const auto keyOf = [](const std::string& id) {
+    return requestOf(R"({"jsonrpc":"2.0","id":)" + id + R"(,"method":"ping"})")->idKey;
+  };
+  EXPECT_EQ(keyOf(R"("\u0041\n")"), keyOf(R"("A\u000a")"));
+  EXPECT_EQ(keyOf("7"), jsonRpcIdKey(parseJson("7")));
+  EXPECT_NE(keyOf("7"), keyOf(R"("7")"));
+  EXPECT_NE(keyOf("18446744073709551615"), keyOf("18446744073709551614"));
 }
 
 }  // namespace

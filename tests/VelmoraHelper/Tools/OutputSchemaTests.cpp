@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "BridgeModels/Json/JsonReader.h"
-#include "LocalControl/LocalControlMessages.h"
+#include "BridgeModels/Tools.h"
 #include "VelmoraHelper/Tools/ToolResultJson.h"
 #include "VelmoraHelper/Tools/ToolSchemas.h"
+#include "tests/VelmoraHelper/BridgeRecords.h"
 #include "tests/VelmoraHelper/Tools/SchemaCheck.h"
 
 namespace velmora {
@@ -16,13 +16,27 @@ boost::json::object schema() {
   return parseJson(writer.take()).as_object();
 }
 
+// A tool that answers with such a payload.
+template <class Payload>
+ToolName toolOf() {
+  for (const auto& entry : enumCases<ToolName>) {
+    const bool fits = visitTool(
+        entry.value, []<class Tool>(const Tool&) { return std::is_same_v<typename Tool::Payload, Payload>; });
+    if (fits) return entry.value;
+  }
+  throw std::logic_error("no tool has this payload");
+}
+
 // What a client gets as structured content when the application answers with `payload`.
 template <class Payload>
 boost::json::value contentOf(const Payload& payload) {
-  LocalControlResponse response{.requestId = Uuid::random(), .ok = true};
-  response.data = decodeJson<JSONValue>(encodeJson(payload));
-  const auto members = toolResultMembers(std::move(response), ProtocolRevision::november2025, 0);
-  return parseJson("{" + members + "}").at("structuredContent");
+  const auto answer = testing::bridgeAnswer(
+      {.requestId = Uuid::random(), .ok = true, .data = decodeJson<JSONValue>(encodeJson(payload))});
+  JsonWriter writer(JsonFormat::people);
+  writer.beginObject();
+  writeToolResult(writer, toolOf<Payload>(), answer, ProtocolRevision::november2025, 0);
+  writer.endObject();
+  return parseJson(writer.take()).at("structuredContent");
 }
 
 boost::json::value failure() {
@@ -76,28 +90,6 @@ TEST(OutputSchema, RefusesWhatNoAnswerLooksLike) {
   EXPECT_TRUE(refused([](auto& content) { content["data"].as_object()["source"] = "screen"; }));
   EXPECT_TRUE(refused([](auto& content) { content["data"].as_object()["returnedCharacters"] = 1.5; }));
   EXPECT_FALSE(refused([](auto& content) { content["data"].as_object()["new"] = 1; }));
-}
-
-// Dates are told by their names in the answers; no other member may end so.
-template <class Record, template <class...> class List, class... Member>
-void expectDatesEndInAt(List<Member...>) {
-  const auto check = []<class One>(One) {
-    using Value = ValueOf<detail::FieldOf<Record, One>>;
-    EXPECT_EQ(std::string_view(One::name).ends_with("At"), (std::is_same_v<Value, Date>)) << One::name;
-  };
-  (check(Member{}), ...);
-}
-
-TEST(OutputSchema, TheNameOfEveryDateEndsInAtAndNoOther) {
-  expectDatesEndInAt<BridgeStatus>(MembersOf<BridgeStatus>{});
-  expectDatesEndInAt<ClientIdentity>(MembersOf<ClientIdentity>{});
-  expectDatesEndInAt<StructuredError>(MembersOf<StructuredError>{});
-  expectDatesEndInAt<TerminalSession>(MembersOf<TerminalSession>{});
-  expectDatesEndInAt<CommandPayload>(MembersOf<CommandPayload>{});
-  expectDatesEndInAt<KeyPayload>(MembersOf<KeyPayload>{});
-  expectDatesEndInAt<OutputPayload>(MembersOf<OutputPayload>{});
-  expectDatesEndInAt<CapturePayload>(MembersOf<CapturePayload>{});
-  expectDatesEndInAt<FocusPayload>(MembersOf<FocusPayload>{});
 }
 
 }  // namespace

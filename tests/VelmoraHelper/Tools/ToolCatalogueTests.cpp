@@ -10,7 +10,11 @@ namespace {
 constexpr std::size_t clientTextLimit = 2048;
 
 boost::json::array listedTools(ProtocolRevision revision = ProtocolRevision::july2026) {
-  return parseJson(toolListJson(revision)).at("tools").as_array();
+  JsonWriter writer(JsonFormat::wire);
+  writer.beginObject();
+  writeToolList(writer, revision);
+  writer.endObject();
+  return parseJson(writer.take()).at("tools").as_array();
 }
 
 TEST(ToolCatalogue, ListsTheNineToolsInTheirOrder) {

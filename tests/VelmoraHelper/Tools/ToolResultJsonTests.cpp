@@ -2,10 +2,9 @@
 
 #include <fstream>
 
-#include "BridgeModels/Json/JsonEncoding.h"
-#include "BridgeModels/Json/JsonReader.h"
 #include "VelmoraHelper/Tools/CapturedPicture.h"
 #include "VelmoraHelper/Tools/ToolResultJson.h"
+#include "tests/VelmoraHelper/BridgeRecords.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -13,15 +12,28 @@ namespace {
 
 using enum ProtocolRevision;
 
-boost::json::object resultOf(LocalControlResponse response, ProtocolRevision revision = november2025,
-                             std::size_t largestInlinePicture = 1000) {
-  return parseJson("{" + toolResultMembers(std::move(response), revision, largestInlinePicture) + "}")
-      .as_object();
+boost::json::object resultOf(const LocalControlResponse& response, ProtocolRevision revision = november2025,
+                             std::size_t largestInlinePicture = 1000,
+                             ToolName tool = ToolName::captureScreen) {
+  JsonWriter writer(JsonFormat::people);
+  writer.beginObject();
+  writeToolResult(writer, tool, testing::bridgeAnswer(response), revision, largestInlinePicture);
+  writer.endObject();
+  return parseJson(writer.take()).as_object();
 }
 
 TEST(ToolResultJson, WritesDatesForPeople) {
-  const auto result = resultOf({.ok = true, .data = JSONObject{{"deliveredAt", 0}}});
-  EXPECT_EQ(result.at("structuredContent").at("data").at("deliveredAt"), "2001-01-01T00:00:00.000Z");
+  const auto result = resultOf({.ok = true, .data = JSONObject{{"capturedAt", 0}}});
+  EXPECT_EQ(result.at("structuredContent").at("data").at("capturedAt"), "2001-01-01T00:00:00.000Z");
+}
+
+TEST(ToolResultJson, PassesOnWhatANewerApplicationSays) {
+  const JSONObject session{{"color", "red"}, {"firstSeenAt", 0.5}, {"soldAt", 7}, {"seen", JSONArray{1.5}}};
+  const auto result = resultOf({.ok = true, .data = JSONObject{{"session", session}, {"more", nullptr}}},
+                               november2025, 0, ToolName::createSession);
+  EXPECT_EQ(result.at("structuredContent").at("data"),
+            parseJson(R"({"more":null,"session":{"color":"red","firstSeenAt":"2001-01-01T00:00:00.500Z",
+                          "seen":[1.5],"soldAt":7}})"));
 }
 
 TEST(ToolResultJson, AFailureIsAnErrorThatSaysWhatToDo) {

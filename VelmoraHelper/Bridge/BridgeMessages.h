@@ -1,0 +1,36 @@
+// A tool call on its way to the application, and what comes back of it.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "BridgeModels/Json/JsonPart.h"
+#include "LocalControl/LocalControlMessages.h"
+
+namespace velmora {
+
+/// A call, written once: what is sent and sent again is the same text.
+struct BridgeRequest {
+  /// Throws JsonEncodeError.
+  explicit BridgeRequest(const LocalControlCall<JsonMembers>& call);
+
+  Uuid id;
+  ToolName tool;
+  std::string lane;     ///< The session that it changes, in one spelling; empty for none.
+  std::string payload;  ///< The request as JSON text; it may be longer than a frame can carry.
+};
+
+/// The application's answer, or one of the helper's own when the application could not be asked.
+struct BridgeAnswer {
+  /// An answer of the helper's own: the call failed.
+  BridgeAnswer(const BridgeRequest& request, StructuredError error)
+      : result{.requestId = request.id, .error = std::move(error)} {}
+
+  /// The answer that the frame holds. Throws LocalControlCodecError and JsonDecodeError.
+  explicit BridgeAnswer(std::string_view frame);
+
+  std::shared_ptr<const boost::json::value> document{};  ///< What `result` points into.
+  ToolResult<JsonPart> result{};
+};
+
+}  // namespace velmora
