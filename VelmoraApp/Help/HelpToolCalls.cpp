@@ -4,7 +4,8 @@
 #include <array>
 #include <stdexcept>
 
-#include "BridgeModels/WireNames.h"
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/ToolInputs.h"
 
 namespace velmora {
 
@@ -12,31 +13,33 @@ namespace {
 
 struct ToolCall {
   ToolName tool;
-  std::string_view arguments;
+  void (*writeArguments)(JsonWriter&);
 };
+
+void writeSession(JsonWriter& arguments) { writeMember(arguments, "sessionId", sessionIdPlaceholder); }
 
 // In the order of the sections.
 constexpr auto toolCalls = std::to_array<ToolCall>({
-    {ToolName::status, "{}"},
-    {ToolName::createSession, R"({
-    "kind": "window"
-  })"},
-    {ToolName::sendCommand, R"({
-    "sessionId": "SESSION_ID_FROM_CREATE_RESPONSE",
-    "command": "pwd"
-  })"},
-    {ToolName::sendKey, R"({
-    "sessionId": "SESSION_ID_FROM_CREATE_RESPONSE",
-    "key": "upArrow"
-  })"},
-    {ToolName::readOutput, R"({
-    "sessionId": "SESSION_ID_FROM_CREATE_RESPONSE",
-    "source": "visible",
-    "maxCharacters": 12000
-  })"},
-    {ToolName::focusSession, R"({
-    "sessionId": "SESSION_ID_FROM_CREATE_RESPONSE"
-  })"},
+    {ToolName::status, [](JsonWriter&) {}},
+    {ToolName::createSession,
+     [](JsonWriter& arguments) { writeMember(arguments, "kind", SessionCreationKind::window); }},
+    {ToolName::sendCommand,
+     [](JsonWriter& arguments) {
+       writeSession(arguments);
+       writeMember(arguments, "command", "pwd");
+     }},
+    {ToolName::sendKey,
+     [](JsonWriter& arguments) {
+       writeSession(arguments);
+       writeMember(arguments, "key", TerminalKey::upArrow);
+     }},
+    {ToolName::readOutput,
+     [](JsonWriter& arguments) {
+       writeSession(arguments);
+       writeMember(arguments, "source", OutputSource::visible);
+       writeMember(arguments, "maxCharacters", 12000);
+     }},
+    {ToolName::focusSession, writeSession},
 });
 
 }  // namespace
@@ -46,8 +49,15 @@ std::string exampleToolCall(ToolName tool) {
                                          [tool](const ToolCall& call) { return call.tool == tool; });
   if (found == toolCalls.end())
     throw std::invalid_argument("no example call of " + std::string(wireName(tool)));
-  return "{\n  \"name\": \"" + std::string(wireName(tool)) +
-         "\",\n  \"arguments\": " + std::string(found->arguments) + "\n}";
+  JsonWriter call(JsonFormat::store);
+  call.beginObject();
+  writeMember(call, "name", wireName(tool));
+  call.key("arguments");
+  call.beginObject();
+  found->writeArguments(call);
+  call.endObject();
+  call.endObject();
+  return call.take();
 }
 
 }  // namespace velmora
