@@ -1,14 +1,19 @@
-// The person's settings for privacy, retention and policy.
+// The user's settings for privacy, retention and policy.
 #pragma once
 
 #include <cstdint>
 
 #include "BridgeModels/BridgeEnums.h"
+#include "BridgeModels/IntegerRange.h"
 #include "BridgeModels/Records.h"
 
 namespace velmora {
 
 struct PrivacyRetentionSettings {
+  static constexpr IntegerRange retentionDaysRange{1, 365};
+  static constexpr IntegerRange maximumRecordCountRange{1, 10000};
+  static constexpr IntegerRange outputPreviewMaxCharactersRange{0, 10000};
+
   bool persistentHistoryEnabled = false;
   bool storeCommandBody = false;
   bool storeOutputPreview = false;
@@ -22,9 +27,14 @@ struct PrivacyRetentionSettings {
   bool menuBarEnabled = true;
   bool launchAtLoginEnabled = false;
 
-  /// Brings every value into its range: retentionDays 1 to 365, maximumRecordCount 1 to 10000,
-  /// outputPreviewMaxCharacters 0 to 10000. Without persistent history nothing sensitive is stored either.
-  void normalize();
+  /// Brings every number into its range. Without persistent history nothing sensitive is stored either.
+  void normalize() {
+    retentionDays = retentionDaysRange.nearest(retentionDays);
+    maximumRecordCount = maximumRecordCountRange.nearest(maximumRecordCount);
+    outputPreviewMaxCharacters = outputPreviewMaxCharactersRange.nearest(outputPreviewMaxCharacters);
+    storeCommandBody = storeCommandBody && persistentHistoryEnabled;
+    storeOutputPreview = storeOutputPreview && persistentHistoryEnabled;
+  }
 
   bool operator==(const PrivacyRetentionSettings&) const = default;
 };

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "BridgeModels/BridgeEnums.h"
+#include "BridgeModels/IntegerRange.h"
 #include "BridgeModels/Records.h"
 #include "BridgeModels/Uuid.h"
 
@@ -24,14 +25,6 @@ class ToolValidationError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
   std::string message() const { return what(); }
-};
-
-/// Inclusive at both ends.
-struct IntegerRange {
-  std::int64_t minimum;
-  std::int64_t maximum;
-
-  constexpr bool contains(std::int64_t value) const { return value >= minimum && value <= maximum; }
 };
 
 /// The input of tools that take no arguments.
