@@ -11,6 +11,13 @@ constexpr bool isFailure(ErrorCode code) {
   return code == ErrorCode::appleScriptExecutionFailed || code == ErrorCode::internalError;
 }
 
+// What is wrong with the terminal or a store, and not with the call.
+constexpr bool isTrouble(ErrorCode code) {
+  return isFailure(code) || code == ErrorCode::terminalNotAvailable ||
+         code == ErrorCode::automationPermissionDenied || code == ErrorCode::outputUnavailable ||
+         code == ErrorCode::screenCaptureUnavailable || code == ErrorCode::historyStorageFailed;
+}
+
 }  // namespace
 
 /// Who asked for what.
@@ -39,7 +46,7 @@ struct BridgeCoordinator::Answer {
 BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                                      BridgeOperationState& operationState, RequestRecorder& recorder,
                                      PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
-                                     const Clock& now)
+                                     const Clock& now, Log log)
     : registry_(registry),
       operationState_(operationState),
       statusService_(automation, operationState, registry, now, statusDeadline),
@@ -52,7 +59,8 @@ BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegi
       recorder_(recorder),
       settingsStore_(settingsStore),
       historyStore_(historyStore),
-      now_(now) {}
+      now_(now),
+      log_(std::move(log)) {}
 
 ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId,
                                                     const ClientIdentitySummary& client) {
@@ -124,6 +132,61 @@ ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId,
   });
 }
 
+LocalStateProblems BridgeCoordinator::loadLocalState() {
+  const MutexLock order(settingsOrder_);
+  LocalStateProblems problems;
+  try {
+    settingsStore_.load();
+  } catch (...) {
+    settingsAreUnreadable_ = true;
+    problems.settings = problemSentence(std::current_exception());
+  }
+  const auto settings = settingsStore_.current();
+  setSessionPolicy(settings.sessionPolicy);
+  if (!settings.persistentHistoryEnabled) return problems;
+  try {
+    recorder_.restore(historyStore_.load());
+  } catch (...) {
+    problems.history = problemSentence(std::current_exception());
+  }
+  return problems;
+}
+
+void BridgeCoordinator::applySettings(const PrivacyRetentionSettings& settings) {
+  const MutexLock order(settingsOrder_);
+  apply(settings);
+}
+
+void BridgeCoordinator::adoptSessionPolicy(SessionPolicy policy) {
+  const MutexLock order(settingsOrder_);
+  setSessionPolicy(policy);
+  auto settings = settingsStore_.load();  // what cannot be read is not replaced
+  settings.sessionPolicy = policy;
+  apply(settings);
+}
+
+void BridgeCoordinator::apply(const PrivacyRetentionSettings& settings) {
+  settingsStore_.save(settings);
+  settingsAreUnreadable_ = false;
+  const auto saved = settingsStore_.current();
+  setSessionPolicy(saved.sessionPolicy);
+  recorder_.scrub(historyStore_, saved);
+}
+
+void BridgeCoordinator::clearHistory() {
+  const MutexLock order(settingsOrder_);
+  recorder_.clear(historyStore_);
+}
+
+void BridgeCoordinator::leaveHistory() {
+  const MutexLock order(settingsOrder_);
+  if (settingsAreUnreadable_) return;
+  const auto settings = settingsStore_.current();
+  if (settings.deleteOnAppExit) return recorder_.clear(historyStore_);
+  if (settings.persistentHistoryEnabled && recorder_.hasUnsavedChanges())
+    recorder_.persist(historyStore_, settings);
+}
+
 void BridgeCoordinator::setPaused(bool paused) {
   operationState_.set(paused ? MCPState::paused : MCPState::active);
 }
@@ -138,8 +201,6 @@ TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission per
                                                            const Uuid& sessionId) {
   return setPermission(permission, sessionId);
 }
-
-void BridgeCoordinator::clearHistory() { recorder_.clear(historyStore_); }
 
 template <class Payload, class Work>
 ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {
@@ -170,15 +231,14 @@ std::optional<SessionReference> BridgeCoordinator::open(const Call& call) {
 
 void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
   const auto traits = toolTraits(call.tool);
-  std::optional<PrivacyRetentionSettings> settings;
   if (traits.sensitive) {
-    settings = settingsStore_.current();
-    recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, *settings);
+    recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, settingsStore_.current());
   }
   const auto status = traits.changesTerminal ? RequestStatus::delivered : RequestStatus::readComplete;
   recorder_.complete(call.requestId, status, outcome.outputCharacterCount, outcome.outputTruncated,
                      std::nullopt);
-  if (settings) recorder_.persist(historyStore_, *settings);
+  if (traits.sensitive) recorder_.persist(historyStore_, settingsStore_);
+  logChange(call, status, nullptr);
 }
 
 StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_ptr& error,
@@ -187,7 +247,21 @@ StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_p
   const auto status = isFailure(mapped.code) ? RequestStatus::failed : RequestStatus::rejected;
   recorder_.complete(call.requestId, status, std::nullopt, std::nullopt, mapped);
   statusService_.note(call.requestId, mapped);
+  logChange(call, status, &mapped);
+  if (isTrouble(mapped.code))
+    log_.warning("calls", std::string(wireName(call.tool)) + " failed: " + mapped.message);
   return mapped;
+}
+
+void BridgeCoordinator::logChange(const Call& call, RequestStatus status,
+                                  const StructuredError* error) const {
+  if (!toolTraits(call.tool).changesTerminal) return;
+  auto line = std::string(wireName(call.tool)) + " by " + quotedForLog(call.client.name);
+  if (call.client.version) line += " " + quotedForLog(*call.client.version);
+  if (call.sessionId) line += ", session " + call.sessionId->toString();
+  line.append(": ").append(wireName(status));
+  if (error != nullptr) line.append(", ").append(wireName(error->code));
+  log_.info("calls", line);
 }
 
 }  // namespace velmora

@@ -1,10 +1,12 @@
 // The single entry point of the bridge core: one operation a tool call. It opens a request record, runs the
 // owning service, closes the record with its outcome, and writes the history after the two operations whose
-// content is sensitive. It decides the order of the steps; the services do the work.
+// content is sensitive. It also knows in which order the user's settings and history are loaded, changed and
+// left at the end. It decides the order of the steps; the services and the stores do the work.
 #pragma once
 
 #include <chrono>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "BridgeCore/BridgeOperationState.h"
@@ -21,6 +23,8 @@
 #include "BridgeCore/TerminalSessionService.h"
 #include "BridgeModels/ToolName.h"
 #include "BridgeModels/ToolPayloads.h"
+#include "System/Log.h"
+#include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {
@@ -28,14 +32,22 @@ namespace velmora {
 /// How long a status request waits for the terminal.
 inline constexpr std::chrono::seconds statusDeadline{5};
 
-/// Thread-safe, and holds no lock of its own: calls of different requests meet only in the monitors it is
-/// built over. What it is given must outlive it. No tool operation throws; a failure travels inside the
-/// result.
+/// What could not be loaded, and why, in a sentence for the user.
+struct LocalStateProblems {
+  std::optional<std::string> settings{};
+  std::optional<std::string> history{};
+};
+
+/// Thread-safe. Tool calls take no lock of its own: those of different requests meet only in the monitors it
+/// is built over. What it is given must outlive it. No tool operation throws; a failure travels inside the
+/// result. The log gets a line for each call that changes something, and one for each failure of the terminal
+/// or a store.
 class BridgeCoordinator {
  public:
   BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                     BridgeOperationState& operationState, RequestRecorder& recorder,
-                    PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now);
+                    PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now,
+                    Log log = {});
 
   // The nine tools. `requestId` is the caller's; `client` is who calls.
   ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);
@@ -55,14 +67,30 @@ class BridgeCoordinator {
   ToolResult<FocusPayload> focusSession(const Uuid& requestId, const ClientIdentitySummary& client,
                                         const SessionTargetInput& input);
 
+  // The user's settings and history. These run one after the other.
+
+  /// Loads the settings and, when the user keeps one, the history. What cannot be read keeps its default and
+  /// stays on disk; nothing is thrown.
+  LocalStateProblems loadLocalState();
+  /// Saves the settings; then the session policy holds, and what they no longer allow to be kept is removed.
+  /// Throws what PrivacySettingsStore::save throws (nothing has changed then), and the storage error of the
+  /// history.
+  void applySettings(const PrivacyRetentionSettings& settings);
+  /// Changes the session policy and nothing else of what is stored. The policy holds even when it cannot be
+  /// saved. Throws what loading and applySettings throw.
+  void adoptSessionPolicy(SessionPolicy policy);
+  /// Empties the recorder, then deletes the history file. Throws the storage error when the file stays.
+  void clearHistory();
+  /// For the end of the run: deletes the history when the settings ask for it, else saves what came since the
+  /// last save when it is kept. Settings that could not be read ask for nothing. Throws the storage error.
+  void leaveHistory();
+
   // For the application. None of these leaves a record.
   void setPaused(bool paused);
   void setSessionPolicy(SessionPolicy policy);
   /// Throws the registry's not found and stale errors.
   TerminalSession setPermission(SessionPermission permission, const Uuid& sessionId);
   TerminalSession changeSessionPermission(SessionPermission permission, const Uuid& sessionId);
-  /// Empties the recorder, then deletes the history file. Throws the storage error when the file stays.
-  void clearHistory();
 
   SessionRegistry& registry() { return registry_; }
   BridgeOperationState& operationState() { return operationState_; }
@@ -89,6 +117,8 @@ class BridgeCoordinator {
   void close(const Call& call, const Outcome& outcome);
   StructuredError fail(const Call& call, const std::exception_ptr& error,
                        const std::optional<SessionReference>& session);
+  void logChange(const Call& call, RequestStatus status, const StructuredError* error) const;
+  void apply(const PrivacyRetentionSettings& settings) VELMORA_REQUIRES(settingsOrder_);
 
   SessionRegistry& registry_;
   BridgeOperationState& operationState_;
@@ -103,6 +133,10 @@ class BridgeCoordinator {
   PrivacySettingsStore& settingsStore_;
   HistoryStore& historyStore_;
   const Clock now_;
+  const Log log_;
+
+  Mutex settingsOrder_;  // held across a whole change, so that policy and files follow the same order
+  bool settingsAreUnreadable_ VELMORA_GUARDED_BY(settingsOrder_) = false;
 };
 
 }  // namespace velmora

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
+#include "BridgeCore/ErrorCatalogue.h"
 #include "BridgeModels/BridgeEnums.h"
-#include "BridgeModels/StructuredError.h"
 #include "System/Mutex.h"
 
 namespace velmora {
@@ -15,12 +15,20 @@ class BridgeOperationState {
  public:
   explicit BridgeOperationState(MCPState value) : value_(value) {}
 
-  MCPState current() const;
-  void set(MCPState value);
+  MCPState current() const {
+    const MutexLock lock(mutex_);
+    return value_;
+  }
+  void set(MCPState value) {
+    const MutexLock lock(mutex_);
+    value_ = value;
+  }
 
   /// Throws the mcpPaused error while paused.
   void requireMutationAllowed(std::string_view operation,
-                              const std::optional<SessionReference>& session) const;
+                              const std::optional<SessionReference>& session) const {
+    if (current() == MCPState::paused) throw catalogue::mcpPaused(operation, session);
+  }
 
  private:
   mutable Mutex mutex_;

@@ -1,4 +1,4 @@
-// May this session be read, may input be sent to it? Also carries the person's permission changes into the
+// May this session be read, may input be sent to it? Also carries the user's permission changes into the
 // registry. It never checks validity: whoever asks has just validated the session.
 #pragma once
 
@@ -13,13 +13,20 @@ class SessionPermissionService {
   explicit SessionPermissionService(SessionRegistry& registry) : registry_(registry) {}
 
   /// Read output, capture the screen: all but blocked sessions.
-  static bool canRead(const TerminalSession& session);
+  static bool canRead(const TerminalSession& session) {
+    return session.permission != SessionPermission::blocked;
+  }
   /// Send commands and keys: managed and allowed sessions only.
-  static bool canSend(const TerminalSession& session);
+  static bool canSend(const TerminalSession& session) {
+    return session.permission == SessionPermission::managed ||
+           session.permission == SessionPermission::allowed;
+  }
   static bool canFocus(const TerminalSession& session) { return canRead(session); }
 
   /// Returns the session as stored afterwards. Throws the registry's not found and stale errors.
-  TerminalSession set(SessionPermission permission, const Uuid& sessionId);
+  TerminalSession set(SessionPermission permission, const Uuid& sessionId) {
+    return registry_.setPermission(permission, sessionId);
+  }
 
  private:
   SessionRegistry& registry_;

@@ -40,4 +40,14 @@ StructuredError StructuredErrorMapper::invalidArgument(const std::string& messag
   return catalogue::invalidArgument(message, operation, session);
 }
 
+std::string problemSentence(const std::exception_ptr& error) {
+  try {
+    std::rethrow_exception(error);
+  } catch (const StructuredError& structured) {
+    return structured.message + " " + structured.recoverySuggestion;
+  } catch (const std::exception& other) {
+    return other.what();
+  }
+}
+
 }  // namespace velmora

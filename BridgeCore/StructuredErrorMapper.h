@@ -1,4 +1,5 @@
-// Turns whatever was thrown into the error that a client receives. Stateless; it never fails.
+// Turns whatever was thrown into the error that a client receives, or into a sentence for the user.
+// Stateless; it never fails.
 #pragma once
 
 #include <exception>
@@ -21,5 +22,9 @@ struct StructuredErrorMapper {
   static StructuredError invalidArgument(const std::string& message, std::string_view operation,
                                          const std::optional<SessionReference>& session);
 };
+
+/// What went wrong, in a sentence for the user: in the words of whoever noticed; of a structured error also
+/// what to do about it.
+std::string problemSentence(const std::exception_ptr& error);
 
 }  // namespace velmora

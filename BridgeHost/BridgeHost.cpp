@@ -1,9 +1,7 @@
 #include "BridgeHost/BridgeHost.h"
 
-#include <spdlog/spdlog.h>
-
-#include "BridgeCore/HistoryStore/ApplicationSupportDirectory.h"
-#include "BridgeHost/ProblemSentence.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
+#include "BridgeCore/StructuredErrorMapper.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "TerminalAutomation/Unavailable/UnavailableTerminalAutomation.h"
@@ -23,9 +21,14 @@ bool isAnswering(const std::filesystem::path& socketURL) {
 
 // Another bridge that serves there keeps its socket.
 std::unique_ptr<LocalControlServer> serverAt(const std::filesystem::path& socketURL,
-                                             LocalControlHandler handler) {
-  if (isAnswering(socketURL)) throw std::runtime_error("Velmora is already running there");
-  return std::make_unique<LocalControlServer>(std::move(handler), socketURL);
+                                             LocalControlHandler handler, const BridgeHostOptions& options) {
+  try {
+    if (isAnswering(socketURL)) throw std::runtime_error("Velmora is already running there");
+    return std::make_unique<LocalControlServer>(std::move(handler), socketURL, options.log,
+                                                options.acceptingEnded);
+  } catch (const UnixSocketError& error) {
+    throw std::runtime_error(error.inWords());
+  }
 }
 
 std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
@@ -33,7 +36,8 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
   try {
     return options.makeTerminal(temporaryDirectory);
   } catch (...) {
-    spdlog::error("the terminal adapter could not be made: {}", problemSentence(std::current_exception()));
+    options.log.error("terminal",
+                      "the adapter could not be made: " + problemSentence(std::current_exception()));
     return std::make_unique<UnavailableTerminalAutomation>();
   }
 }
@@ -42,45 +46,30 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
 
 BridgeHost::BridgeHost(const BridgeHostOptions& options)
     : socketURL_(UnixSocketEndpoint::defaultURL(options.environment)),
+      log_(options.log),
       terminal_(terminalOf(options, socketURL_.parent_path().parent_path())),
       registry_(options.uuid(), options.uuid),
       operationState_(MCPState::active),
       recorder_(options.now),
-      historyStore_(files_, defaultHistoryFile(options.environment)),
-      settingsStore_(files_, defaultSettingsFile(options.environment), PrivacyRetentionSettings{}),
+      historyStore_(files_, defaultHistoryFile(options.environment), log_),
+      settingsStore_(files_, defaultSettingsFile(options.environment), PrivacyRetentionSettings{}, log_),
       coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
-                   options.now),
+                   options.now, log_),
       router_(coordinator_) {
   try {
-    localServer_ = serverAt(socketURL_, [this](std::string_view request) { return router_.answer(request); });
-  } catch (const std::exception&) {
-    serverProblem_ = problemSentence(std::current_exception());
+    localServer_ = serverAt(
+        socketURL_, [this](std::string_view request) { return router_.answer(request); }, options);
+  } catch (const std::exception& error) {
+    serverProblem_ = error.what();
   }
 }
 
 BridgeHost::~BridgeHost() { endServing(); }
 
-LocalStateProblems BridgeHost::loadLocalState() {
-  LocalStateProblems problems;
-  try {
-    settingsStore_.load();
-  } catch (...) {
-    settingsAreUnreadable_ = true;
-    problems.settings = problemSentence(std::current_exception());
-  }
-  const auto settings = settingsStore_.current();
-  coordinator_.setSessionPolicy(settings.sessionPolicy);
-  if (!settings.persistentHistoryEnabled) return problems;
-  try {
-    recorder_.prepend(historyStore_.load());
-  } catch (...) {
-    problems.history = problemSentence(std::current_exception());
-  }
-  return problems;
-}
-
 void BridgeHost::startServing() {
-  if (localServer_) localServer_->start();
+  if (!localServer_) return;
+  localServer_->start();
+  log_.info("socket", "serving at " + socketURL_.string());
 }
 
 void BridgeHost::endServing() noexcept {
@@ -91,12 +80,10 @@ void BridgeHost::endServing() noexcept {
 
 void BridgeHost::prepareForTermination() {
   endServing();  // first, so that no request writes the history again
-  // Unreadable settings may say that the history is to be kept.
-  if (settingsAreUnreadable_ || !settingsStore_.current().deleteOnAppExit) return;
   try {
-    recorder_.clear(historyStore_);
+    coordinator_.leaveHistory();
   } catch (const StructuredError& error) {
-    spdlog::warn("{}", error.message);
+    log_.warning("history", error.message);
   }
 }
 

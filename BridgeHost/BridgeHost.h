@@ -6,14 +6,13 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
-#include <vector>
 
 #include "BridgeCore/BridgeCoordinator.h"
 #include "LocalControl/LocalControlRouter.h"
 #include "LocalControl/LocalControlServer.h"
 #include "System/Environment.h"
+#include "System/Log.h"
 
 namespace velmora {
 
@@ -23,34 +22,27 @@ struct BridgeHostOptions {
   /// adapter takes its place, so that the bridge still starts and says what is wrong.
   std::function<std::unique_ptr<TerminalAutomating>(const std::filesystem::path& temporaryDirectory)>
       makeTerminal{};
+  /// Hears why the server accepts no more although nobody asked it to stop. Absent: nobody listens.
+  AcceptingEnded acceptingEnded{};
+  Log log{};
   Clock now = Date::now;
   UuidSource uuid = Uuid::random;
 };
 
-/// What could not be loaded, and why, in a sentence.
-struct LocalStateProblems {
-  std::optional<std::string> settings{};
-  std::optional<std::string> history{};
-};
-
 /// Belongs to one thread at a time, except for what its accessors hand out. The socket listens from
-/// construction on and clients wait there; they are served once the local state is loaded, so that no request
-/// runs under settings that are not the person's. Destruction ends the server first.
+/// construction on and clients wait there; serving is to start once the coordinator has loaded the local
+/// state, so that no request runs under settings that are not the user's. Destruction ends the server first.
 class BridgeHost {
  public:
   /// Throws std::runtime_error when the environment names no place for the settings.
   explicit BridgeHost(const BridgeHostOptions& options);
   ~BridgeHost();
 
-  /// Loads the settings and, when the person keeps one, the history. What cannot be read keeps its default
-  /// and stays on disk; nothing is thrown.
-  LocalStateProblems loadLocalState();
-
   /// Starts to serve, if the server could be made.
   void startServing();
 
-  /// Ends the server and deletes the history when the settings ask for it (settings that could not be read
-  /// ask for nothing). Requests under way are answered; the terminal's part in them is cut short.
+  /// Ends the server, then deletes the history or saves the end of it as the settings ask. Requests under way
+  /// are answered; the terminal's part in them is cut short.
   void prepareForTermination();
 
   BridgeCoordinator& coordinator() { return coordinator_; }
@@ -65,6 +57,7 @@ class BridgeHost {
   void endServing() noexcept;
 
   const std::filesystem::path socketURL_;
+  const Log log_;
   PosixFileSystem files_;
   std::unique_ptr<TerminalAutomating> terminal_;
   SessionRegistry registry_;
@@ -74,7 +67,6 @@ class BridgeHost {
   PrivacySettingsStore settingsStore_;
   BridgeCoordinator coordinator_;
   LocalControlRouter router_;
-  bool settingsAreUnreadable_ = false;
   std::string serverProblem_;
   std::unique_ptr<LocalControlServer> localServer_;
 };

@@ -38,7 +38,7 @@ int serve(const sigset_t& signals) {
     spdlog::error("The socket {} could not be made: {}.", host.socketURL().string(), host.serverProblem());
     return EXIT_FAILURE;
   }
-  const auto problems = host.loadLocalState();
+  const auto problems = host.coordinator().loadLocalState();
   if (problems.settings) {
     // The defaults would open more than the person may have allowed, and delete a history that they may keep.
     spdlog::error("The settings in {} could not be loaded: {}. Mend the file or remove it.",

@@ -6,8 +6,6 @@
 #include <exception>
 #include <system_error>
 
-#include "BridgeCore/HistoryStore/EnsureDirectory.h"
-#include "BridgeCore/HistoryStore/StorageError.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Text.h"
@@ -39,8 +37,8 @@ void removeWhatMayNotBeStored(MCPRequestRecord& record, const PrivacyRetentionSe
 
 }  // namespace
 
-HistoryStore::HistoryStore(FileSystem& files, std::filesystem::path file)
-    : files_(files), file_(std::move(file)) {}
+HistoryStore::HistoryStore(FileSystem& files, std::filesystem::path file, Log log)
+    : files_(files), file_(std::move(file)), log_(std::move(log)) {}
 
 std::vector<MCPRequestRecord> HistoryStore::load() {
   const MutexLock lock(mutex_);
@@ -50,11 +48,12 @@ std::vector<MCPRequestRecord> HistoryStore::load() {
   auto document = [&] {
     try {
       return decodeJson<HistoryDocument>(files_.read(file_), JsonFormat::store);
-    } catch (const std::exception&) {
-      throw storageError(StorageFailure::historyUnreadable);
+    } catch (const std::exception& error) {
+      throw failed(StorageFailure::historyUnreadable, error.what());
     }
   }();
-  if (document.schemaVersion != supportedSchema) throw storageError(StorageFailure::historySchema);
+  if (document.schemaVersion != supportedSchema)
+    throw failed(StorageFailure::historySchema, "schema " + std::to_string(document.schemaVersion));
   fileIsUnreadable_ = false;
   return std::move(document.records);
 }
@@ -65,13 +64,13 @@ void HistoryStore::save(std::vector<MCPRequestRecord> records, const PrivacyRete
   try {
     for (auto& record : records) removeWhatMayNotBeStored(record, settings);
     write(records);
-  } catch (const std::exception&) {
-    throw storageError(StorageFailure::historyUnsaved);
+  } catch (const std::exception& error) {
+    throw failed(StorageFailure::historyUnsaved, error.what());
   }
   try {
     files_.setMode(file_, S_IRUSR | S_IWUSR);
-  } catch (const std::system_error&) {
-    throw storageError(StorageFailure::historyPermissions);
+  } catch (const std::system_error& error) {
+    throw failed(StorageFailure::historyPermissions, error.what());
   }
 }
 
@@ -85,7 +84,12 @@ void HistoryStore::write(const std::vector<MCPRequestRecord>& records) {
 
 void HistoryStore::delete_() {
   const MutexLock lock(mutex_);
-  delete_(files_, file_);
+  try {
+    delete_(files_, file_);
+  } catch (const StructuredError& error) {
+    log_.warning("history", file_.string() + ": " + error.message);
+    throw;
+  }
   fileIsUnreadable_ = false;
 }
 
@@ -97,6 +101,12 @@ void HistoryStore::delete_(FileSystem& files, const std::filesystem::path& file)
   } catch (const std::system_error&) {
     throw storageError(StorageFailure::historyUndeleted);
   }
+}
+
+StructuredError HistoryStore::failed(StorageFailure failure, const std::string& cause) const {
+  auto error = storageError(failure);
+  log_.warning("history", file_.string() + ": " + error.message + " (" + cause + ")");
+  return error;
 }
 
 std::filesystem::path HistoryStore::placeOfUnreadable(const std::filesystem::path& file) {

@@ -1,23 +1,27 @@
-// Keeps the request history in one JSON file, when the person wants it kept, and removes from it what the
+// Keeps the request history in one JSON file, when the user wants it kept, and removes from it what the
 // settings do not allow to be stored.
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <vector>
 
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "BridgeModels/MCPRequestRecord.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
 #include "System/FileSystem.h"
+#include "System/Log.h"
 #include "System/Mutex.h"
 
 namespace velmora {
 
 /// A monitor: every operation is atomic, file access included, so a save and a deletion never interleave.
-/// Failures are storage errors (StructuredError). A failed save leaves the previous file as it was.
+/// Failures are storage errors (StructuredError), whose cause goes to the log. A failed save leaves the
+/// previous file as it was.
 class HistoryStore {
  public:
   /// No file is touched.
-  HistoryStore(FileSystem& files, std::filesystem::path file);
+  HistoryStore(FileSystem& files, std::filesystem::path file, Log log = {});
 
   const std::filesystem::path& fileURL() const { return file_; }
 
@@ -39,9 +43,11 @@ class HistoryStore {
 
  private:
   void write(const std::vector<MCPRequestRecord>& records) VELMORA_REQUIRES(mutex_);
+  StructuredError failed(StorageFailure failure, const std::string& cause) const;
 
   FileSystem& files_;
   const std::filesystem::path file_;
+  const Log log_;
   Mutex mutex_;
   bool fileIsUnreadable_ VELMORA_GUARDED_BY(mutex_) = false;
 };

@@ -2,11 +2,16 @@
 
 #include <sys/stat.h>
 
+#include <boost/mp11/algorithm.hpp>
 #include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <type_traits>
+#include <vector>
 
-#include "BridgeCore/HistoryStore/EnsureDirectory.h"
-#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "System/StagedFile.h"
@@ -23,11 +28,34 @@ struct SettingsDocument {
 };
 BOOST_DESCRIBE_STRUCT(SettingsDocument, (), (schemaVersion, settings))
 
+// Keys that no setting has, and numbers that count as others.
+std::vector<std::string> oddities(std::string_view text, const PrivacyRetentionSettings& stated,
+                                  const PrivacyRetentionSettings& held) {
+  std::vector<std::string> found;
+  std::set<std::string_view> known;
+  boost::mp11::mp_for_each<MembersOf<PrivacyRetentionSettings>>([&](auto member) {
+    known.insert(member.name);
+    if constexpr (std::is_same_v<decltype(member.pointer), std::int64_t PrivacyRetentionSettings::*const>) {
+      const auto is = stated.*member.pointer;
+      const auto counts = held.*member.pointer;
+      if (is != counts)
+        found.push_back(std::string(member.name) + " is " + std::to_string(is) + "; " +
+                        std::to_string(counts) + " holds");
+    }
+  });
+  const auto document = parseJson(text);
+  for (const auto& setting : document.as_object().at("settings").as_object()) {
+    const std::string key(setting.key());
+    if (!known.contains(key)) found.push_back("no setting is called " + quotedForLog(key));
+  }
+  return found;
+}
+
 }  // namespace
 
 PrivacySettingsStore::PrivacySettingsStore(FileSystem& files, std::filesystem::path file,
-                                           const PrivacyRetentionSettings& initial)
-    : files_(files), file_(std::move(file)), settings_(initial) {}
+                                           const PrivacyRetentionSettings& initial, Log log)
+    : files_(files), file_(std::move(file)), log_(std::move(log)), settings_(initial) {}
 
 PrivacyRetentionSettings PrivacySettingsStore::current() const {
   const MutexLock lock(mutex_);
@@ -37,11 +65,26 @@ PrivacyRetentionSettings PrivacySettingsStore::current() const {
 PrivacyRetentionSettings PrivacySettingsStore::load() {
   const MutexLock lock(mutex_);
   if (!files_.exists(file_)) return settings_;
-  auto document = decodeJson<SettingsDocument>(files_.read(file_), JsonFormat::store);
+  try {
+    return settings_ = read();
+  } catch (const StructuredError& error) {
+    log_.error("settings", file_.string() + ": " + error.message);
+    throw;
+  } catch (const std::exception& error) {
+    log_.error("settings", file_.string() + ": " + error.what());
+    throw;
+  }
+}
+
+PrivacyRetentionSettings PrivacySettingsStore::read() const {
+  const auto text = files_.read(file_);
+  const auto document = decodeJson<SettingsDocument>(text, JsonFormat::store);
   if (document.schemaVersion != supportedSchema) throw storageError(StorageFailure::settingsSchema);
-  document.settings.normalize();
-  settings_ = document.settings;
-  return settings_;
+  auto settings = document.settings;
+  settings.normalize();
+  for (const auto& oddity : oddities(text, document.settings, settings))
+    log_.warning("settings", file_.string() + ": " + oddity);
+  return settings;
 }
 
 void PrivacySettingsStore::save(PrivacyRetentionSettings settings) {

@@ -1,5 +1,7 @@
 #include "BridgeCore/HistoryStore/RequestRecorder.h"
 
+#include <algorithm>
+
 #include "BridgeCore/HistoryStore/HistoryQuery.h"
 #include "BridgeModels/Text.h"
 
@@ -17,7 +19,8 @@ std::int64_t millisecondsBetween(Date start, Date end) {
 
 // Turns oldest first into newest first and back. Files keep whole seconds only, so sorting by time would mix
 // up the records of a second.
-std::vector<MCPRequestRecord> reversed(const std::vector<MCPRequestRecord>& records) {
+template <class Records>
+std::vector<MCPRequestRecord> reversed(const Records& records) {
   return {records.rbegin(), records.rend()};
 }
 
@@ -25,16 +28,15 @@ std::vector<MCPRequestRecord> reversed(const std::vector<MCPRequestRecord>& reco
 
 MCPRequestRecord RequestRecorder::begin(const Uuid& requestId, const ClientIdentitySummary& client,
                                         ToolName tool, const std::optional<SessionReference>& session) {
+  const MutexLock lock(mutex_);
   MCPRequestRecord record{.requestId = requestId,
-                          .receivedAt = now_(),
+                          .receivedAt = now_(),  // under the lock, so that times ascend along the list
                           .client = client,
                           .toolName = tool,
                           .sessionSnapshot = session,
                           .status = RequestStatus::processing};
-  const MutexLock lock(mutex_);
   ++revision_;
-  records_.push_back(record);
-  firstWithId_.try_emplace(requestId, records_.size() - 1);
+  add(record);
   return record;
 }
 
@@ -71,19 +73,30 @@ void RequestRecorder::setSensitiveContent(const Uuid& requestId, const std::opti
 
 void RequestRecorder::persist(HistoryStore& store, const PrivacyRetentionSettings& settings) {
   const MutexLock order(storeOrder_);
+  persistInOrder(store, settings);
+}
+
+void RequestRecorder::persist(HistoryStore& store, const PrivacySettingsStore& settings) {
+  const MutexLock order(storeOrder_);
+  persistInOrder(store, settings.current());
+}
+
+void RequestRecorder::persistInOrder(HistoryStore& store, const PrivacyRetentionSettings& settings) {
   const auto now = now_();
-  std::vector<MCPRequestRecord> retained;
   {
     const MutexLock lock(mutex_);
-    retained = HistoryQueryService::retain(reversed(records_), settings, now);
-    setRecords(reversed(retained));
+    retain(settings, now);
   }
-  store.save(std::move(retained), settings);
+  if (settings.persistentHistoryEnabled || emptyStore_ != &store) save(store, settings);
+}
+
+bool RequestRecorder::hasUnsavedChanges() const {
+  const MutexLock lock(mutex_);
+  return revision_ != savedRevision_;
 }
 
 void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings& settings) {
   const MutexLock order(storeOrder_);
-  std::vector<MCPRequestRecord> scrubbed;
   {
     const MutexLock lock(mutex_);
     ++revision_;
@@ -94,20 +107,46 @@ void RequestRecorder::scrub(HistoryStore& store, const PrivacyRetentionSettings&
       }
       if (!settings.storeOutputPreview) record.outputPreview.reset();
     }
-    scrubbed = reversed(records_);
   }
-  store.save(std::move(scrubbed), settings);
+  save(store, settings);
+}
+
+void RequestRecorder::save(HistoryStore& store, const PrivacyRetentionSettings& settings) {
+  emptyStore_ = nullptr;
+  if (!settings.persistentHistoryEnabled) {
+    store.save({}, settings);
+    emptyStore_ = &store;
+    return;
+  }
+  std::vector<MCPRequestRecord> newestFirst;
+  std::uint64_t revision = 0;
+  {
+    const MutexLock lock(mutex_);
+    newestFirst = reversed(records_);
+    revision = revision_;
+  }
+  store.save(std::move(newestFirst), settings);
+  const MutexLock lock(mutex_);
+  savedRevision_ = revision;
 }
 
 void RequestRecorder::clear(HistoryStore& store) {
   const MutexLock order(storeOrder_);
-  replace({});
+  std::uint64_t revision = 0;
+  {
+    const MutexLock lock(mutex_);
+    setRecords(std::vector<MCPRequestRecord>());
+    revision = revision_;
+  }
   store.delete_();
+  emptyStore_ = &store;
+  const MutexLock lock(mutex_);
+  savedRevision_ = revision;
 }
 
 std::vector<MCPRequestRecord> RequestRecorder::snapshot() const {
   const MutexLock lock(mutex_);
-  return records_;
+  return {records_.begin(), records_.end()};
 }
 
 void RequestRecorder::replace(std::vector<MCPRequestRecord> records) {
@@ -115,11 +154,18 @@ void RequestRecorder::replace(std::vector<MCPRequestRecord> records) {
   setRecords(std::move(records));
 }
 
-void RequestRecorder::prepend(const std::vector<MCPRequestRecord>& loaded) {
-  auto records = reversed(loaded);
+void RequestRecorder::restore(std::vector<MCPRequestRecord> loaded) {
   const MutexLock lock(mutex_);
+  bool isAsSaved = revision_ == savedRevision_;
+  for (auto& record : loaded) {
+    if (record.status != RequestStatus::processing) continue;
+    record.status = RequestStatus::cancelled;
+    isAsSaved = false;
+  }
+  auto records = reversed(loaded);
   records.insert(records.end(), records_.begin(), records_.end());
   setRecords(std::move(records));
+  if (isAsSaved) savedRevision_ = revision_;
 }
 
 std::uint64_t RequestRecorder::revision() const {
@@ -131,18 +177,44 @@ MCPRequestRecord* RequestRecorder::findForChange(const Uuid& requestId) {
   const auto found = firstWithId_.find(requestId);
   if (found == firstWithId_.end()) return nullptr;
   ++revision_;
-  return &records_[found->second];
+  return &records_[static_cast<std::size_t>(found->second - numberOfOldest_)];
 }
 
-void RequestRecorder::setRecords(std::vector<MCPRequestRecord> records) {
-  std::unordered_map<Uuid, std::size_t> firstWithId;
-  firstWithId.reserve(records.size());
-  for (std::size_t index = 0; index < records.size(); ++index) {
-    firstWithId.try_emplace(records[index].requestId, index);
-  }
+// What HistoryQueryService::retain keeps. As long as times ascend, that is the end of the list.
+void RequestRecorder::retain(const PrivacyRetentionSettings& settings, Date now) {
+  if (!timesAscend_)
+    return setRecords(reversed(HistoryQueryService::retain(reversed(records_), settings, now)));
+  const auto most = static_cast<std::size_t>(std::max<std::int64_t>(settings.maximumRecordCount, 0));
+  const auto cutoff = daysBefore(now, settings.retentionDays);
+  const auto before = records_.size();
+  while (!records_.empty() && (records_.size() > most || records_.front().receivedAt < cutoff)) dropOldest();
+  if (records_.size() == before) return;
+  if (idsRepeat_) return setRecords(std::move(records_));
   ++revision_;
-  records_ = std::move(records);
-  firstWithId_ = std::move(firstWithId);
+}
+
+void RequestRecorder::add(MCPRequestRecord record) {
+  if (!firstWithId_.try_emplace(record.requestId, numberOfOldest_ + records_.size()).second)
+    idsRepeat_ = true;
+  if (!records_.empty() && record.receivedAt < records_.back().receivedAt) timesAscend_ = false;
+  records_.push_back(std::move(record));
+}
+
+void RequestRecorder::dropOldest() {
+  firstWithId_.erase(records_.front().requestId);
+  records_.pop_front();
+  ++numberOfOldest_;
+}
+
+template <class Records>
+void RequestRecorder::setRecords(Records records) {
+  ++revision_;
+  records_.clear();
+  firstWithId_.clear();
+  numberOfOldest_ = 0;
+  idsRepeat_ = false;
+  timesAscend_ = true;
+  for (auto& record : records) add(std::move(record));
 }
 
 }  // namespace velmora

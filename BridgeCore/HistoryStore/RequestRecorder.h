@@ -1,14 +1,15 @@
 // The history of this run in memory: one record a tool call, from the moment the call arrives.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "BridgeCore/HistoryStore/HistoryStore.h"
+#include "BridgeCore/HistoryStore/PrivacySettingsStore.h"
 #include "BridgeModels/Date.h"
 #include "BridgeModels/MCPRequestRecord.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
@@ -37,8 +38,15 @@ class RequestRecorder {
                            const std::optional<std::string>& output,
                            const PrivacyRetentionSettings& settings);
 
-  /// Drops what retention does not keep and saves the rest.
+  /// Drops what retention does not keep and saves the rest when the history is kept. When it is not, what a
+  /// store still holds is deleted the first time; after that no file is looked at. With a settings store,
+  /// the settings count that hold when this save's turn has come: one that had to wait while the user
+  /// switched the history off writes nothing.
   void persist(HistoryStore& store, const PrivacyRetentionSettings& settings);
+  void persist(HistoryStore& store, const PrivacySettingsStore& settings);
+
+  /// Whether the list has changed since it was last saved or restored.
+  bool hasUnsavedChanges() const;
 
   /// Removes what the settings no longer allow to be stored, and saves.
   void scrub(HistoryStore& store, const PrivacyRetentionSettings& settings);
@@ -54,19 +62,35 @@ class RequestRecorder {
 
   void replace(std::vector<MCPRequestRecord> records);
 
-  /// Puts loaded records, newest first as a store returns them, before those of this run.
-  void prepend(const std::vector<MCPRequestRecord>& loaded);
+  /// Puts the records of earlier runs, newest first as a store returns them, before those of this run. One
+  /// that was still in processing when its run ended is cancelled: nobody will ever complete it.
+  void restore(std::vector<MCPRequestRecord> loaded);
 
  private:
   MCPRequestRecord* findForChange(const Uuid& requestId) VELMORA_REQUIRES(mutex_);
-  void setRecords(std::vector<MCPRequestRecord> records) VELMORA_REQUIRES(mutex_);
+  void persistInOrder(HistoryStore& store, const PrivacyRetentionSettings& settings)
+      VELMORA_REQUIRES(storeOrder_);
+  void save(HistoryStore& store, const PrivacyRetentionSettings& settings) VELMORA_REQUIRES(storeOrder_);
+  void retain(const PrivacyRetentionSettings& settings, Date now) VELMORA_REQUIRES(mutex_);
+  void add(MCPRequestRecord record) VELMORA_REQUIRES(mutex_);
+  void dropOldest() VELMORA_REQUIRES(mutex_);
+  template <class Records>
+  void setRecords(Records records) VELMORA_REQUIRES(mutex_);
 
   const Clock now_;
+
   Mutex storeOrder_;  // taken before mutex_; the only one held while a store works
+  const HistoryStore* emptyStore_ VELMORA_GUARDED_BY(storeOrder_) = nullptr;  // known to hold no file
+
   mutable Mutex mutex_;
-  std::vector<MCPRequestRecord> records_ VELMORA_GUARDED_BY(mutex_);
-  std::unordered_map<Uuid, std::size_t> firstWithId_ VELMORA_GUARDED_BY(mutex_);  // indices of records_
+  std::deque<MCPRequestRecord> records_ VELMORA_GUARDED_BY(mutex_);
+  // Records are numbered from the first one on, so that a number stays good when older ones are dropped.
+  std::uint64_t numberOfOldest_ VELMORA_GUARDED_BY(mutex_) = 0;
+  std::unordered_map<Uuid, std::uint64_t> firstWithId_ VELMORA_GUARDED_BY(mutex_);
+  bool idsRepeat_ VELMORA_GUARDED_BY(mutex_) = false;
+  bool timesAscend_ VELMORA_GUARDED_BY(mutex_) = true;  // no record was received before the one it follows
   std::uint64_t revision_ VELMORA_GUARDED_BY(mutex_) = 0;
+  std::uint64_t savedRevision_ VELMORA_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace velmora

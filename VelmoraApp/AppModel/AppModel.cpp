@@ -1,7 +1,6 @@
 #include "VelmoraApp/AppModel/AppModel.h"
 
-#include <spdlog/spdlog.h>
-
+#include "BridgeCore/StructuredErrorMapper.h"
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -14,18 +13,32 @@ struct LocalState {
   std::vector<MCPRequestRecord> records;
 };
 
-// The answer is not needed; the bridge finds out by itself what it may do.
-void ask(const std::function<void(TerminalAutomating&)>& request, TerminalAutomating& terminal) {
+struct Refreshed {
+  ToolResult<SessionsPayload> sessions;
+  ToolResult<StatusPayload> status;
+};
+
+// The screens make their requests like any client, so they stand in the history too.
+ClientIdentitySummary screens() { return {"Velmora.app", std::nullopt}; }
+
+QString sentence(const StructuredError& error) {
+  return text(error.message + " " + error.recoverySuggestion);
+}
+
+// Runs `work`; what it throws comes back as a sentence, empty when all went well.
+template <class Work>
+QString problemOf(const Work& work) {
   try {
-    request(terminal);
-  } catch (const std::exception& error) {
-    spdlog::debug("a permission could not be asked for: {}", error.what());
+    work();
+    return {};
+  } catch (...) {
+    return text(problemSentence(std::current_exception()));
   }
 }
 
 }  // namespace
 
-AppModel::AppModel(AppModelOptions options) : options_(std::move(options)), host_(options_.bridge) {
+AppModel::AppModel(AppModelOptions options) : options_(std::move(options)), host_(bridgeOptions()) {
   pollTimer_.setInterval(options_.pollInterval);
   pollTimer_.setTimerType(Qt::PreciseTimer);
   connect(&pollTimer_, &QTimer::timeout, this, &AppModel::poll);
@@ -37,17 +50,27 @@ AppModel::AppModel(AppModelOptions options) : options_(std::move(options)), host
   if (options_.onboardingCompleted) start();
 }
 
+BridgeHostOptions AppModel::bridgeOptions() {
+  auto bridge = options_.bridge;
+  bridge.acceptingEnded = [this](const std::string& reason) {
+    const auto problem = "MCP clients cannot connect until you restart Velmora: " + text(reason) + ".";
+    QMetaObject::invokeMethod(
+        this, [this, problem] { addProblem(problem); }, Qt::QueuedConnection);
+  };
+  return bridge;
+}
+
 AppModel::~AppModel() {
   terminating_ = true;
   automation().cancel();  // a terminal that hangs holds up no one's exit
 }
 
-// Once, and before anyone is served: no request may run under settings that are not the person's.
+// Once, and before anyone is served: no request may run under settings that are not the user's.
 void AppModel::loadLocalState() {
   fileWorker_.run(
       this,
       [this] {
-        auto problems = host_.loadLocalState();
+        auto problems = coordinator().loadLocalState();
         host_.startServing();
         return problems;
       },
@@ -86,11 +109,18 @@ void AppModel::requestStartupPermissions() {
   terminalWorker_.run(
       this,
       [this] {
-        ask(options_.permissionPrompter.requestTerminalAutomation, automation());
-        ask(options_.permissionPrompter.requestSystemEventsAutomation, automation());
+        ask(options_.permissionPrompter.requestTerminalAutomation);
+        ask(options_.permissionPrompter.requestSystemEventsAutomation);
         return true;
       },
       [this](bool) { beginPolling(); });
+}
+
+// The answer is not needed; the bridge finds out by itself what it may do.
+void AppModel::ask(const std::function<void(TerminalAutomating&)>& request) {
+  const auto problem = problemOf([&] { request(automation()); });
+  if (!problem.isEmpty())
+    options_.bridge.log.debug("terminal", "a permission could not be asked for: " + problem.toStdString());
 }
 
 void AppModel::beginPolling() {
@@ -142,7 +172,7 @@ void AppModel::fetchSettings() {
 }
 
 void AppModel::publish(BridgeStatus status) {
-  // A snapshot that was under way when the person pressed the switch does not turn it back.
+  // A snapshot that was under way when the user pressed the switch does not turn it back.
   status.mcpState = coordinator().operationState().current();
   auto known = status_;
   known.updatedAt = status.updatedAt;
@@ -180,10 +210,131 @@ void AppModel::selectSection(AppSection section) {
   Q_EMIT selectedSectionChanged();
 }
 
+void AppModel::refreshAll() {
+  if (!refresh_.enter()) return;
+  Q_EMIT refreshingChanged();
+  terminalWorker_.run(
+      this,
+      [this] {
+        // The sessions first: the status counts those that the listing registered.
+        auto sessions = coordinator().listSessions(options_.bridge.uuid(), screens(), {});
+        return Refreshed{std::move(sessions), coordinator().status(options_.bridge.uuid(), screens())};
+      },
+      [this](Refreshed refreshed) {
+        if (refreshed.sessions.ok) {
+          publish(std::move(refreshed.sessions.data->sessions));
+        } else if (refreshed.sessions.error->code == ErrorCode::terminalNotRunning) {
+          publish(std::vector<TerminalSession>());
+        } else {
+          Q_EMIT sessionActionFailed(sentence(*refreshed.sessions.error));
+        }
+        if (refreshed.status.ok) publish(std::move(refreshed.status.data->status));
+        fetchRecords();
+        fetchSettings();
+        const bool again = refresh_.leave();
+        Q_EMIT refreshingChanged();
+        if (again) refreshAll();
+      });
+}
+
+void AppModel::setPaused(bool paused) {
+  coordinator().setPaused(paused);  // only a flag: nothing to wait for
+  publish(status_);
+  poll();
+}
+
+void AppModel::setPermission(SessionPermission permission, const Uuid& sessionId) {
+  using Outcome = std::pair<std::optional<TerminalSession>, QString>;
+  fileWorker_.run(
+      this,
+      [this, permission, sessionId] {
+        Outcome outcome;
+        outcome.second =
+            problemOf([&] { outcome.first = coordinator().permissionService().set(permission, sessionId); });
+        return outcome;
+      },
+      [this, sessionId](const Outcome& outcome) {
+        if (outcome.first) {
+          // Shown before the refresh, which a hung terminal may hold up.
+          auto sessions = sessions_;
+          for (auto& session : sessions) {
+            if (session.sessionId == sessionId) session.permission = outcome.first->permission;
+          }
+          publish(std::move(sessions));
+        } else {
+          Q_EMIT sessionActionFailed(outcome.second);
+        }
+        refreshAll();
+      });
+}
+
+void AppModel::focus(const Uuid& sessionId) {
+  terminalWorker_.run(
+      this,
+      [this, sessionId] {
+        return coordinator().focusSession(options_.bridge.uuid(), screens(), {sessionId}).error;
+      },
+      [this](const std::optional<StructuredError>& error) {
+        if (error) Q_EMIT sessionActionFailed(sentence(*error));
+        refreshAll();
+      });
+}
+
+void AppModel::updateSettings(const PrivacyRetentionSettings& settings) {
+  changeSettings([settings](BridgeCoordinator& core) { core.applySettings(settings); },
+                 [this](const QString& problem) { Q_EMIT settingsNotSaved(problem); });
+}
+
+void AppModel::adoptSessionPolicy(SessionPolicy policy) {
+  changeSettings(
+      [policy](BridgeCoordinator& core) { core.adoptSessionPolicy(policy); },
+      [this](const QString& problem) { addProblem("The session policy could not be saved. " + problem); });
+}
+
+void AppModel::changeSettings(std::function<void(BridgeCoordinator& core)> change,
+                              std::function<void(const QString& problem)> failed) {
+  ++savesUnderWay_;
+  using Outcome = std::pair<std::optional<PrivacyRetentionSettings>, QString>;
+  fileWorker_.run(
+      this,
+      [this, change = std::move(change)] {
+        const auto& stored = coordinator().settingsStore();
+        const auto before = stored.current();
+        Outcome outcome;
+        outcome.second = problemOf([&] { change(coordinator()); });
+        // They may be saved although the history could not be.
+        const auto after = stored.current();
+        if (outcome.second.isEmpty() || after != before) outcome.first = after;
+        return outcome;
+      },
+      [this, failed = std::move(failed)](const Outcome& outcome) {
+        // Only the last of several counts: the screens already show what it will save.
+        if (--savesUnderWay_ == 0 && outcome.first) publish(*outcome.first);
+        if (!outcome.second.isEmpty()) failed(outcome.second);
+        fetchRecords();
+      });
+}
+
+void AppModel::saveSettingsFromUI(PrivacyRetentionSettings settings) {
+  settings.normalize();
+  publish(settings);
+  updateSettings(settings);
+}
+
+void AppModel::clearHistory() {
+  fileWorker_.run(
+      this, [this] { return problemOf([this] { coordinator().clearHistory(); }); },
+      [this](const QString& problem) {
+        if (!problem.isEmpty()) Q_EMIT historyNotCleared(problem);
+        publish(std::vector<MCPRequestRecord>());
+        fetchRecords();
+      });
+}
+
 void AppModel::prepareForTermination() {
   if (std::exchange(terminating_, true)) return;
   pollTimer_.stop();
-  fileWorker_.drain();  // what the person saved last is on disk
+  fileWorker_.drain();  // what the user saved last is on disk
   host_.prepareForTermination();
   if (settings_.deleteOnAppExit) publish(std::vector<MCPRequestRecord>());
 }

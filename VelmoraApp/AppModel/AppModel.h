@@ -1,5 +1,5 @@
 // The one observable object of the application: it builds the bridge, publishes what the screens show, and
-// carries out what the person asks for on them.
+// carries out what the user asks for on them.
 #pragma once
 
 #include <QtCore/QObject>
@@ -28,7 +28,7 @@ struct AppModelOptions {
 };
 
 /// Lives on the main thread and never blocks it. What may wait for the terminal runs on one worker, what
-/// waits for files on another, so that a hung terminal holds up neither the person's settings nor the
+/// waits for files on another, so that a hung terminal holds up neither the user's settings nor the
 /// records. Results arrive in the event loop; a signal tells of each change of a published value.
 ///
 /// The local server serves from construction on, as soon as the settings are loaded.
@@ -46,7 +46,7 @@ class AppModel : public QObject {
   const std::vector<MCPRequestRecord>& records() const { return records_; }  ///< Oldest first.
   const PrivacyRetentionSettings& settings() const { return settings_; }
   const std::optional<AppSection>& selectedSection() const { return selectedSection_; }
-  const QStringList& problems() const { return problems_; }  ///< What did not work at the start; sentences.
+  const QStringList& problems() const { return problems_; }  ///< What does not work; sentences.
   bool isRefreshing() const { return refresh_.isUnderWay(); }
 
   /// The start-up task: local state, permissions once a process, a refresh, then a poll every second.
@@ -54,7 +54,7 @@ class AppModel : public QObject {
   /// Fetches status and records. A fetch that is still under way is not repeated.
   void poll();
 
-  // What the person asks for. Failures arrive by the signals below.
+  // What the user asks for. Failures arrive by the signals below.
   void refreshAll();
   void setPaused(bool paused);  ///< At once, also while the terminal hangs.
   void setPermission(SessionPermission permission, const Uuid& sessionId);
@@ -89,13 +89,15 @@ class AppModel : public QObject {
   void historyNotCleared(const QString& problem);
 
  private:
+  BridgeHostOptions bridgeOptions();
   void loadLocalState();
   void requestStartupPermissions();
+  void ask(const std::function<void(TerminalAutomating&)>& request);
   void beginPolling();
   void fetchStatus();
   void fetchRecords();
   void fetchSettings();
-  void changeSettings(std::function<PrivacyRetentionSettings()> changed,
+  void changeSettings(std::function<void(BridgeCoordinator& core)> change,
                       std::function<void(const QString& problem)> failed);
   void publish(BridgeStatus status);
   void publish(std::vector<TerminalSession> sessions);

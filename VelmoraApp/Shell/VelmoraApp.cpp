@@ -10,12 +10,14 @@ namespace velmora {
 
 namespace {
 
-AppModelOptions optionsFor(const Environment& environment, const FirstRunController& firstRun) {
+AppModelOptions optionsFor(const Environment& environment, const Log& log,
+                           const FirstRunController& firstRun) {
   return {.bridge = {.environment = environment,
                      .makeTerminal =
                          [environment](const std::filesystem::path& temporaryDirectory) {
                            return makePlatformTerminal(environment, temporaryDirectory);
-                         }},
+                         },
+                     .log = log},
           .onboardingCompleted = !firstRun.needsOnboarding()};
 }
 
@@ -23,12 +25,12 @@ std::filesystem::path programFile() { return QCoreApplication::applicationFilePa
 
 }  // namespace
 
-VelmoraApp::VelmoraApp(const Environment& environment)
+VelmoraApp::VelmoraApp(const Environment& environment, const Log& log)
     : defaults_(UserDefaults::standard(environment)),
       firstRun_(defaults_),
       menuBarPreference_(defaults_),
       launchAtLogin_(makeLoginItem(environment, programFile())),
-      model_(optionsFor(environment, firstRun_)),
+      model_(optionsFor(environment, log, firstRun_)),
       viewModels_(model_, firstRun_,
                   {.menuBar = menuBarPreference_,
                    .launchAtLogin = launchAtLogin_,

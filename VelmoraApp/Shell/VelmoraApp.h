@@ -21,7 +21,7 @@ class VelmoraApp : public QObject {
 
  public:
   /// Builds and starts the bridge. Throws what AppModel throws.
-  explicit VelmoraApp(const Environment& environment);
+  explicit VelmoraApp(const Environment& environment, const Log& log = {});
 
   /// Opens the window, or brings it forward.
   void openWindow(const QByteArray& activationToken = {}) { window_.show(activationToken); }

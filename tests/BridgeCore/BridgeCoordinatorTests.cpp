@@ -1,8 +1,13 @@
+#include <gmock/gmock.h>
+
 #include <filesystem>
+#include <functional>
 
 #include "BridgeCore/BridgeCoordinator.h"
 #include "BridgeCore/ErrorCatalogue.h"
 #include "tests/support/CoreFixture.h"
+#include "tests/support/Files.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/SampleRecords.h"
 #include "tests/support/Thrown.h"
 
@@ -26,10 +31,18 @@ class BridgeCoordinatorTest : public testing::CoreFixture {
 
   bool historyExists() const { return std::filesystem::exists(historyStore.fileURL()); }
 
+  SessionPermission permissionOfANewTab() {
+    ++newTabs;
+    terminal.tabs = {tab("/dev/ttys10" + std::to_string(newTabs), 100 + newTabs)};
+    return coordinator.listSessions(request, client, {}).data->sessions[0].permission;
+  }
+
+  testing::LogLines log;
   RequestRecorder recorder{time.clock()};
   HistoryStore historyStore{files, directory.path() / "Velmora" / "history.json"};
-  BridgeCoordinator coordinator{terminal,      registry,     state,       recorder,
-                                settingsStore, historyStore, time.clock()};
+  BridgeCoordinator coordinator{terminal,      registry,     state,        recorder,
+                                settingsStore, historyStore, time.clock(), log.log()};
+  int newTabs = 0;
 };
 
 TEST_F(BridgeCoordinatorTest, EveryToolAnswersAndLeavesARecord) {
@@ -265,6 +278,151 @@ TEST_F(BridgeCoordinatorTest, ClearingTheHistoryEmptiesMemoryAndDisk) {
   coordinator.clearHistory();
   EXPECT_TRUE(recorder.snapshot().empty());
   EXPECT_FALSE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, AppliesSettingsToThePolicyAndToWhatIsKept) {
+  coordinator.applySettings(
+      {.persistentHistoryEnabled = true, .storeCommandBody = true, .deleteOnAppExit = false});
+  const auto id = registerTab();
+  coordinator.sendCommand(request, client, {id, "ls"});
+  EXPECT_EQ(historyStore.load()[0].commandBody, "ls");
+  coordinator.applySettings({.persistentHistoryEnabled = true,
+                             .maximumRecordCount = 50000,
+                             .sessionPolicy = SessionPolicy::selective});
+  EXPECT_EQ(settingsStore.load().maximumRecordCount, 10000);
+  EXPECT_EQ(permissionOfANewTab(), SessionPermission::readOnly);
+  EXPECT_EQ(historyStore.load()[0].commandBody, std::nullopt);
+  EXPECT_EQ(recorder.snapshot()[0].commandBody, std::nullopt);
+  coordinator.applySettings({});
+  EXPECT_EQ(permissionOfANewTab(), SessionPermission::managed);
+  EXPECT_FALSE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, SettingsThatCannotBeSavedChangeNothing) {
+  keepHistory();
+  const auto id = registerTab();
+  coordinator.sendCommand(request, client, {id, "ls"});
+  std::filesystem::remove(settingsStore.fileURL());
+  std::filesystem::create_directories(settingsStore.fileURL() / "a folder in its place");
+  EXPECT_THROW(coordinator.applySettings({.sessionPolicy = SessionPolicy::selective}), std::system_error);
+  EXPECT_EQ(lastRecord().commandBody, "ls");
+  EXPECT_TRUE(historyExists());
+  EXPECT_EQ(permissionOfANewTab(), SessionPermission::managed);
+}
+
+TEST_F(BridgeCoordinatorTest, SettingsAreSavedAlthoughTheHistoryCannotBeDeleted) {
+  std::filesystem::create_directories(historyStore.fileURL() / "a folder in its place");
+  EXPECT_EQ(testing::structuredError([&] {
+              coordinator.applySettings({.sessionPolicy = SessionPolicy::selective});
+            }).code,
+            ErrorCode::historyStorageFailed);
+  EXPECT_EQ(settingsStore.current().sessionPolicy, SessionPolicy::selective);
+  EXPECT_EQ(permissionOfANewTab(), SessionPermission::readOnly);
+}
+
+TEST_F(BridgeCoordinatorTest, AdoptsAPolicyAndKeepsTheOtherSettings) {
+  settingsStore.save({.retentionDays = 30});
+  coordinator.adoptSessionPolicy(SessionPolicy::selective);
+  EXPECT_EQ(settingsStore.load(),
+            (PrivacyRetentionSettings{.retentionDays = 30, .sessionPolicy = SessionPolicy::selective}));
+  EXPECT_EQ(permissionOfANewTab(), SessionPermission::readOnly);
+}
+
+TEST_F(BridgeCoordinatorTest, AHistorySwitchedOffDuringACallDoesNotComeBack) {
+  keepHistory();
+  const auto id = registerTab();
+  // After the command was sent, the clock is asked for its delivery, and then for the end of its record.
+  int callsOfTheClock = 0;
+  std::function<void()> atTheEnd;
+  const Clock clock = [&] {
+    if (terminal.callCount("send") == 1 && ++callsOfTheClock == 2) atTheEnd();
+    return time.now();
+  };
+  RequestRecorder ownRecorder(clock);
+  BridgeCoordinator own(terminal, registry, state, ownRecorder, settingsStore, historyStore, clock);
+  atTheEnd = [&] {
+    EXPECT_EQ(ownRecorder.snapshot().at(0).commandBody, "ls") << "the call has read the settings";
+    own.applySettings({});
+  };
+  EXPECT_TRUE(own.sendCommand(request, client, {id, "ls"}).ok);
+  EXPECT_FALSE(settingsStore.current().persistentHistoryEnabled);
+  EXPECT_FALSE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, LeavesTheHistoryAsTheSettingsAsk) {
+  settingsStore.save({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
+  const auto id = registerTab();
+  coordinator.readOutput(request, client, {.sessionId = id});
+  coordinator.sendKey(numberedUuid(501), client, {id, TerminalKey::tab, 1});
+  EXPECT_EQ(historyStore.load().size(), 1u);
+  coordinator.leaveHistory();
+  EXPECT_EQ(historyStore.load().size(), 2u) << "what came after the last save is kept too";
+  const auto written = std::filesystem::last_write_time(historyStore.fileURL());
+  coordinator.leaveHistory();
+  EXPECT_EQ(std::filesystem::last_write_time(historyStore.fileURL()), written) << "nothing is new";
+  settingsStore.save({.persistentHistoryEnabled = true, .deleteOnAppExit = true});
+  coordinator.leaveHistory();
+  EXPECT_FALSE(historyExists());
+  EXPECT_TRUE(recorder.snapshot().empty());
+}
+
+TEST_F(BridgeCoordinatorTest, LeavesAHistoryThatIsNeitherKeptNorToBeDeletedAlone) {
+  settingsStore.save({.deleteOnAppExit = false});
+  testing::writeFile(historyStore.fileURL(), "of an earlier run");
+  coordinator.listSessions(request, client, {});
+  coordinator.leaveHistory();
+  EXPECT_TRUE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, SavedSettingsCountAtTheEndAlthoughTheFirstWereUnreadable) {
+  testing::writeFile(settingsStore.fileURL(), "{");
+  testing::writeFile(historyStore.fileURL(), R"({"schemaVersion":1,"records":[]})");
+  EXPECT_TRUE(coordinator.loadLocalState().settings);
+  coordinator.leaveHistory();
+  EXPECT_TRUE(historyExists()) << "nobody has asked for anything yet";
+  coordinator.applySettings({.persistentHistoryEnabled = true});
+  coordinator.leaveHistory();
+  EXPECT_FALSE(historyExists());
+}
+
+TEST_F(BridgeCoordinatorTest, TheLogHasALineForEachCallThatChangesSomething) {
+  const auto id = registerTab();
+  coordinator.status(request, client);
+  coordinator.listSessions(request, client, {});
+  coordinator.activeSession(request, client);
+  coordinator.readOutput(request, client, {.sessionId = id});
+  coordinator.captureScreen(request, client, {id});
+  EXPECT_THAT(log.all(), ::testing::IsEmpty());
+  coordinator.createSession(request, {"an agent", std::nullopt}, {});
+  coordinator.sendCommand(request, client, {id, "echo a-secret"});
+  coordinator.sendKey(request, client, {id, TerminalKey::tab, 1});
+  coordinator.setPaused(true);
+  coordinator.focusSession(request, {"x\" 1.0: delivered\n", "2"}, {id});
+  const auto session = ", session " + id.toString();
+  EXPECT_THAT(log.all(),
+              ::testing::ElementsAre(
+                  "info calls: terminal_create_session by \"an agent\": delivered",
+                  "info calls: terminal_send_command by \"test client\" \"1.0\"" + session + ": delivered",
+                  "info calls: terminal_send_key by \"test client\" \"1.0\"" + session + ": delivered",
+                  "info calls: terminal_focus_session by \"x' 1.0: delivered?\" \"2\"" + session +
+                      ": rejected, MCP_PAUSED"));
+}
+
+TEST_F(BridgeCoordinatorTest, TheLogNamesWhatFailedInTheTerminalAndInAStore) {
+  keepHistory();
+  const auto id = registerTab();
+  terminal.failWith("listSessions", PlatformError("d", -1708));
+  coordinator.listSessions(request, client, {});
+  EXPECT_THAT(log.all(),
+              ::testing::ElementsAre("warning calls: terminal_list_sessions failed: Terminal.app could not "
+                                     "complete the requested automation operation."));
+  terminal.failures.clear();
+  std::filesystem::create_directories(historyStore.fileURL() / "a folder in its place");
+  coordinator.sendCommand(request, client, {id, "ls"});
+  EXPECT_EQ(log.count("delivered"), 0u);
+  EXPECT_EQ(log.count(": rejected, HISTORY_STORAGE_FAILED"), 1u);
+  EXPECT_EQ(log.count("warning calls: terminal_send_command failed: History could not be saved locally."),
+            1u);
 }
 
 TEST_F(BridgeCoordinatorTest, WaitsFiveSecondsForTheTerminalsStatus) {

@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <future>
 
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "LocalControl/LocalControlClient.h"
+#include "tests/LocalControl/OtherUser.h"
 #include "tests/support/FakeTerminal.h"
 #include "tests/support/FakeTime.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -29,6 +32,8 @@ class BridgeHostTest : public ::testing::Test {
                   terminal->tabs = {tab("/dev/ttys001", 11)};
                   return made;
                 },
+            .acceptingEnded = [this](const std::string& reason) { acceptingEnded.set_value(reason); },
+            .log = log.log(),
             .now = time.clock(),
             .uuid = testing::countingUuids()};
   }
@@ -45,7 +50,7 @@ class BridgeHostTest : public ::testing::Test {
   }
 
   static void expectLoads(BridgeHost& host) {
-    const auto problems = host.loadLocalState();
+    const auto problems = host.coordinator().loadLocalState();
     EXPECT_FALSE(problems.settings) << *problems.settings;
     EXPECT_FALSE(problems.history) << *problems.history;
   }
@@ -60,6 +65,8 @@ class BridgeHostTest : public ::testing::Test {
 
   TemporaryDirectory directory;
   testing::FakeTime time{800000000};
+  testing::LogLines log;
+  std::promise<std::string> acceptingEnded;
   testing::FakeTerminal* terminal = nullptr;
   std::filesystem::path temporaryDirectoryGiven;
 };
@@ -78,7 +85,7 @@ TEST_F(BridgeHostTest, ServesCallsFromTheSocketToTheTerminal) {
   EXPECT_EQ(host.coordinator().recorder().snapshot().size(), 2u);
 }
 
-TEST_F(BridgeHostTest, LoadsThePersonsSettingsAndPolicy) {
+TEST_F(BridgeHostTest, LoadsTheUsersSettingsAndPolicy) {
   writeSettings({.allowBusySessionInput = true, .sessionPolicy = SessionPolicy::selective});
   BridgeHost host(options());
   expectLoads(host);
@@ -92,7 +99,7 @@ TEST_F(BridgeHostTest, PutsALoadedHistoryBeforeThatOfTheRun) {
   writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
   {
     BridgeHost earlier(options());
-    earlier.loadLocalState();
+    earlier.coordinator().loadLocalState();
     const auto id =
         earlier.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
     time.advance(1);
@@ -113,7 +120,7 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   writeFile("settings.json", "{");
   {
     BridgeHost host(options());
-    const auto problems = host.loadLocalState();
+    const auto problems = host.coordinator().loadLocalState();
     EXPECT_TRUE(problems.settings);
     EXPECT_FALSE(problems.history);
     EXPECT_EQ(host.coordinator().settingsStore().current(), PrivacyRetentionSettings{});
@@ -122,7 +129,7 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
   writeFile("history.json", "no history");
   BridgeHost host(options());
-  const auto problems = host.loadLocalState();
+  const auto problems = host.coordinator().loadLocalState();
   EXPECT_FALSE(problems.settings);
   ASSERT_TRUE(problems.history);
   EXPECT_EQ(
@@ -145,7 +152,7 @@ TEST_F(BridgeHostTest, DeletesTheHistoryOnExitOnlyWhenAsked) {
     writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
     writeFile("history.json.unreadable", "old");
     BridgeHost host(options());
-    host.loadLocalState();
+    host.coordinator().loadLocalState();
     host.prepareForTermination();
     EXPECT_EQ(exists("history.json"), !deletes);
     EXPECT_EQ(exists("history.json.unreadable"), !deletes);
@@ -156,9 +163,37 @@ TEST_F(BridgeHostTest, DeletesNothingOnExitWhenTheSettingsAreUnreadable) {
   writeFile("settings.json", "{");
   writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
   BridgeHost host(options());
-  host.loadLocalState();
+  host.coordinator().loadLocalState();
   host.prepareForTermination();
   EXPECT_TRUE(exists("history.json"));
+}
+
+TEST_F(BridgeHostTest, KeepsWhatCameAfterTheLastSaveAtTheEnd) {
+  writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
+  {
+    BridgeHost host(options());
+    expectLoads(host);
+    host.coordinator().status(numberedUuid(1), {"c", std::nullopt});
+    EXPECT_FALSE(exists("history.json"));
+    host.prepareForTermination();
+  }
+  BridgeHost next(options());
+  expectLoads(next);
+  EXPECT_EQ(next.coordinator().recorder().snapshot().at(0).requestId, numberedUuid(1));
+}
+
+TEST_F(BridgeHostTest, SaysWhenTheServerAcceptsNoMore) {
+  BridgeHost host(options());
+  host.startServing();
+  EXPECT_EQ(log.count("info socket: serving at " + host.socketURL().string()), 1u);
+  const FileDescriptor late = SocketPlatform::openStreamSocket();
+  const auto address = UnixSocketEndpoint::address(host.socketURL());
+  const NoMoreDescriptors limit;
+  ASSERT_EQ(
+      ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
+      0);
+  EXPECT_EQ(acceptingEnded.get_future().get(), "accept: Too many open files");
+  EXPECT_EQ(log.count("error socket: accepting has ended"), 1u);
 }
 
 TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
@@ -194,6 +229,10 @@ TEST_F(BridgeHostTest, AnAdapterThatCannotBeMadeIsReplacedByTheStandBy) {
   EXPECT_EQ(status.terminalState, TerminalState::notRunning);
   EXPECT_EQ(host.coordinator().listSessions(numberedUuid(2), {"c", std::nullopt}, {}).error->code,
             ErrorCode::appleScriptExecutionFailed);
+  EXPECT_EQ(
+      log.count(
+          "error terminal: the adapter could not be made: Bundled Terminal AppleScript failed to compile."),
+      1u);
 }
 
 }  // namespace

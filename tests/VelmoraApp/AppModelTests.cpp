@@ -1,8 +1,9 @@
-// Start, poll and end of the model. What the person does is in AppModelActionsTests.cpp.
+// Start, poll and end of the model. What the user does is in AppModelActionsTests.cpp.
 #include <QtCore/QThread>
 #include <fstream>
 
 #include "LocalControl/LocalControlClient.h"
+#include "tests/LocalControl/OtherUser.h"
 #include "tests/VelmoraApp/AppFixture.h"
 
 namespace velmora {
@@ -246,6 +247,22 @@ TEST_F(AppModelTest, WorksWithoutAServerAndSaysWhy) {
   EXPECT_THAT(app->sessions(), SizeIs(2));
   andRefresh([this] { app->setPermission(SessionPermission::allowed, app->sessions()[0].sessionId); });
   EXPECT_EQ(app->sessions()[0].permission, SessionPermission::allowed);
+}
+
+TEST_F(AppModelTest, SaysWhenTheServerAcceptsNoMore) {
+  startApp();
+  EXPECT_THAT(app->problems(), ::testing::IsEmpty());
+  const FileDescriptor late = SocketPlatform::openStreamSocket();
+  const auto address = UnixSocketEndpoint::address(app->localServer()->socketURL());
+  {
+    const NoMoreDescriptors limit;
+    ASSERT_EQ(
+        ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
+        0);
+    ASSERT_TRUE(spinUntil([this] { return !app->problems().isEmpty(); }));
+  }
+  EXPECT_EQ(app->problems()[0].toStdString(),
+            "MCP clients cannot connect until you restart Velmora: accept: Too many open files.");
 }
 
 TEST_F(AppModelTest, TellsOfAChangedSectionOnce) {

@@ -5,12 +5,13 @@
 #include <thread>
 
 #include "BridgeCore/HistoryStore/HistoryStore.h"
-#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "System/StagedFile.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/HookedFileSystem.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/SampleRecords.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Thrown.h"
@@ -59,7 +60,8 @@ class HistoryStoreTest : public ::testing::Test {
   std::filesystem::path folder = directory / "Velmora";
   std::filesystem::path file = folder / "history.json";
   std::filesystem::path unreadable = folder / "history.json.unreadable";
-  HistoryStore store{files, file};
+  testing::LogLines log;
+  HistoryStore store{files, file, log.log()};
 };
 
 TEST_F(HistoryStoreTest, TouchesNoFileWhenItIsMade) {
@@ -267,6 +269,22 @@ TEST_F(HistoryStoreTest, SaysThatItCouldNotSave) {
       EXPECT_EQ(structuredError([&] { store.save({}, everything); }), expected) << operation;
     }
   }
+}
+
+TEST_F(HistoryStoreTest, TellsTheLogWhatTheErrorsLeaveOut) {
+  files.failOn("create", std::errc::no_space_on_device);
+  structuredError([&] { store.save({sampleRecord()}, everything); });
+  files.failOn("remove", std::errc::read_only_file_system);
+  writeFile(file, R"({"schemaVersion": 1, "records": [{}]})");
+  structuredError([&] { store.delete_(); });
+  structuredError([&] { store.load(); });
+  const auto line = [&](const std::string& words) {
+    return "warning history: " + file.string() + ": " + words;
+  };
+  EXPECT_THAT(log.all(),
+              ElementsAre(line("History could not be saved locally. (create: No space left on device)"),
+                          line("History could not be deleted."),
+                          line("Stored history could not be read. (records[0].requestId: missing)")));
 }
 
 TEST_F(HistoryStoreTest, SaysThatItCouldNotSaveWhereAFileIsInTheWay) {

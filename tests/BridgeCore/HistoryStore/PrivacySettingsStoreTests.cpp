@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "BridgeCore/HistoryStore/PrivacySettingsStore.h"
-#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "tests/support/Files.h"
 #include "tests/support/Golden.h"
 #include "tests/support/HookedFileSystem.h"
+#include "tests/support/LogLines.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Thrown.h"
 
@@ -31,7 +32,8 @@ class PrivacySettingsStoreTest : public ::testing::Test {
   std::filesystem::path folder = directory / "Velmora";
   std::filesystem::path file = folder / "settings.json";
   PrivacyRetentionSettings initial{.retentionDays = 0, .maximumRecordCount = 20000};
-  PrivacySettingsStore store{files, file, initial};
+  testing::LogLines log;
+  PrivacySettingsStore store{files, file, initial, log.log()};
 };
 
 TEST_F(PrivacySettingsStoreTest, StartsWithTheInitialValueAsItIs) {
@@ -52,6 +54,38 @@ TEST_F(PrivacySettingsStoreTest, WritesTheDocumentSortedAndPretty) {
               .retentionDays = 30,
               .sessionPolicy = SessionPolicy::selective});
   testing::expectGolden("stores/settings.json", contentOf(file));
+}
+
+TEST_F(PrivacySettingsStoreTest, TellsTheLogWhatIsOddInTheFile) {
+  writeFile(file, R"({"schemaVersion": 1, "settings": {"sesionPolicy": "selective", "retentionDays": 0,
+                      "maximumRecordCount": 50000, "outputPreviewMaxCharacters": 10000, "storeCommandBody": true}})");
+  EXPECT_EQ(store.load(),
+            (PrivacyRetentionSettings{
+                .retentionDays = 1, .maximumRecordCount = 10000, .outputPreviewMaxCharacters = 10000}));
+  const auto line = [&](const std::string& words) {
+    return "warning settings: " + file.string() + ": " + words;
+  };
+  EXPECT_THAT(log.all(), ElementsAre(line("retentionDays is 0; 1 holds"),
+                                     line("maximumRecordCount is 50000; 10000 holds"),
+                                     line("no setting is called \"sesionPolicy\"")));
+}
+
+TEST_F(PrivacySettingsStoreTest, TellsTheLogWhyTheFileCannotBeRead) {
+  writeFile(file, R"({"schemaVersion": 2, "settings": {}})");
+  structuredError([&] { store.load(); });
+  writeFile(file, R"({"schemaVersion": 1, "settings": {"retentionDays": "seven"}})");
+  EXPECT_THROW(store.load(), JsonDecodeError);
+  const auto line = [&](const std::string& words) {
+    return "error settings: " + file.string() + ": " + words;
+  };
+  EXPECT_THAT(log.all(), ElementsAre(line("The settings schema is not supported."),
+                                     line("settings.retentionDays: expected a 64-bit integer")));
+}
+
+TEST_F(PrivacySettingsStoreTest, HasNothingToSayOfWhatItWrote) {
+  store.save({.retentionDays = 30});
+  store.load();
+  EXPECT_THAT(log.all(), ::testing::IsEmpty());
 }
 
 TEST_F(PrivacySettingsStoreTest, ReadsBackWhatItWrote) {

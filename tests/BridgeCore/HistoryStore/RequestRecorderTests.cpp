@@ -1,62 +1,27 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <algorithm>
+#include <random>
 
-#include <atomic>
-#include <functional>
-#include <future>
-#include <set>
-#include <thread>
-
-#include "BridgeCore/HistoryStore/RequestRecorder.h"
-#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeCore/HistoryStore/HistoryQuery.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "BridgeModels/Text.h"
-#include "tests/support/FakeTime.h"
+#include "tests/BridgeCore/HistoryStore/RecorderFixture.h"
 #include "tests/support/Files.h"
-#include "tests/support/HookedFileSystem.h"
 #include "tests/support/SampleRecords.h"
-#include "tests/support/TemporaryDirectory.h"
 #include "tests/support/Thrown.h"
 
 namespace velmora {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::everything;
 using ::testing::IsEmpty;
 using testing::numberedUuid;
 
-constexpr PrivacyRetentionSettings everything{
-    .persistentHistoryEnabled = true, .storeCommandBody = true, .storeOutputPreview = true};
-
-class RequestRecorderTest : public ::testing::Test {
+class RequestRecorderTest : public testing::RecorderFixture {
  protected:
-  MCPRequestRecord begin(std::uint64_t number, ToolName tool = ToolName::sendCommand) {
-    return recorder.begin(numberedUuid(number), {"an agent", "1.0"}, tool, std::nullopt);
+  static std::vector<MCPRequestRecord> reversed(const std::vector<MCPRequestRecord>& records) {
+    return {records.rbegin(), records.rend()};
   }
-
-  void complete(std::uint64_t number, RequestStatus status = RequestStatus::delivered) {
-    recorder.complete(numberedUuid(number), status, std::nullopt, std::nullopt, std::nullopt);
-  }
-
-  void fillIn(std::uint64_t number, const std::optional<std::string>& command,
-              const std::optional<std::string>& output, const PrivacyRetentionSettings& settings) {
-    recorder.setSensitiveContent(numberedUuid(number), command, output, settings);
-  }
-
-  MCPRequestRecord record(std::size_t index = 0) { return recorder.snapshot().at(index); }
-
-  static std::vector<std::uint64_t> numbersOf(const std::vector<MCPRequestRecord>& records) {
-    std::vector<std::uint64_t> numbers;
-    for (const auto& record : records) numbers.push_back(record.requestId.bytes[15]);
-    return numbers;
-  }
-  std::vector<std::uint64_t> inMemory() { return numbersOf(recorder.snapshot()); }
-  std::vector<std::uint64_t> onDisk() { return numbersOf(store.load()); }
-
-  TemporaryDirectory directory;
-  testing::HookedFileSystem files;
-  HistoryStore store{files, directory / "Velmora" / "history.json"};
-  testing::FakeTime time{817000000};
-  RequestRecorder recorder{time.clock()};
 };
 
 TEST_F(RequestRecorderTest, StartsEmpty) { EXPECT_THAT(recorder.snapshot(), IsEmpty()); }
@@ -225,7 +190,7 @@ TEST_F(RequestRecorderTest, KeepsTheRecordsOfASecondInOrderFromRunToRun) {
     recorder.scrub(store, everything);
     EXPECT_THAT(onDisk(), ElementsAre(3, 2, 1));
     recorder.replace({});
-    recorder.prepend(store.load());
+    recorder.restore(store.load());
     EXPECT_THAT(inMemory(), ElementsAre(1, 2, 3));
   }
 }
@@ -254,6 +219,81 @@ TEST_F(RequestRecorderTest, RetainsInMemoryAlsoWithoutPersistentHistory) {
   recorder.persist(store, {.maximumRecordCount = 1});
   EXPECT_THAT(inMemory(), ElementsAre(2));
   EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
+}
+
+TEST_F(RequestRecorderTest, RetainsWhatTheQueryServiceRetainsWhateverTheClockDoes) {
+  std::mt19937 random(20261121);
+  std::uniform_int_distribution<int> step(-3, 9);
+  for (int round = 0; round < 200; ++round) {
+    recorder.replace({});
+    const PrivacyRetentionSettings settings{.retentionDays = 1 + round % 3,
+                                            .maximumRecordCount = 1 + round % 12};
+    for (int call = 0; call < 20; ++call) {
+      begin(static_cast<std::uint64_t>(std::max(step(random), 0)));  // some ids come again
+      time.advance(round % 2 == 0 ? 20000 : 20000.0 * step(random));
+    }
+    auto expected =
+        reversed(HistoryQueryService::retain(reversed(recorder.snapshot()), settings, time.now()));
+    recorder.persist(store, settings);
+    ASSERT_EQ(recorder.snapshot(), expected) << round;
+    for (auto& kept : expected) {
+      complete(kept.requestId.bytes[15]);
+      const auto after = recorder.snapshot();
+      const auto first = std::find_if(after.begin(), after.end(),
+                                      [&](const auto& each) { return each.requestId == kept.requestId; });
+      ASSERT_EQ(first->status, RequestStatus::delivered) << "the first of its id";
+    }
+  }
+}
+
+TEST_F(RequestRecorderTest, LooksAtNoFileOnceItIsKnownThatNoneIsKept) {
+  testing::writeFile(store.fileURL(), "of an earlier run");
+  begin(1);
+  recorder.persist(store, {});
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
+  int operations = 0;
+  files.before = [&](const auto&, const auto&) { ++operations; };
+  begin(2);
+  recorder.persist(store, {});
+  EXPECT_EQ(operations, 0);
+  recorder.persist(store, everything);
+  EXPECT_TRUE(std::filesystem::exists(store.fileURL()));
+  recorder.persist(store, {});
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL())) << "switched on and off again";
+  recorder.clear(store);
+  operations = 0;
+  recorder.persist(store, {});
+  EXPECT_EQ(operations, 0) << "clearing has deleted it";
+}
+
+TEST_F(RequestRecorderTest, DeletesTheFileLaterWhenItCouldNotBeDeletedAtFirst) {
+  testing::writeFile(store.fileURL(), "of an earlier run");
+  begin(1);
+  files.failOn("remove", std::errc::permission_denied);
+  EXPECT_EQ(testing::structuredError([&] { recorder.persist(store, {}); }),
+            storageError(StorageFailure::historyUndeleted));
+  files.work();
+  recorder.persist(store, {});
+  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
+}
+
+TEST_F(RequestRecorderTest, KnowsWhetherSomethingIsUnsaved) {
+  EXPECT_FALSE(recorder.hasUnsavedChanges());
+  begin(1);
+  EXPECT_TRUE(recorder.hasUnsavedChanges());
+  recorder.persist(store, everything);
+  EXPECT_FALSE(recorder.hasUnsavedChanges());
+  complete(1);
+  EXPECT_TRUE(recorder.hasUnsavedChanges());
+  files.failOn("create", std::errc::no_space_on_device);
+  testing::structuredError([&] { recorder.persist(store, everything); });
+  EXPECT_TRUE(recorder.hasUnsavedChanges()) << "the save failed";
+  files.work();
+  recorder.scrub(store, everything);
+  EXPECT_FALSE(recorder.hasUnsavedChanges());
+  begin(2);
+  recorder.clear(store);
+  EXPECT_FALSE(recorder.hasUnsavedChanges());
 }
 
 TEST_F(RequestRecorderTest, PassesOnTheStoresErrorAndStaysRetained) {
@@ -326,10 +366,39 @@ TEST_F(RequestRecorderTest, PutsLoadedRecordsBeforeThoseOfThisRun) {
   RequestRecorder nextRun(time.clock());
   time.advance(60);
   nextRun.begin(numberedUuid(3), {}, ToolName::status, std::nullopt);
-  nextRun.prepend(store.load());
+  nextRun.restore(store.load());
   EXPECT_THAT(numbersOf(nextRun.snapshot()), ElementsAre(1, 2, 3));
   nextRun.complete(numberedUuid(3), RequestStatus::delivered, std::nullopt, std::nullopt, std::nullopt);
   EXPECT_EQ(nextRun.snapshot().at(2).status, RequestStatus::delivered);
+}
+
+TEST_F(RequestRecorderTest, CancelsWhatAnEarlierRunNeverCompleted) {
+  begin(1);
+  begin(2);
+  complete(2);
+  recorder.persist(store, everything);
+  RequestRecorder nextRun(time.clock());
+  nextRun.begin(numberedUuid(3), {}, ToolName::status, std::nullopt);
+  nextRun.restore(store.load());
+  const auto records = nextRun.snapshot();
+  ASSERT_THAT(numbersOf(records), ElementsAre(1, 2, 3));
+  EXPECT_EQ(records[0].status, RequestStatus::cancelled);
+  EXPECT_EQ(records[0].completedAt, std::nullopt);
+  EXPECT_EQ(records[1].status, RequestStatus::delivered);
+  EXPECT_EQ(records[2].status, RequestStatus::processing) << "this one is under way";
+}
+
+TEST_F(RequestRecorderTest, WhatWasRestoredUnchangedIsSaved) {
+  begin(1);
+  recorder.persist(store, everything);
+  RequestRecorder cancelling(time.clock());
+  cancelling.restore(store.load());
+  EXPECT_TRUE(cancelling.hasUnsavedChanges());
+  complete(1);
+  recorder.persist(store, everything);
+  RequestRecorder unchanged(time.clock());
+  unchanged.restore(store.load());
+  EXPECT_FALSE(unchanged.hasUnsavedChanges());
 }
 
 TEST_F(RequestRecorderTest, ClearsMemoryAndFile) {
@@ -349,98 +418,6 @@ TEST_F(RequestRecorderTest, EmptiesTheListAlsoWhenTheFileCannotBeDeleted) {
   EXPECT_THAT(recorder.snapshot(), IsEmpty());
 }
 
-// Holds the store's first write until the test lets it go on.
-struct HeldWrite {
-  std::promise<void> reached;
-  std::promise<void> goOn;
-
-  void hold(testing::HookedFileSystem& files) {
-    files.before = [this, held = false](const auto& operation, const auto&) mutable {
-      if (operation != "create" || held) return;
-      held = true;
-      reached.set_value();
-      goOn.get_future().wait();
-    };
-  }
-};
-
-TEST_F(RequestRecorderTest, RecordsCallsWhileTheStoreWrites) {
-  HeldWrite write;
-  write.hold(files);
-  begin(1);
-  std::thread persisting([this] { recorder.persist(store, everything); });
-  write.reached.get_future().wait();
-  begin(2);
-  complete(1);
-  EXPECT_THAT(inMemory(), ElementsAre(1, 2));
-  write.goOn.set_value();
-  persisting.join();
-  EXPECT_THAT(onDisk(), ElementsAre(1));
-}
-
-TEST_F(RequestRecorderTest, NeverLetsAnOlderListReplaceANewerOneOnDisk) {
-  HeldWrite write;
-  write.hold(files);
-  begin(1);
-  std::thread first([this] { recorder.persist(store, everything); });
-  write.reached.get_future().wait();
-  begin(2);
-  std::thread second([this] { recorder.persist(store, everything); });
-  begin(3);
-  std::thread third([this] { recorder.scrub(store, everything); });
-  write.goOn.set_value();
-  first.join();
-  second.join();
-  third.join();
-  EXPECT_THAT(onDisk(), ElementsAre(3, 2, 1));
-}
-
-TEST_F(RequestRecorderTest, LeavesNoFileWhenAClearFollowsASaveUnderWay) {
-  HeldWrite write;
-  write.hold(files);
-  begin(1);
-  std::thread persisting([this] { recorder.persist(store, everything); });
-  write.reached.get_future().wait();
-  std::thread clearing([this] { recorder.clear(store); });
-  write.goOn.set_value();
-  persisting.join();
-  clearing.join();
-  EXPECT_FALSE(std::filesystem::exists(store.fileURL()));
-  EXPECT_THAT(recorder.snapshot(), IsEmpty());
-}
-
-TEST_F(RequestRecorderTest, RunsWhatUsesAStoreOneAfterTheOther) {
-  HistoryStore other(files, directory / "other" / "history.json");
-  const std::vector<std::function<void()>> operations{
-      [&] { recorder.persist(other, everything); },
-      [&] { recorder.scrub(other, everything); },
-      [&] { recorder.clear(other); },
-  };
-  for (const auto& operation : operations) {
-    std::promise<void> reached;
-    std::promise<void> goOn;
-    std::atomic<bool> firstIsUnderWay{true};
-    std::atomic<int> overtakers{0};
-    files.before = [&](const auto& name, const auto& path) {
-      if (path.native().starts_with((directory / "other").native())) {
-        if (firstIsUnderWay) ++overtakers;
-      } else if (name == "create") {
-        reached.set_value();
-        goOn.get_future().wait();
-        firstIsUnderWay = false;
-      }
-    };
-    std::thread first([this] { recorder.persist(store, everything); });
-    reached.get_future().wait();
-    std::thread second(operation);
-    for (int chance = 0; chance < 5000; ++chance) std::this_thread::yield();
-    goOn.set_value();
-    first.join();
-    second.join();
-    EXPECT_EQ(overtakers, 0);
-  }
-}
-
 TEST_F(RequestRecorderTest, ItsRevisionGrowsWithEveryChangeAndOnlyThen) {
   std::uint64_t last = recorder.revision();
   const auto expectGrows = [&](const char* operation) {
@@ -454,43 +431,22 @@ TEST_F(RequestRecorderTest, ItsRevisionGrowsWithEveryChangeAndOnlyThen) {
   complete(1);
   expectGrows("complete");
   recorder.persist(store, everything);
+  EXPECT_EQ(recorder.revision(), last) << "nothing was dropped";
+  begin(2);
+  expectGrows("begin");
+  auto one = everything;
+  one.maximumRecordCount = 1;
+  recorder.persist(store, one);
   expectGrows("persist");
   recorder.scrub(store, {});
   expectGrows("scrub");
-  recorder.prepend({});
-  expectGrows("prepend");
+  recorder.restore({});
+  expectGrows("restore");
   recorder.clear(store);
   expectGrows("clear");
   complete(99);
   recorder.snapshot();
   EXPECT_EQ(recorder.revision(), last);
-}
-
-TEST_F(RequestRecorderTest, LosesNoCallAmongManyThreads) {
-  constexpr std::uint64_t perThread = 60;
-  std::vector<std::thread> threads;
-  for (std::uint64_t thread = 0; thread < 4; ++thread) {
-    threads.emplace_back([this, thread] {
-      for (std::uint64_t index = 0; index < perThread; ++index) {
-        const auto number = thread * perThread + index + 1;
-        begin(number);
-        fillIn(number, "ls", "output", everything);
-        complete(number);
-        if (index % 10 == 0) recorder.persist(store, everything);
-        if (index % 25 == 0) recorder.scrub(store, everything);
-      }
-    });
-  }
-  for (auto& thread : threads) thread.join();
-  recorder.persist(store, everything);
-  std::set<std::uint64_t> seen;
-  for (const auto& record : recorder.snapshot()) {
-    EXPECT_EQ(record.status, RequestStatus::delivered);
-    EXPECT_EQ(record.commandBody, "ls");
-    seen.insert(record.requestId.bytes[15]);
-  }
-  EXPECT_EQ(seen.size(), 4 * perThread);
-  EXPECT_EQ(store.load().size(), 4 * perThread);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "BridgeCore/HistoryStore/ApplicationSupportDirectory.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,8 @@
-#include "BridgeCore/HistoryStore/StorageError.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
+
+#include <sys/stat.h>
+
+#include <system_error>
 
 namespace velmora {
 
@@ -27,6 +31,23 @@ const char* messageOf(StorageFailure failure) {
 }
 
 }  // namespace
+
+std::filesystem::path defaultSettingsFile(const Environment& environment) {
+  return applicationSupportDirectory(environment) / "Velmora" / "settings.json";
+}
+
+std::filesystem::path defaultHistoryFile(const Environment& environment) {
+  return applicationSupportDirectory(environment) / "Velmora" / "history.json";
+}
+
+void ensureDirectory(FileSystem& files, const std::filesystem::path& directory) {
+  files.createDirectories(directory);
+  try {
+    files.setMode(directory, S_IRWXU);
+  } catch (const std::system_error&) {
+    throw storageError(StorageFailure::directoryPermissions);
+  }
+}
 
 StructuredError storageError(StorageFailure failure) {
   return {.code = ErrorCode::historyStorageFailed,

@@ -1,7 +1,7 @@
+// The part of StoreFiles that each system answers in its own way.
 #include <stdexcept>
 
-#include "BridgeCore/HistoryStore/ApplicationSupportDirectory.h"
-#include "System/Environment.h"
+#include "BridgeCore/HistoryStore/StoreFiles.h"
 
 namespace velmora {
 

@@ -1,0 +1,36 @@
+// What the settings and the history share: where their files lie, who may read them, and how they fail.
+#pragma once
+
+#include <filesystem>
+
+#include "BridgeModels/StructuredError.h"
+#include "System/Environment.h"
+#include "System/FileSystem.h"
+
+namespace velmora {
+
+/// The user's directory for application data, from the environment alone. Throws std::runtime_error when
+/// the environment names no home.
+std::filesystem::path applicationSupportDirectory(const Environment& environment);
+
+std::filesystem::path defaultSettingsFile(const Environment& environment);
+std::filesystem::path defaultHistoryFile(const Environment& environment);
+
+/// Creates `directory`, with those above it that are missing, and sets its mode to 0700 even when it existed.
+/// Throws what the file system reports for the creation, a storage error for the mode.
+void ensureDirectory(FileSystem& files, const std::filesystem::path& directory);
+
+enum class StorageFailure {
+  historyUnreadable,
+  historySchema,
+  historyUnsaved,
+  historyPermissions,
+  historyUndeleted,
+  settingsSchema,
+  settingsPermissions,
+  directoryPermissions,
+};
+
+StructuredError storageError(StorageFailure failure);
+
+}  // namespace velmora
