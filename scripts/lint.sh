@@ -70,7 +70,7 @@ headersAlone() {
   # shellcheck disable=SC2086 # the flags are separate words
   printf '%s\0' "${unproven[@]}" | xargs -0 -P "$jobs" -I HEADER \
     g++ -std=c++20 -fsyntax-only -I. -Wall -Wextra -Wno-unused-const-variable -x c++ $flags \
-    -DVELMORA_BIN='""' -DVELMORA_TEST_DATA='""' -DTMUX_RECORDER='""' -include HEADER /dev/null
+    -DVELMORA_BIN='""' -DVELMORA_TEST_DATA='""' -DTMUX_RECORDER='""' -DTMUX_VERSIONS='""' -include HEADER /dev/null
 }
 
 # A folder's includes point one way.
