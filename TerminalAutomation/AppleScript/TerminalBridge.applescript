@@ -6,7 +6,7 @@
 -- all and stay invisible for the life of Terminal; asking it for its tabs is an error, so each window is asked by
 -- itself. Windows are addressed by id only, since a click changes their order.
 --
--- Errors. A "try" hands the errors of passOn to its caller unchanged; the application tells people by their number
+-- Errors. A "try" hands the errors of passOn to its caller unchanged; by their number the application tells the user
 -- what to do. Numbers of our own: 1010 the tab is busy, 1011 its shell has ended, 1012 it is not in front, 1013 it is
 -- not on the screen, 1014 its window did not close. A tab that is gone is -1728, Terminal not running -600.
 --
@@ -26,29 +26,28 @@ on bridgeStatus()
 	return {true, openCount}
 end bridgeStatus
 
--- Whether Velmora may press keys: {answer}. The first call makes the system ask for consent.
+-- Whether Velmora may press keys: {answer}. The first call makes the system ask for consent. The question goes away
+-- with the event that raised it, and the system itself gives the user two minutes for it.
 on systemEventsStatus()
-	with timeout of 60 seconds
+	with timeout of 150 seconds
 		tell application id "com.apple.systemevents" to set keysAllowed to UI elements enabled
 	end timeout
 	return {keysAllowed}
 end systemEventsStatus
 
--- Every tab, the windows from front to back: rows {tty, window id, window index, tab index, title, busy, selected}.
+-- Every tab, the windows from front to back: rows {tty, window id, window index, tab index, title, busy, selected}. The
+-- window index is Terminal's own, which counts windows without tabs too.
 -- With no tab at all one row without items, because the application takes an empty list for a broken script.
 on listSessions()
 	my requireTerminal()
 	set windowNumbers to my idsOfWindows()
 	set tabRows to {}
-	set windowPlace to 0
 	repeat with place from 1 to count of windowNumbers
 		set windowNumber to item place of windowNumbers
-		set tabTotal to my tabCount(windowNumber)
-		if tabTotal > 0 then set windowPlace to windowPlace + 1
-		repeat with tabNumber from 1 to tabTotal
+		repeat with tabNumber from 1 to my tabCount(windowNumber)
 			set ttyName to my ttyOf(windowNumber, tabNumber)
 			if ttyName is not "" then
-				set end of tabRows to my rowOf(ttyName, windowNumber, windowPlace, tabNumber)
+				set end of tabRows to my rowOf(ttyName, windowNumber, place, tabNumber)
 			end if
 		end repeat
 	end repeat
@@ -57,17 +56,19 @@ on listSessions()
 	return tabRows
 end listSessions
 
--- Opens one window, starting Terminal if need be, and returns the row of its tab.
+-- Opens one window, starting Terminal if need be, and returns the row of its tab. A window that was there before, or
+-- that Terminal brings back from last time, is never taken for the new one.
 on createWindow()
-	if not my terminalRuns() then
-		set firstRow to my rowAfterLaunch()
-		if firstRow is not missing value then return firstRow
-	end if
+	if not my terminalRuns() then my startTerminal()
 	set oldNumbers to my idsOfWindows()
+	set oldTotals to {}
+	repeat with place from 1 to count of oldNumbers
+		set end of oldTotals to my tabCount(item place of oldNumbers)
+	end repeat
 	with timeout of 10 seconds
 		tell application id "com.apple.Terminal" to set newTab to do script ""
 	end timeout
-	return my rowOfNewTab(newTab, oldNumbers)
+	return my rowOfNewTab(newTab, oldNumbers, oldTotals)
 end createWindow
 
 -- Types a command and Return into a tab. A busy one is refused unless allowed.
@@ -83,8 +84,7 @@ end sendCommand
 -- gives the key to whatever is, so a click in the very moment between can still take one.
 on sendKey(keyNumber, pressCount, ttyName, windowNumber, busyAllowed)
 	set tabNumber to my tabForInput(ttyName, windowNumber, busyAllowed)
-	my bringToFront(windowNumber, tabNumber)
-	my waitUntilInFront(windowNumber, tabNumber)
+	if not my bringToFront(windowNumber, tabNumber) then error "The tab did not come to the front." number 1012
 	repeat with pressNumber from 1 to pressCount
 		if pressNumber > 1 then delay 0.03
 		if not my isInFront(windowNumber, tabNumber) then
@@ -122,32 +122,41 @@ on captureBounds(ttyName, windowNumber)
 		tell application id "com.apple.Terminal" to set isInDock to miniaturized of window id windowNumber
 		tell application id "com.apple.Terminal" to set edgeList to bounds of window id windowNumber
 	end timeout
-	if isInDock or not my isSelected(windowNumber, tabNumber) then error "The tab is not on the screen." number 1013
+	if isInDock or not (my isShown(windowNumber) and my isSelected(windowNumber, tabNumber)) then
+		error "The tab is not on the screen." number 1013
+	end if
 	set {leftEdge, topEdge, rightEdge, bottomEdge} to edgeList
 	return {leftEdge as integer, topEdge as integer, rightEdge as integer, bottomEdge as integer}
 end captureBounds
 
--- Brings a tab to the front, out of the Dock if it is there.
+-- Brings a tab to the front, out of the Dock if it is there. Terminal's word that it did not come is no error here: it
+-- is sometimes old, and the user sees what is in front.
 on focusSession(ttyName, windowNumber)
 	my bringToFront(windowNumber, my tabOf(ttyName, windowNumber))
 	return true
 end focusSession
 
--- Closes a window. Terminal may ask the person first when something runs in it; then the window is still there.
+-- Closes a window. Terminal may ask the user first when something runs in it; then it is still to be seen. A closed one
+-- may stay in Terminal's list.
 on closeWindow(windowNumber)
 	my requireTerminal()
 	with timeout of 10 seconds
 		tell application id "com.apple.Terminal" to close window id windowNumber saving no
 	end timeout
-	delay 0.3
-	if (my idsOfWindows()) contains windowNumber then error "The window did not close." number 1014
-	return true
+	repeat 10 times
+		if my tabCount(windowNumber) is 0 or not my isShown(windowNumber) then return true
+		delay 0.1
+	end repeat
+	error "The window did not close." number 1014
 end closeWindow
 
 -- Below, what the handlers above share.
 
--- Whether Terminal runs. The system answers; no event is sent and nothing is launched.
+-- Whether Terminal runs. The system answers; no event is sent and nothing is launched. For some milliseconds now and
+-- then it does not see a running application, so a no must be said twice.
 on terminalRuns()
+	if application id "com.apple.Terminal" is running then return true
+	delay 0.05
 	return application id "com.apple.Terminal" is running
 end terminalRuns
 
@@ -156,10 +165,11 @@ on requireTerminal()
 	if not my terminalRuns() then error "Terminal is not running." number -600
 end requireTerminal
 
--- Raises again what no "try" may keep: refused consent (-1743, -1744), Terminal gone (-600, -609), time out (-1712) and
--- cancelled by the person (-128).
+-- Raises again what no "try" may keep, which is every error but the four by which Terminal says that a window, a tab
+-- or a value is not there: a handler that failed (-10000), no such object (-1728, -1719), not understood (-1708). A
+-- refusal, a time-out or an unknown error taken for "nothing there" would make every tab look gone.
 on passOn(errorText, errorNumber)
-	if {-1743, -1744, -600, -609, -1712, -128} contains {errorNumber} then error errorText number errorNumber
+	if {-10000, -1728, -1719, -1708} does not contain {errorNumber} then error errorText number errorNumber
 end passOn
 
 -- The value as text; nothing for what Terminal does not know yet.
@@ -218,6 +228,19 @@ on titleOf(windowNumber, tabNumber, inFront)
 	end try
 	return my textOrEmpty(titleText)
 end titleOf
+
+-- Whether a window is to be seen, or would be if nothing covered it. One that is closed or hidden is not.
+on isShown(windowNumber)
+	try
+		with timeout of 5 seconds
+			tell application id "com.apple.Terminal" to set shownNow to visible of window id windowNumber
+		end timeout
+	on error errorText number errorNumber
+		my passOn(errorText, errorNumber)
+		return false
+	end try
+	return shownNow is true
+end isShown
 
 -- Whether a tab is the selected one of its window.
 on isSelected(windowNumber, tabNumber)
@@ -338,9 +361,9 @@ on tabForInput(ttyName, windowNumber, busyAllowed)
 	return tabNumber
 end tabForInput
 
--- Makes a tab the front-most thing on the screen. Terminal itself comes last: earlier it would show its old front
--- window and keep that order.
-on bringToFront(windowNumber, tabNumber)
+-- Asks for a tab to be the front-most thing on the screen. Terminal itself comes last: earlier it would show its old
+-- front window and keep that order.
+on raiseTab(windowNumber, tabNumber)
 	with timeout of 5 seconds
 		tell application id "com.apple.Terminal"
 			set selected of tab tabNumber of window id windowNumber to true
@@ -350,7 +373,7 @@ on bringToFront(windowNumber, tabNumber)
 			activate
 		end tell
 	end timeout
-end bringToFront
+end raiseTab
 
 -- Whether keys would reach this tab: Terminal is the front application, this its front window, that its selected tab.
 on isInFront(windowNumber, tabNumber)
@@ -361,61 +384,72 @@ on isInFront(windowNumber, tabNumber)
 	return windowLeads is true and my isSelected(windowNumber, tabNumber)
 end isInFront
 
--- Gives the system two seconds to bring the tab to the front.
-on waitUntilInFront(windowNumber, tabNumber)
-	repeat 40 times
-		if my isInFront(windowNumber, tabNumber) then return true
-		delay 0.05
+-- Brings a tab to the front; whether it came there. The system takes a third of a second, before which Terminal's
+-- answers are old, and loses some requests that follow a click: after a second it is asked once more.
+on bringToFront(windowNumber, tabNumber)
+	repeat 2 times
+		my raiseTab(windowNumber, tabNumber)
+		delay 0.3
+		repeat 14 times
+			if my isInFront(windowNumber, tabNumber) then return true
+			delay 0.05
+		end repeat
 	end repeat
-	error "The tab did not come to the front." number 1012
-end waitUntilInFront
+	return false
+end bringToFront
 
--- Starts Terminal and returns the row of the one window that it opens by itself, missing value when it opens none or
--- brings back several. A second window next to that one would be one too many.
-on rowAfterLaunch()
+-- Starts Terminal and waits until it runs. "launch" opens no window; windows of last time may come back.
+on startTerminal()
 	with timeout of 20 seconds
 		tell application id "com.apple.Terminal" to launch
 	end timeout
-	repeat 30 times
+	repeat 100 times
+		if my terminalRuns() then exit repeat
 		delay 0.1
-		if my terminalRuns() then
-			set openRows to my listSessions()
-			if (count of openRows) > 1 then return missing value
-			if (count of item 1 of openRows) is 7 then return my settledRow(item 1 of openRows)
-		end if
 	end repeat
-	return missing value
-end rowAfterLaunch
+	my requireTerminal()
+end startTerminal
 
--- The row of a window that has just been opened, once its shell has had a moment to start.
+-- The row of a tab that has just been opened, read anew once its shell has started: for two seconds at most it may not
+-- run yet, or run what its start-up files need.
 on settledRow(newRow)
+	set windowNumber to item 2 of newRow
+	set tabNumber to item 4 of newRow
 	repeat 20 times
-		if not my hasEnded(item 2 of newRow, item 4 of newRow) then exit repeat
+		if not (my hasEnded(windowNumber, tabNumber) or my isBusy(windowNumber, tabNumber)) then exit repeat
 		delay 0.1
 	end repeat
-	return newRow
+	return my rowOf(item 1 of newRow, windowNumber, item 3 of newRow, tabNumber)
 end settledRow
 
--- Finds the tab that "do script" has just made. Its reference tells the tty alone, and a new tab may have none at
--- first; a window that was not there before is looked at before those that were (tabs in one window).
-on rowOfNewTab(newTab, oldNumbers)
-	repeat with attemptNumber from 1 to 50
+-- Finds the tab that "do script" has just made, and waits for its shell. Its reference tells the tty alone, which it
+-- may not have at first and which a tab that has ended may still name.
+on rowOfNewTab(newTab, oldNumbers, oldTotals)
+	repeat 50 times
 		set ttyName to my ttyOfReference(newTab)
 		if ttyName is not "" then
-			set foundRow to missing value
 			set openRows to my listSessions()
 			repeat with rowNumber from 1 to count of openRows
 				set openRow to item rowNumber of openRows
 				if (count of openRow) is 7 and (item 1 of openRow) is ttyName then
-					if oldNumbers does not contain (item 2 of openRow) or attemptNumber > 10 then set foundRow to openRow
+					if my hasNewTab(item 2 of openRow, oldNumbers, oldTotals) then return my settledRow(openRow)
 				end if
 			end repeat
-			if foundRow is not missing value then return my settledRow(foundRow)
 		end if
 		delay 0.1
 	end repeat
 	error "The new window has no tab." number -1728
 end rowOfNewTab
+
+-- Whether a window is new or has more tabs than before (tabs in one window).
+on hasNewTab(windowNumber, oldNumbers, oldTotals)
+	repeat with place from 1 to count of oldNumbers
+		if (item place of oldNumbers) is windowNumber then
+			return (my tabCount(windowNumber)) > (item place of oldTotals)
+		end if
+	end repeat
+	return true
+end hasNewTab
 
 -- The tty of a tab reference; empty while it has none.
 on ttyOfReference(newTab)
