@@ -94,6 +94,10 @@ class StatementTests(unittest.TestCase):
     def test_a_handler_without_return_gives_missing_value(self):
         self.assertIs(run("set x to 1"), MISSING)
 
+    def test_statements_outside_of_handlers_are_the_handler_run(self):
+        source = "on twice(n)\n\treturn n + n\nend twice\nset x to my twice(4)\nreturn x"
+        self.assertEqual(interpreter.load(source, Desktop()).call("run"), 8)
+
     def test_a_loop_that_does_not_end_is_noticed(self):
         with self.assertRaises(interpreter.DoesNotEnd):
             run("repeat while true", "end repeat")

@@ -250,7 +250,8 @@ class Desktop:
         tab = self.tab(where)
         tab.typed.append(text)
         if tab.shell:
-            tab.shell.submit(text, self.now)
+            for line in text.split("\n"):
+                tab.shell.submit(line, self.now)
         return where
 
     def close(self, reference):

@@ -340,18 +340,21 @@ def owner_fits(name, owner, application):
 
 
 def read(source):
-    """The handlers of a script by their name in lower case."""
+    """The handlers of a script by their name in lower case; "run" has the statements outside of handlers."""
     findings = []
     root = checkAppleScript.parse(checkAppleScript.logical_lines(source, findings), findings)
     if findings:
         raise NotUnderstood(f"line {findings[0][0]}: {findings[0][1]}")
-    handlers = {}
+    handlers, outside = {}, []
     for block in root.children:
         if not isinstance(block, checkAppleScript.Block) or block.kind != "handler":
-            raise NotUnderstood("a statement outside every handler")
+            outside.append(block)
+            continue
         parameters = tuple(parameter.lower() for parameter in block.parameters)
         body = statements(block.children, None)
         handlers[block.name.lower()] = Handler(block.name, parameters, body, block.line.number)
+    if outside:
+        handlers["run"] = Handler("run", (), statements(outside, None), 0)
     return handlers
 
 
