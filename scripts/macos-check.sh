@@ -15,6 +15,7 @@ target=13.3
 check=$PWD/tests/macos
 work=$PWD/build/macos-check
 types=$check/node_modules/@nativescript/macos-node-api/types
+words=$check/node_modules/@jxa/types/src/core
 pascal=/usr/share/fpcsrc/3.2.2/packages
 passed=0
 failed=0
@@ -188,6 +189,8 @@ install_tools
 gather_headers
 step 'the declarations agree with the references' check_declarations
 step 'planted faults in the declarations are found' python3 "$check/CheckDeclarationsTests.py" "$types" "$pascal"
+step 'the words of the script stand in the dictionaries' python3 "$check/checkDictionary.py" "$words"
+step 'planted faults in the words are found' python3 "$check/CheckDictionaryTests.py" "$words"
 step 'the conversions work, run on GNUstep' run_conversions TerminalAutomation/AppleScript/ScriptHostMac.mm
 step 'planted faults in the conversions are found' find_planted_faults
 write_tools arm64
