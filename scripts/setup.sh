@@ -13,7 +13,7 @@ debian_packages=(
   qml6-module-qttest qt6-wayland qt6-qpa-plugins libqt6svg6
   libgtest-dev libgmock-dev libbenchmark-dev
   xvfb xauth xdotool openbox x11-utils dbus at-spi2-core python3-pyatspi python3-dbus-next fonts-noto-cjk
-  tmux procps python3 python3-jsonschema bash dash zsh fish man-db less vim-tiny openssh-client sudo
+  tmux procps python3 python3-jsonschema bash dash zsh fish man-db less vim-tiny nano openssh-client sudo strace
   clang-format clang-tidy shellcheck
   desktop-file-utils appstream lintian dpkg-dev file gzip
 )
