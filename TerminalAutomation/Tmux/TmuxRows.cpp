@@ -1,5 +1,6 @@
 #include "TerminalAutomation/Tmux/TmuxRows.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 
@@ -131,7 +132,9 @@ int tmuxVersionNumber(std::string_view version) {
   const char* const end = version.data() + version.size();
   const auto parsed = std::from_chars(version.data(), end, major);
   if (parsed.ptr != end && *parsed.ptr == '.') std::from_chars(parsed.ptr + 1, end, minor);
-  return major * 100 + minor;
+  // The server may call itself anything.
+  const auto number = std::int64_t{major} * 100 + minor;
+  return static_cast<int>(std::min<std::int64_t>(number, std::numeric_limits<int>::max()));
 }
 
 }  // namespace velmora

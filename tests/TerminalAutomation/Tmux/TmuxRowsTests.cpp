@@ -70,6 +70,7 @@ TEST(TmuxRows, OrdersVersions) {
   EXPECT_LT(tmuxVersionNumber("2.9"), oldestTmuxVersion);
   EXPECT_GE(tmuxVersionNumber("3.7c"), cleaningPasteTmuxVersion);
   EXPECT_GT(tmuxVersionNumber("master"), cleaningPasteTmuxVersion);
+  EXPECT_GT(tmuxVersionNumber("30000000.1"), cleaningPasteTmuxVersion);
   EXPECT_EQ(tmuxVersionNumber("4"), 400);
 }
 
