@@ -1,0 +1,37 @@
+// tmux's answer to a listing, in which programs choose titles and users choose names: it is refused as a
+// whole, or every line became one row and no field leaked into another.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "TerminalAutomation/Tmux/TmuxRows.h"
+
+namespace {
+
+using namespace velmora;
+
+void checkField(std::string_view field) {
+  if (field.find_first_of("\t\n") != std::string_view::npos) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  static_cast<void>(tmuxVersionNumber(text));
+  const auto listing = parseListing(text);
+  if (!listing) return 0;
+  const auto lines = std::count(text.begin(), text.end(), '\n');
+  if (lines != static_cast<std::ptrdiff_t>(listing->panes.size() + listing->clients.size())) std::abort();
+  for (const auto& pane : listing->panes) {
+    for (const auto* field :
+         {&pane.version, &pane.host, &pane.tty, &pane.sessionName, &pane.windowName, &pane.title}) {
+      checkField(*field);
+    }
+    static_cast<void>(tmuxVersionNumber(pane.version));
+  }
+  for (const auto& client : listing->clients) checkField(client.name);
+  return 0;
+}
