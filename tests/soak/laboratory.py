@@ -116,9 +116,11 @@ class Laboratory:
 
     def launch(self, program, *arguments, **options):
         """A child process; its standard error goes to a file unless it is given another place."""
-        options.setdefault("stderr", open(self.errors, "ab"))  # the child's own from now on
-        child = subprocess.Popen([PROGRAMS / program, *arguments], env=options.pop("environment", self.environment),
-                                 cwd=self.home, **options)
+        options.setdefault("stdout", subprocess.DEVNULL)
+        with open(self.errors, "ab") as errors:
+            options.setdefault("stderr", errors)
+            child = subprocess.Popen([PROGRAMS / program, *arguments], env=options.pop("environment", self.environment),
+                                     cwd=self.home, **options)
         self._children.append(child)
         return child
 

@@ -20,7 +20,7 @@ def seconds_until_answered(laboratory):
 
 def only_one(report, laboratory, after):
     """Tries to start a second bridge; a moment later only one of the two may be alive."""
-    second = laboratory.launch("velmora-headless", stdout=subprocess.DEVNULL)
+    second = laboratory.launch("velmora-headless")
     eventually(lambda: second.poll() is not None or laboratory.bridge.poll() is not None, PROMPT)
     both = second.poll() is None and laboratory.bridge.poll() is None
     report.check(f"{after}, no second bridge runs on the same history", not both, "both run" if both else "")
@@ -80,7 +80,7 @@ def two_at_once(report, seconds):
     end = time.monotonic() + seconds
     with Laboratory(**KEPT_HISTORY) as laboratory:
         while rounds < 5 or (time.monotonic() < end and rounds < 100):
-            bridges = [laboratory.launch("velmora-headless", stdout=subprocess.DEVNULL) for _ in range(2)]
+            bridges = [laboratory.launch("velmora-headless") for _ in range(2)]
             eventually(lambda: any(bridge.poll() is not None for bridge in bridges), 0.5)
             alive = [bridge for bridge in bridges if bridge.poll() is None]
             rounds += 1
@@ -93,7 +93,7 @@ def two_at_once(report, seconds):
 
 
 def run(seconds, report):
-    two_at_once(report, seconds - 30)
+    two_at_once(report, seconds - 20)
     vanishing(report, "the socket file removed", lambda laboratory: laboratory.socket.unlink())
     vanishing(report, "the runtime folder removed and made again", remove_runtime_folder)
     late_folder(report)
