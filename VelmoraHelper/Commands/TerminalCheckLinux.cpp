@@ -1,7 +1,7 @@
-#include <charconv>
 #include <string_view>
 #include <utility>
 
+#include "System/ProgramVersion.h"
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
 
@@ -11,17 +11,6 @@ namespace {
 
 constexpr const char* name = "tmux";
 constexpr std::pair oldestVersion{3, 2};
-
-// Of "tmux 3.3a" or "tmux next-3.6" the numbers. A development version without any is new enough.
-std::pair<int, int> versionNumbers(std::string_view text) {
-  const auto digit = text.find_first_of("0123456789");
-  if (digit == std::string_view::npos) return oldestVersion;
-  std::pair<int, int> version;
-  const char* const end = text.data() + text.size();
-  const auto major = std::from_chars(text.data() + digit, end, version.first);
-  if (major.ptr != end && *major.ptr == '.') std::from_chars(major.ptr + 1, end, version.second);
-  return version;
-}
 
 }  // namespace
 
@@ -37,7 +26,8 @@ Check checkTerminalProgram(const ProgramAsking& askProgram) {
   if (answer.exitStatus != 0 || !version.starts_with("tmux ")) {
     return Check::failed(name, file + " does not say its version", "Run: " + file + " -V");
   }
-  if (versionNumbers(version) < oldestVersion) {
+  // A development version may have no numbers; it is new enough.
+  if (versionNumbers(version).value_or(oldestVersion) < oldestVersion) {
     return Check::failed(name, version + " at " + file + " is too old",
                          std::string(install) + " Then restart its server.");
   }
