@@ -1,20 +1,26 @@
-// Waits for the adapter's answer about one session.
+// Waits for the adapter's answer. A header alone: it is a template.
 #pragma once
 
 #include <future>
+#include <optional>
+#include <string>
+#include <string_view>
 
-#include "BridgeModels/TerminalSession.h"
+#include "BridgeModels/StructuredError.h"
 
 namespace velmora {
 
-/// An adapter knows no sessions; the error in its own words leaves here with the one that it is about.
+/// Adapters know neither tools nor sessions: an error in their own words gets `operation` and `session` here.
 template <class Result>
-Result answerAbout(const TerminalSession& session, std::future<Result> answer) {
+Result answerOf(std::future<Result> answer, std::string_view operation,
+                const std::optional<SessionReference>& session) {
   try {
     return answer.get();
-  } catch (StructuredError& error) {
-    if (!error.session) error.session = session.reference();
-    throw;
+  } catch (const StructuredError& error) {
+    StructuredError complete = error;
+    if (complete.operation.empty()) complete.operation = std::string(operation);
+    if (!complete.session) complete.session = session;
+    throw complete;
   }
 }
 

@@ -2,19 +2,19 @@
 
 #include <algorithm>
 
-#include "BridgeCore/StatusDeadlineGate.h"
+#include "BridgeCore/ErrorCatalogue.h"
+#include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "BridgeModels/ToolName.h"
 
 namespace velmora {
 
-namespace {
-
-bool isControllable(const TerminalSession& session) {
-  return session.permission == SessionPermission::managed || session.permission == SessionPermission::allowed;
+TerminalRuntimeStatus StatusDeadlineGate::wait(std::chrono::nanoseconds deadline) const {
+  if (query_.wait_until(std::chrono::steady_clock::now() + deadline) != std::future_status::ready) {
+    throw catalogue::statusDeadlineExceeded();
+  }
+  return query_.get();
 }
-
-}  // namespace
 
 BridgeStatusService::BridgeStatusService(TerminalAutomating& automation, const BridgeOperationState& state,
                                          SessionRegistry& registry, Clock now,
@@ -50,13 +50,15 @@ BridgeStatus BridgeStatusService::snapshot() {
       status.terminalState = TerminalState::available;
       const auto sessions = registry_.currentSessions();
       status.sessionCount = static_cast<std::int64_t>(sessions.size());
-      status.controllableSessionCount = std::count_if(sessions.begin(), sessions.end(), isControllable);
+      status.controllableSessionCount =
+          std::count_if(sessions.begin(), sessions.end(), SessionPermissionService::canSend);
     }
     status.updatedAt = now_();
     return status;
   } catch (...) {
     auto error =
         StructuredErrorMapper::map(std::current_exception(), wireName(ToolName::status), std::nullopt);
+    if (error.operation.empty()) error.operation = wireName(ToolName::status);  // the adapter knows no tools
     auto status = remembered();
     status.terminalState = TerminalState::unavailable;
     status.automationPermission = error.code == ErrorCode::automationPermissionDenied

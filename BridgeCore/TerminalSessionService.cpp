@@ -12,13 +12,29 @@ TerminalSessionService::TerminalSessionService(TerminalAutomating& automation, S
                                                SessionPolicy policy, Clock now)
     : automation_(automation), registry_(registry), now_(std::move(now)), policy_(policy) {}
 
+// Hands `use` a listing taken for this call, when all earlier ones have reached the registry.
+template <class Use>
+auto TerminalSessionService::withListing(std::string_view operation,
+                                         const std::optional<SessionReference>& session, Use use) {
+  std::optional<TurnOrder::Turn> turn;
+  std::future<std::vector<TerminalTabSnapshot>> answer;
+  {
+    const MutexLock lock(queueing_);
+    turn.emplace(order_);
+    answer = automation_.listSessions();
+  }
+  const auto listing = answerOf(std::move(answer), operation, session);
+  turn->wait();
+  return use(listing);
+}
+
 void TerminalSessionService::setPolicy(SessionPolicy policy) {
   const MutexLock lock(mutex_);
   policy_ = policy;
 }
 
 std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInput& input) {
-  auto sessions = reconciled();
+  auto sessions = reconciled(wireName(ToolName::listSessions));
   std::erase_if(sessions, [&](const TerminalSession& session) {
     return (session.permission == SessionPermission::readOnly && !input.includeReadOnly) ||
            (session.busy && !input.includeBusy);
@@ -27,7 +43,7 @@ std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInpu
 }
 
 TerminalSession TerminalSessionService::active() {
-  const auto sessions = reconciled();
+  const auto sessions = reconciled(wireName(ToolName::getActiveSession));
   const auto selected =
       std::find_if(sessions.begin(), sessions.end(), [](const auto& s) { return s.selected; });
   if (selected == sessions.end()) throw catalogue::noSelectedTab();
@@ -36,31 +52,31 @@ TerminalSession TerminalSessionService::active() {
 
 TerminalSession TerminalSessionService::create(const CreateSessionInput& input) {
   input.validate();
-  const MutexLock order(listingOrder_);
-  const auto snapshot = automation_.createWindow().get();
+  const auto snapshot = answerOf(automation_.createWindow(), wireName(ToolName::createSession), std::nullopt);
+  // Listings that were asked for by now may have been taken before the window was there, and would retire it:
+  // they go first.
+  TurnOrder::Turn turn(order_);
+  turn.wait();
   return registry_.registerCreated(snapshot, now_());
 }
 
-TerminalSession TerminalSessionService::validate(const Uuid& sessionId) {
-  const MutexLock order(listingOrder_);
-  const auto listing = automation_.listSessions().get();
-  return registry_.validate(sessionId, listing, now_());
+TerminalSession TerminalSessionService::validate(const Uuid& sessionId, std::string_view operation) {
+  return withListing(operation, SessionReference{.sessionId = sessionId},
+                     [&](const auto& listing) { return registry_.validate(sessionId, listing, now_()); });
 }
 
 TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
                                               const SessionPermissionService& permissions) {
-  auto session = validate(sessionId);
-  if (!permissions.canFocus(session)) {
-    throw catalogue::sessionNotAllowed(wireName(ToolName::focusSession), session.reference());
-  }
-  answerAbout(session, automation_.focus(session.tty, session.windowId));
+  constexpr auto operation = wireName(ToolName::focusSession);
+  auto session = validate(sessionId, operation);
+  if (!permissions.canFocus(session)) throw catalogue::sessionNotAllowed(operation, session.reference());
+  answerOf(automation_.focus(session.tty, session.windowId), operation, session.reference());
   return session;
 }
 
-std::vector<TerminalSession> TerminalSessionService::reconciled() {
-  const MutexLock order(listingOrder_);
-  const auto listing = automation_.listSessions().get();
-  return registry_.reconcile(listing, policy(), now_());
+std::vector<TerminalSession> TerminalSessionService::reconciled(std::string_view operation) {
+  return withListing(operation, std::nullopt,
+                     [&](const auto& listing) { return registry_.reconcile(listing, policy(), now_()); });
 }
 
 SessionPolicy TerminalSessionService::policy() const {

@@ -2,17 +2,22 @@
 // tab, creates, focuses, and turns a session id into a session that is valid right now.
 #pragma once
 
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
+#include "BridgeCore/TurnOrder.h"
 #include "BridgeModels/ToolInputs.h"
 #include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {
 
-/// Thread-safe. Errors of the adapter and of the registry pass through unchanged.
+/// Thread-safe. Errors of the registry pass through unchanged, and the adapter's PlatformErrors; an error in
+/// the adapter's own words gets the tool and the session that it knows nothing of. However many callers wait
+/// for a terminal that hangs, each hears of it at its own deadline.
 class TerminalSessionService {
  public:
   TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry, SessionPolicy policy,
@@ -28,13 +33,16 @@ class TerminalSessionService {
 
   TerminalSession create(const CreateSessionInput& input);
 
-  /// The session, refreshed from a listing taken for this very call.
-  TerminalSession validate(const Uuid& sessionId);
+  /// The session, refreshed from a listing taken for this very call. `operation` is the tool's name, for
+  /// errors.
+  TerminalSession validate(const Uuid& sessionId, std::string_view operation);
 
   TerminalSession focus(const Uuid& sessionId, const SessionPermissionService& permissions);
 
  private:
-  std::vector<TerminalSession> reconciled();
+  template <class Use>
+  auto withListing(std::string_view operation, const std::optional<SessionReference>& session, Use use);
+  std::vector<TerminalSession> reconciled(std::string_view operation);
   SessionPolicy policy() const;
 
   TerminalAutomating& automation_;
@@ -42,9 +50,10 @@ class TerminalSessionService {
   const Clock now_;
 
   // Listings reach the registry in the order in which they were taken: an older one after a newer one would
-  // retire tabs that were opened between the two. It is the one lock held across a call of the adapter, which
-  // takes one call at a time anyway and never calls back.
-  Mutex listingOrder_;
+  // retire tabs that were opened between the two. A turn is drawn and the listing queued under the lock,
+  // which is short; nobody holds it while the terminal is waited for.
+  Mutex queueing_;
+  TurnOrder order_;
 
   mutable Mutex mutex_;
   SessionPolicy policy_ VELMORA_GUARDED_BY(mutex_);

@@ -4,7 +4,6 @@
 #include <thread>
 
 #include "BridgeCore/BridgeStatusService.h"
-#include "BridgeCore/StatusDeadlineGate.h"
 #include "tests/support/FakeTerminal.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/SampleRecords.h"
@@ -98,6 +97,14 @@ TEST_F(BridgeStatusServiceTest, AFailedQueryIsASnapshotThatSaysWhy) {
 
   terminal.failWith("status", PlatformError("x", -1743));
   EXPECT_EQ(service.snapshot().automationPermission, AutomationPermission::denied);
+}
+
+TEST_F(BridgeStatusServiceTest, AnErrorInTheAdaptersWordsNamesTheTool) {
+  terminal.failWith("status",
+                    StructuredError{.code = ErrorCode::terminalNotAvailable, .message = "no answer"});
+  const auto status = makeService(5s).snapshot();
+  EXPECT_EQ(status.lastError->message, "no answer");
+  EXPECT_EQ(status.lastError->operation, "terminal_status");
 }
 
 TEST_F(BridgeStatusServiceTest, AHungTerminalCostsTheDeadlineAndItsLateAnswerChangesNothing) {

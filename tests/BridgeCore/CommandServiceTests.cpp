@@ -1,4 +1,4 @@
-#include "BridgeCore/CommandService.h"
+#include "BridgeCore/Delivery.h"
 #include "tests/support/CoreFixture.h"
 #include "tests/support/Thrown.h"
 
@@ -85,10 +85,29 @@ TEST_F(CommandServiceTest, ErrorsOfTheAdapterPassUnchanged) {
 
 TEST_F(CommandServiceTest, AnErrorInTheAdaptersWordsNamesTheSession) {
   const auto id = registerTab();
-  terminal.failWith("send", StructuredError{.code = ErrorCode::sessionBusy, .message = "busy by now"});
+  terminal.failWith("send", StructuredError{.code = ErrorCode::terminalNotAvailable, .message = "no answer"});
   const auto error = structuredError([&] { service.send({id, "ls"}); });
-  EXPECT_EQ(error.message, "busy by now");
+  EXPECT_EQ(error.message, "no answer");
+  EXPECT_EQ(error.operation, "terminal_send_command");
   EXPECT_EQ(error.session, registry.session(id).reference());
+}
+
+TEST_F(CommandServiceTest, AnErrorOfTheListingNamesTheToolAndTheSessionThatWereCalled) {
+  const auto id = registerTab();
+  terminal.failWith("listSessions",
+                    StructuredError{.code = ErrorCode::terminalNotAvailable, .message = "no answer"});
+  const auto error = structuredError([&] { service.send({id, "ls"}); });
+  EXPECT_EQ(error.operation, "terminal_send_command");
+  EXPECT_EQ(error.session, SessionReference{.sessionId = id});
+}
+
+TEST_F(CommandServiceTest, ATabThatTurnedBusyMeanwhileIsRefusedInTheSameWords) {
+  const auto id = registerTab();
+  terminal.failWith("send", StructuredError{.code = ErrorCode::sessionBusy, .message = "busy by now"});
+  EXPECT_EQ(structuredError([&] {
+              service.send({id, "ls"});
+            }),
+            catalogue::sessionBusy(catalogue::BusyInput::command, registry.session(id).reference()));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "BridgeCore/KeyService.h"
+#include "BridgeCore/Delivery.h"
 #include "tests/support/CoreFixture.h"
 #include "tests/support/Thrown.h"
 
@@ -43,6 +43,15 @@ TEST_F(KeyServiceTest, RefusesLikeACommandUnderItsOwnName) {
   EXPECT_EQ(send(id).code, ErrorCode::mcpPaused);
   EXPECT_EQ(send(id).operation, "terminal_send_key");
   EXPECT_EQ(terminal.callCount("sendKey"), 0u);
+}
+
+TEST_F(KeyServiceTest, ATabThatTurnedBusyMeanwhileIsRefusedInTheSameWords) {
+  const auto id = registerTab();
+  terminal.failWith("sendKey", StructuredError{.code = ErrorCode::sessionBusy, .message = "busy by now"});
+  EXPECT_EQ(structuredError([&] {
+              service.send({id, TerminalKey::tab, 1});
+            }),
+            catalogue::sessionBusy(catalogue::BusyInput::keys, registry.session(id).reference()));
 }
 
 TEST_F(KeyServiceTest, PressesKeysInABusyTabWhenThePersonAllowsIt) {

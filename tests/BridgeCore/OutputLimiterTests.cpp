@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "BridgeCore/OutputLimiter.h"
+#include "BridgeCore/Reading.h"
 
 namespace velmora {
 namespace {

@@ -1,5 +1,5 @@
 #include "BridgeCore/ErrorCatalogue.h"
-#include "BridgeCore/OutputService.h"
+#include "BridgeCore/Reading.h"
 #include "tests/support/CoreFixture.h"
 #include "tests/support/Thrown.h"
 

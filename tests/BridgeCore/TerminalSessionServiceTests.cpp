@@ -75,10 +75,10 @@ TEST_F(TerminalSessionServiceTest, ValidatesAgainstAListingOfItsOwn) {
   const auto id = registerTab();
   const auto before = terminal.callCount("listSessions");
   terminal.tabs[0].title = "changed";
-  EXPECT_EQ(sessions.validate(id).title, "changed");
+  EXPECT_EQ(sessions.validate(id, "terminal_x").title, "changed");
   EXPECT_EQ(terminal.callCount("listSessions"), before + 1);
   terminal.tabs.clear();
-  EXPECT_EQ(structuredError([&] { sessions.validate(id); }).code, ErrorCode::sessionStale);
+  EXPECT_EQ(structuredError([&] { sessions.validate(id, "terminal_x"); }).code, ErrorCode::sessionStale);
 }
 
 TEST_F(TerminalSessionServiceTest, FocusesReadOnlyButNotBlockedSessions) {
@@ -115,6 +115,62 @@ TEST_F(TerminalSessionServiceTest, ListingsReachTheRegistryInTheOrderInWhichThey
   older.join();
   newer.join();
   EXPECT_EQ(registry.currentSessions().size(), 2u) << "an older listing retired the tab that came after it";
+}
+
+TEST_F(TerminalSessionServiceTest, NobodyWaitsForATerminalThatHangsBehindAnotherCaller) {
+  constexpr std::size_t callers = 8;
+  terminal.listingsHang = true;
+  std::vector<std::thread> threads;
+  std::atomic<std::size_t> failed = 0;
+  for (std::size_t i = 0; i < callers; ++i) {
+    threads.emplace_back([&] {
+      EXPECT_THROW(sessions.list({}), PlatformError);
+      ++failed;
+    });
+  }
+  // Each has asked the terminal although none has its answer.
+  while (terminal.callCount("listSessions") < callers) std::this_thread::yield();
+  EXPECT_EQ(failed, 0u);
+  terminal.failListings(std::make_exception_ptr(PlatformError("d", -1)));
+  for (auto& thread : threads) thread.join();
+  EXPECT_EQ(failed, callers);
+}
+
+TEST_F(TerminalSessionServiceTest, AListingThatFailsLetsTheNextOnePass) {
+  terminal.failWith("listSessions", PlatformError("d", -1));
+  EXPECT_THROW(sessions.list({}), PlatformError);
+  terminal.failures.clear();
+  terminal.tabs = {tab("/dev/a", 1)};
+  EXPECT_EQ(sessions.list({}).size(), 1u);
+}
+
+TEST_F(TerminalSessionServiceTest, AListingFromBeforeAWindowWasThereDoesNotRetireIt) {
+  terminal.listingsHang = true;
+  std::thread listing([&] { sessions.list({}); });
+  while (terminal.callCount("listSessions") < 1) std::this_thread::yield();
+  std::thread creating([&] { sessions.create({}); });
+  while (terminal.callCount("createWindow") < 1) std::this_thread::yield();
+  for (int chance = 0; chance < 5000; ++chance) std::this_thread::yield();
+  terminal.releaseListings({});
+  listing.join();
+  creating.join();
+  ASSERT_EQ(registry.currentSessions().size(), 1u);
+  EXPECT_TRUE(registry.currentSessions()[0].bridgeCreated);
+}
+
+TEST_F(TerminalSessionServiceTest, ErrorsInTheAdaptersWordsNameTheTool) {
+  const auto id = registerTab();
+  const StructuredError inItsWords{.code = ErrorCode::terminalNotAvailable, .message = "no answer"};
+  terminal.failWith("focus", inItsWords);
+  EXPECT_EQ(structuredError([&] { sessions.focus(id, permissions); }).operation, "terminal_focus_session");
+  terminal.failWith("createWindow", inItsWords);
+  EXPECT_EQ(structuredError([&] { sessions.create({}); }).operation, "terminal_create_session");
+  terminal.failWith("listSessions", inItsWords);
+  EXPECT_EQ(structuredError([&] { sessions.list({}); }).operation, "terminal_list_sessions");
+  EXPECT_EQ(structuredError([&] { sessions.active(); }).operation, "terminal_get_active_session");
+  const auto focus = structuredError([&] { sessions.focus(id, permissions); });
+  EXPECT_EQ(focus.operation, "terminal_focus_session");
+  EXPECT_EQ(focus.session, SessionReference{.sessionId = id});
 }
 
 TEST_F(TerminalSessionServiceTest, ErrorsOfTheAdapterPassUnchanged) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "System/Mutex.h"
@@ -38,6 +40,7 @@ class FakeTerminal final : public TerminalAutomating {
   TerminalOutput output{.text = "output", .source = OutputSource::visible, .originalCharacterCount = 6};
   std::map<std::string, std::exception_ptr> failures;
   bool statusHangs = false;
+  std::atomic<bool> listingsHang = false;
 
   ~FakeTerminal() override { release(); }
 
@@ -59,12 +62,15 @@ class FakeTerminal final : public TerminalAutomating {
 
   /// Lets hanging status queries answer.
   void release() {
-    std::vector<std::promise<TerminalRuntimeStatus>> waiting;
-    {
-      const MutexLock lock(mutex_);
-      waiting.swap(hanging_);
-    }
-    for (auto& promise : waiting) promise.set_value(runtimeStatus);
+    for (auto& promise : taken(hanging_)) promise.set_value(runtimeStatus);
+  }
+
+  /// Lets the hanging listings answer with `listed`, in order.
+  void releaseListings(const std::vector<TerminalTabSnapshot>& listed) {
+    for (auto& promise : taken(hangingListings_)) promise.set_value(listed);
+  }
+  void failListings(const std::exception_ptr& error) {
+    for (auto& promise : taken(hangingListings_)) promise.set_exception(error);
   }
 
   std::string displayName() const override { return name; }
@@ -79,6 +85,11 @@ class FakeTerminal final : public TerminalAutomating {
     return answer("status", "status", runtimeStatus);
   }
   std::future<std::vector<TerminalTabSnapshot>> listSessions() override {
+    if (listingsHang) {
+      const MutexLock lock(mutex_);
+      calls_.push_back("listSessions");
+      return hangingListings_.emplace_back().get_future();
+    }
     return answer("listSessions", "listSessions", tabs);
   }
   std::future<TerminalTabSnapshot> createWindow() override {
@@ -112,6 +123,12 @@ class FakeTerminal final : public TerminalAutomating {
   }
 
  private:
+  template <class Promise>
+  std::vector<Promise> taken(std::vector<Promise>& hanging) {
+    const MutexLock lock(mutex_);
+    return std::exchange(hanging, {});
+  }
+
   static std::string busyText(bool allowBusy) { return allowBusy ? ", allowBusy)" : ")"; }
 
   std::exception_ptr note(const std::string& operation, const std::string& call) {
@@ -122,15 +139,22 @@ class FakeTerminal final : public TerminalAutomating {
   }
 
   template <class Result>
+  static std::future<Result> failed(std::exception_ptr error) {
+    std::promise<Result> promise;
+    promise.set_exception(std::move(error));
+    return promise.get_future();
+  }
+
+  template <class Result>
   std::future<Result> answer(const std::string& operation, const std::string& call, Result result) {
-    if (const auto failure = note(operation, call)) return failedFuture<Result>(failure);
+    if (const auto failure = note(operation, call)) return failed<Result>(failure);
     std::promise<Result> promise;
     promise.set_value(std::move(result));
     return promise.get_future();
   }
 
   std::future<void> done(const std::string& operation, const std::string& call) {
-    if (const auto failure = note(operation, call)) return failedFuture<void>(failure);
+    if (const auto failure = note(operation, call)) return failed<void>(failure);
     std::promise<void> promise;
     promise.set_value();
     return promise.get_future();
@@ -138,7 +162,8 @@ class FakeTerminal final : public TerminalAutomating {
 
   mutable Mutex mutex_;
   std::vector<std::string> calls_ VELMORA_GUARDED_BY(mutex_);
-  std::vector<std::promise<TerminalRuntimeStatus>> hanging_ VELMORA_GUARDED_BY(mutex_);
+  std::vector<std::promise<TerminalRuntimeStatus>> hanging_;
+  std::vector<std::promise<std::vector<TerminalTabSnapshot>>> hangingListings_;
 };
 
 }  // namespace velmora::testing
