@@ -4,6 +4,7 @@
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "TerminalAutomation/SerialTerminal.h"
 #include "TerminalAutomation/Unavailable/UnavailableTerminalAutomation.h"
 
 namespace velmora {
@@ -38,7 +39,7 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
   } catch (...) {
     options.log.error("terminal",
                       "the adapter could not be made: " + problemSentence(std::current_exception()));
-    return std::make_unique<UnavailableTerminalAutomation>();
+    return std::make_unique<SerialTerminal>(std::make_unique<UnavailableTerminalAutomation>());
   }
 }
 

@@ -1,3 +1,4 @@
+// A file of its own although short: each system has its adapter.
 #include "BridgeHost/PlatformTerminal.h"
 #include "MacPlatform/RunningApplications.h"
 #include "TerminalAutomation/AppleScript/AppleScriptExecutor.h"

@@ -28,6 +28,7 @@ inline constexpr std::int64_t notPermitted = -1743;     // errAEEventNotPermitte
 inline constexpr std::int64_t notRunning = -600;        // procNotFound
 inline constexpr std::int64_t noSuchObject = -1728;     // errAENoSuchObject
 inline constexpr std::int64_t eventNotHandled = -1708;  // errAEEventNotHandled
+inline constexpr std::int64_t timedOut = -1712;         // errAETimeout
 inline constexpr std::int64_t scriptError = -2700;      // errOSAGeneralError
 }  // namespace platformErrorCode
 

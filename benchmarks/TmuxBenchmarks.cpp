@@ -17,8 +17,8 @@
 #include <vector>
 
 #include "TerminalAutomation/Tmux/TmuxDelivery.h"
-#include "TerminalAutomation/Tmux/TmuxExecutor.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
+#include "TerminalAutomation/Tmux/TmuxTerminal.h"
 #include "benchmarks/SideBySide.h"
 
 extern char** environ;  // NOLINT: POSIX has no header for it
@@ -81,26 +81,26 @@ class Server {
     while (lines > 0 && byHand(socket_, {"capture-pane", "-p", "-t", "%0"}).find(last) == std::string::npos) {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
-    executor_ = std::make_unique<TmuxExecutor>(
-        TmuxExecutorOptions{.environment = {{"PATH", getenv("PATH")}, {"HOME", folder_.string()}},
-                            .socketPath = socket_,
-                            .temporaryDirectory = folder_,
-                            .homeDirectory = folder_});
+    terminal_ =
+        makeTmuxTerminal(TmuxOptions{.environment = {{"PATH", getenv("PATH")}, {"HOME", folder_.string()}},
+                                     .socketPath = socket_,
+                                     .temporaryDirectory = folder_,
+                                     .homeDirectory = folder_});
   }
   ~Server() {
-    executor_.reset();
+    terminal_.reset();
     byHand(socket_, {"kill-server"});
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
   }
 
   const std::string& socket() const { return socket_; }
-  TmuxExecutor& executor() { return *executor_; }
+  SerialTerminal& terminal() { return *terminal_; }
 
  private:
   std::filesystem::path folder_;
   std::string socket_;
-  std::unique_ptr<TmuxExecutor> executor_;
+  std::unique_ptr<SerialTerminal> terminal_;
 };
 
 double budgetAt(const benchmark::State& state, std::int64_t size, double budget) {
@@ -111,45 +111,41 @@ void list(benchmark::State& state) {
   Server server(state.range(0), 0);
   report(state,
          runSideBySide(
-             state, 1, [&] { benchmark::DoNotOptimize(server.executor().listSessions().get()); },
+             state, 1, [&] { benchmark::DoNotOptimize(server.terminal().listSessions().get()); },
              [&] {
                benchmark::DoNotOptimize(byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
              }),
          Compare::ratio, budgetAt(state, 10, 1.15));
 }
 
+// As a tool call does it: a listing, then the deed. By hand the same two programs are run.
+
 void send(benchmark::State& state) {
   Server server(state.range(0), 0);
-  const auto tab = server.executor().listSessions().get().back();
-  const std::string filter = "#{==:#{pane_tty}," + tab.tty + "}";
-  report(state,
-         runSideBySide(
-             state, 1, [&] { server.executor().send(":", tab.tty, tab.windowId, /*allowBusy=*/true).get(); },
-             [&] {
-               const auto listing = parseListing(
-                   byHand(server.socket(), {"list-panes", "-a", "-f", filter, "-F", paneRowFormat()}));
-               const PaneCommand command = typeText(listing->panes.front(), ":", "by-hand");
-               byHand(server.socket(), command.arguments, command.standardInput);
-             }),
-         Compare::ratio, budgetAt(state, 10, 1.2));
+  const auto deed = [&] {
+    const auto tab = server.terminal().listSessions().get().back();
+    server.terminal().send(":", tab.tty, tab.windowId, /*allowBusy=*/true).get();
+  };
+  const auto byHandDeed = [&] {
+    const auto listing = parseListing(byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
+    const PaneCommand command = typeText(listing->panes.back(), ":", "by-hand");
+    byHand(server.socket(), command.arguments, command.standardInput);
+  };
+  report(state, runSideBySide(state, 1, deed, byHandDeed), Compare::ratio, budgetAt(state, 10, 1.2));
 }
 
 void read(benchmark::State& state) {
   Server server(1, state.range(0));
-  const auto tab = server.executor().listSessions().get().front();
-  report(state,
-         runSideBySide(
-             state, 1,
-             [&] {
-               benchmark::DoNotOptimize(
-                   server.executor().readOutput(OutputSource::history, 12'000, tab.tty, tab.windowId).get());
-             },
-             [&] {
-               byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()});
-               benchmark::DoNotOptimize(
-                   byHand(server.socket(), {"capture-pane", "-p", "-J", "-S", "-", "-t", "%0"}));
-             }),
-         Compare::ratio, budgetAt(state, 200'000, 1.5));
+  const auto deed = [&] {
+    const auto tab = server.terminal().listSessions().get().front();
+    benchmark::DoNotOptimize(
+        server.terminal().readOutput(OutputSource::history, 12'000, tab.tty, tab.windowId).get());
+  };
+  const auto byHandDeed = [&] {
+    byHand(server.socket(), {"list-panes", "-a", "-F", paneRowFormat()});
+    benchmark::DoNotOptimize(byHand(server.socket(), {"capture-pane", "-p", "-J", "-S", "-", "-t", "%0"}));
+  };
+  report(state, runSideBySide(state, 1, deed, byHandDeed), Compare::ratio, budgetAt(state, 200'000, 1.5));
 }
 
 BENCHMARK(list)->Arg(1)->Arg(10)->Arg(100)->Arg(1000)->UseManualTime()->Unit(benchmark::kMillisecond);

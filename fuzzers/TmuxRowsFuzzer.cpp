@@ -20,7 +20,7 @@ void checkField(std::string_view field) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  static_cast<void>(tmuxVersionNumber(text));
+  static_cast<void>(isTooOldTmux(text));
   const auto listing = parseListing(text);
   if (!listing) return 0;
   const auto lines = std::count(text.begin(), text.end(), '\n');
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
          {&pane.version, &pane.host, &pane.tty, &pane.sessionName, &pane.windowName, &pane.title}) {
       checkField(*field);
     }
-    static_cast<void>(tmuxVersionNumber(pane.version));
+    static_cast<void>(pasteCleans(pane.version));
   }
   for (const auto& client : listing->clients) checkField(client.name);
   return 0;

@@ -5,7 +5,6 @@
 
 #include "TerminalAutomation/AppleScript/BrokenContract.h"
 #include "TerminalAutomation/AppleScript/KeyCodes.h"
-#include "TerminalAutomation/AppleScript/ScreenCaptureTool.h"
 
 namespace velmora {
 
@@ -39,8 +38,17 @@ TerminalTabSnapshot snapshotOf(const ScriptDescriptor& row) {
 }  // namespace
 
 template <std::size_t Arity, class... Arguments>
-ScriptDescriptor AppleScriptOperations::call(const ScriptHandler<Arity>& handler, Arguments... arguments) {
+ScriptDescriptor AppleScriptOperations::call(Deadline deadline, const ScriptHandler<Arity>& handler,
+                                             Arguments... arguments) {
   static_assert(sizeof...(Arguments) == Arity);
+  if (cancelled_) {
+    throw PlatformError("Velmora.Automation", platformErrorCode::userCancelled,
+                        "The bridge is shutting down.");
+  }
+  if (std::chrono::steady_clock::now() >= deadline) {
+    throw PlatformError("Velmora.Automation", platformErrorCode::timedOut,
+                        "Terminal.app did not answer in time.");
+  }
   auto reply = parts_.script->call(std::string(handler.name), {ScriptArgument(std::move(arguments))...});
   if (const auto* failure = std::get_if<ScriptFailure>(&reply)) {
     throw PlatformError(scriptDomain, failure->number.value_or(platformErrorCode::scriptError),
@@ -49,24 +57,25 @@ ScriptDescriptor AppleScriptOperations::call(const ScriptHandler<Arity>& handler
   return std::get<ScriptDescriptor>(std::move(reply));
 }
 
-void AppleScriptOperations::compile(const std::string& source) {
+AppleScriptOperations::AppleScriptOperations(AppleScriptParts parts, const std::string& source)
+    : parts_(std::move(parts)) {
   if (!parts_.script->compile(source)) {
     throw PlatformError(scriptDomain, platformErrorCode::scriptError,
                         "Bundled Terminal AppleScript failed to compile.");
   }
 }
 
-TerminalRuntimeStatus AppleScriptOperations::status() {
+TerminalRuntimeStatus AppleScriptOperations::status(Deadline deadline) {
   // Asked of the system, because an event to Terminal would launch it.
   if (!parts_.isRunning("com.apple.Terminal")) return {};
-  const auto reply = call(scriptHandler::bridgeStatus);
+  const auto reply = call(deadline, scriptHandler::bridgeStatus);
   return {.running = reply.items.empty() || reply.items.front().boolean,
           .windowCount = item(reply, 2).integer,
           .permission = AutomationPermission::granted};
 }
 
-std::vector<TerminalTabSnapshot> AppleScriptOperations::listSessions() {
-  const auto reply = call(scriptHandler::listSessions);
+std::vector<TerminalTabSnapshot> AppleScriptOperations::listSessions(Deadline deadline) {
+  const auto reply = call(deadline, scriptHandler::listSessions);
   if (reply.items.empty()) brokenContract("the script listed nothing at all");
   std::vector<TerminalTabSnapshot> snapshots;
   for (const auto& row : reply.items) {
@@ -75,52 +84,59 @@ std::vector<TerminalTabSnapshot> AppleScriptOperations::listSessions() {
   return snapshots;
 }
 
-TerminalTabSnapshot AppleScriptOperations::createWindow() {
-  const auto row = call(scriptHandler::createWindow);
+TerminalTabSnapshot AppleScriptOperations::createWindow(Deadline deadline) {
+  const auto row = call(deadline, scriptHandler::createWindow);
   if (row.items.size() < rowLength) throw PlatformError(scriptDomain, platformErrorCode::noSuchObject);
   return snapshotOf(row);
 }
 
-void AppleScriptOperations::sendCommand(const std::string& command, const std::string& tty,
-                                        std::int64_t windowId, bool allowBusy) {
-  call(scriptHandler::sendCommand, command, tty, scriptInteger(windowId), allowBusy);
+void AppleScriptOperations::sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
+                                        Deadline deadline) {
+  call(deadline, scriptHandler::sendCommand, command, tab.tty, scriptInteger(tab.windowId), allowBusy);
 }
 
-void AppleScriptOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const std::string& tty,
-                                    std::int64_t windowId, bool allowBusy) {
-  call(scriptHandler::sendKey, virtualKeyCode(key), scriptInteger(repeatCount), tty, scriptInteger(windowId),
-       allowBusy);
+void AppleScriptOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab,
+                                    bool allowBusy, Deadline deadline) {
+  call(deadline, scriptHandler::sendKey, virtualKeyCode(key), scriptInteger(repeatCount), tab.tty,
+       scriptInteger(tab.windowId), allowBusy);
 }
 
 TerminalOutput AppleScriptOperations::readOutput(OutputSource source, std::int64_t maxCharacters,
-                                                 const std::string& tty, std::int64_t windowId) {
+                                                 const TabAddress& tab, Deadline deadline) {
   const std::string sourceName = source == OutputSource::history ? "history" : "visible";
-  const auto reply =
-      call(scriptHandler::readOutput, sourceName, scriptInteger(maxCharacters), tty, scriptInteger(windowId));
+  const auto reply = call(deadline, scriptHandler::readOutput, sourceName, scriptInteger(maxCharacters),
+                          tab.tty, scriptInteger(tab.windowId));
   return {.text = item(reply, 1).text, .source = source, .originalCharacterCount = item(reply, 2).integer};
 }
 
-TerminalScreenCapture AppleScriptOperations::captureScreen(const std::string& tty, std::int64_t windowId) {
-  const auto reply = call(scriptHandler::captureBounds, tty, scriptInteger(windowId));
+TerminalScreenCapture AppleScriptOperations::captureScreen(const TabAddress& tab, Deadline deadline) {
+  const auto reply = call(deadline, scriptHandler::captureBounds, tab.tty, scriptInteger(tab.windowId));
   if (reply.items.size() < 4) throw PlatformError("Velmora.ScreenCapture", platformErrorCode::noSuchObject);
   const ScreenBounds bounds{.left = item(reply, 1).integer,
                             .top = item(reply, 2).integer,
                             .right = item(reply, 3).integer,
                             .bottom = item(reply, 4).integer};
-  return {.imagePath =
-              captureScreenBounds(bounds, parts_.temporaryDirectory, parts_.uuid(), *parts_.programs)};
+  return {.imagePath = captureScreenBounds(bounds, parts_.temporaryDirectory, parts_.uuid(), *parts_.programs,
+                                           deadline)};
 }
 
-void AppleScriptOperations::focus(const std::string& tty, std::int64_t windowId) {
-  call(scriptHandler::focusSession, tty, scriptInteger(windowId));
+void AppleScriptOperations::focus(const TabAddress& tab, Deadline deadline) {
+  call(deadline, scriptHandler::focusSession, tab.tty, scriptInteger(tab.windowId));
+}
+
+void AppleScriptOperations::cancel() noexcept {
+  cancelled_ = true;
+  parts_.programs->cancel();
 }
 
 void AppleScriptOperations::closeWindow(std::int64_t windowId) {
-  call(scriptHandler::closeWindow, scriptInteger(windowId));
+  call(Deadline::max(), scriptHandler::closeWindow, scriptInteger(windowId));
 }
 
-void AppleScriptOperations::requestTerminalAccess() { call(scriptHandler::bridgeStatus); }
+void AppleScriptOperations::requestTerminalAccess() { call(Deadline::max(), scriptHandler::bridgeStatus); }
 
-void AppleScriptOperations::requestSystemEventsAccess() { call(scriptHandler::systemEventsStatus); }
+void AppleScriptOperations::requestSystemEventsAccess() {
+  call(Deadline::max(), scriptHandler::systemEventsStatus);
+}
 
 }  // namespace velmora

@@ -1,46 +1,68 @@
-// The operations themselves, one call after another: arguments in, replies read, failures named.
+// The eight operations on Terminal.app: arguments in, replies read, failures named.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "TerminalAutomation/AppleScript/AppleScriptParts.h"
+#include "BridgeModels/Uuid.h"
+#include "TerminalAutomation/AppleScript/ScreenCaptureTool.h"
 #include "TerminalAutomation/AppleScript/ScriptHandlers.h"
-#include "TerminalAutomation/TerminalAutomating.h"
+#include "TerminalAutomation/AppleScript/ScriptHost.h"
+#include "TerminalAutomation/TerminalOperations.h"
 
 namespace velmora {
 
-/// Not thread-safe. Throws PlatformError with the script's own error number. An integer outside 32 bits and
-/// an empty listing stop the process: the first cannot come from an id that the script gave, the second the
-/// script promises never to return. `parts` must outlive it.
-class AppleScriptOperations {
+/// What the adapter works with; tests put their own in place.
+struct AppleScriptParts {
+  std::unique_ptr<ScriptHost> script;
+  /// Whether an application with this bundle identifier runs. Called on the adapter's thread.
+  std::function<bool(const std::string& bundleIdentifier)> isRunning;
+  std::unique_ptr<ProgramRunner> programs;
+  std::filesystem::path temporaryDirectory;  ///< Pictures go to Velmora/ in it.
+  UuidSource uuid = Uuid::random;
+};
+
+/// Not thread-safe, but for `cancel`: there is one script. Throws PlatformError with the script's own error
+/// number. The script has time-outs of its own; a deadline is looked at before each of its handlers is
+/// called. An integer outside 32 bits and an empty listing stop the process: the first cannot come from an id
+/// that the script gave, the second the script promises never to return.
+class AppleScriptOperations final : public TerminalOperations {
  public:
-  explicit AppleScriptOperations(const AppleScriptParts& parts) : parts_(parts) {}
+  /// Throws PlatformError when `source` does not compile.
+  AppleScriptOperations(AppleScriptParts parts, const std::string& source);
 
-  void compile(const std::string& source);
+  std::string displayName() const override { return "Terminal.app"; }
+  bool isSerial() const override { return true; }
+  TerminalRuntimeStatus status(Deadline deadline) override;
+  std::vector<TerminalTabSnapshot> listSessions(Deadline deadline) override;
+  TerminalTabSnapshot createWindow(Deadline deadline) override;
+  void sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
+                   Deadline deadline) override;
+  void sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
+               Deadline deadline) override;
+  TerminalOutput readOutput(OutputSource source, std::int64_t maxCharacters, const TabAddress& tab,
+                            Deadline deadline) override;
+  TerminalScreenCapture captureScreen(const TabAddress& tab, Deadline deadline) override;
+  void focus(const TabAddress& tab, Deadline deadline) override;
+  void cancel() noexcept override;
 
-  TerminalRuntimeStatus status();
-  std::vector<TerminalTabSnapshot> listSessions();
-  TerminalTabSnapshot createWindow();
-  void sendCommand(const std::string& command, const std::string& tty, std::int64_t windowId, bool allowBusy);
-  void sendKey(TerminalKey key, std::int64_t repeatCount, const std::string& tty, std::int64_t windowId,
-               bool allowBusy);
-  TerminalOutput readOutput(OutputSource source, std::int64_t maxCharacters, const std::string& tty,
-                            std::int64_t windowId);
-  TerminalScreenCapture captureScreen(const std::string& tty, std::int64_t windowId);
-  void focus(const std::string& tty, std::int64_t windowId);
   void closeWindow(std::int64_t windowId);
 
-  /// The first Apple event to an application makes the system ask the person for consent.
+  /// The first Apple event to an application makes the system ask the user for consent.
   void requestTerminalAccess();
   void requestSystemEventsAccess();
 
  private:
   template <std::size_t Arity, class... Arguments>
-  ScriptDescriptor call(const ScriptHandler<Arity>& handler, Arguments... arguments);
+  ScriptDescriptor call(Deadline deadline, const ScriptHandler<Arity>& handler, Arguments... arguments);
 
-  const AppleScriptParts& parts_;
+  const AppleScriptParts parts_;
+  std::atomic<bool> cancelled_ = false;
 };
 
 }  // namespace velmora

@@ -81,7 +81,21 @@ std::string paneTitle(const PaneRow& row) {
   return title.empty() ? row.sessionName : row.sessionName + ": " + title;
 }
 
-std::int64_t WindowIds::windowId(const PaneRow& row) {
+std::int64_t PaneDirectory::enter(const PaneRow& row) {
+  const MutexLock lock(mutex_);
+  const std::int64_t windowId = windowIdOf(row);
+  latest_.insert_or_assign(row.tty, Entry{windowId, row});
+  return windowId;
+}
+
+std::optional<PaneRow> PaneDirectory::find(const TabAddress& tab) const {
+  const MutexLock lock(mutex_);
+  const auto entry = latest_.find(tab.tty);
+  if (entry == latest_.end() || entry->second.windowId != tab.windowId) return std::nullopt;
+  return entry->second.row;
+}
+
+std::int64_t PaneDirectory::windowIdOf(const PaneRow& row) {
   constexpr std::int64_t startRange = std::int64_t{1} << 29;
   constexpr std::int64_t numberRange = std::int64_t{1} << 24;
   // Generations lie twelve days apart, so that they do not meet another server's start.
@@ -100,7 +114,7 @@ std::int64_t WindowIds::windowId(const PaneRow& row) {
   return start * numberRange + row.window % numberRange;
 }
 
-void WindowIds::forgetSome(std::int64_t serverStart) {
+void PaneDirectory::forgetSome(std::int64_t serverStart) {
   std::erase_if(occupants_,
                 [serverStart](const auto& entry) { return std::get<0>(entry.first) != serverStart; });
   if (occupants_.size() < mostRemembered) return;

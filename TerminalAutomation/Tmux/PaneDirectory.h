@@ -1,15 +1,19 @@
-// Turns tmux's rows into tabs: each pane once, windows from the front to the back, ids that never name
-// another shell.
+// Turns tmux's rows into tabs: each pane once, windows from the front to the back, under addresses that never
+// name another shell.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "System/Mutex.h"
+#include "TerminalAutomation/TerminalOperations.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
 
 namespace velmora {
@@ -29,15 +33,24 @@ std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing);
 /// "session: what the program calls itself", or the window's name when it does not.
 std::string paneTitle(const PaneRow& row);
 
-/// Hands out window ids. tmux numbers the windows of each server from 0 and the system uses terminal names
-/// again, so the id carries the server's start, and changes when another program has taken a terminal over
-/// within the same window. Not thread-safe.
-class WindowIds {
+/// Hands out window ids, and remembers which pane each address names. tmux numbers the windows of each server
+/// from 0 and the system uses terminal names again, so the id carries the server's start, and changes when
+/// another program has taken a terminal over within the same window: one address never means two panes.
+/// Thread-safe.
+class PaneDirectory {
  public:
-  /// (start mod 2^29) * 2^24 + number: 53 bits.
-  std::int64_t windowId(const PaneRow& row);
+  /// The window id of a pane that was just listed, (start mod 2^29) * 2^24 + number: 53 bits.
+  std::int64_t enter(const PaneRow& row);
+
+  /// The pane as it was entered last; nothing for an address that was never given, or whose terminal belongs
+  /// to another pane by now.
+  std::optional<PaneRow> find(const TabAddress& tab) const;
 
  private:
+  struct Entry {
+    std::int64_t windowId;
+    PaneRow row;
+  };
   struct Occupant {
     std::int64_t pane;
     pid_t process;
@@ -48,10 +61,17 @@ class WindowIds {
   static constexpr std::size_t mostRemembered = 20'000;
   static constexpr std::ptrdiff_t forgottenAtOnce = 1'000;
 
-  void forgetSome(std::int64_t serverStart);
+  std::int64_t windowIdOf(const PaneRow& row) VELMORA_REQUIRES(mutex_);
+  void forgetSome(std::int64_t serverStart) VELMORA_REQUIRES(mutex_);
 
-  std::map<std::tuple<std::int64_t, std::int64_t, std::string>, Occupant> occupants_;  // start, window, tty
-  std::int64_t firstGeneration_ = 0;  // of a terminal that was not seen before, or was forgotten
+  mutable Mutex mutex_;
+  // By start, window, tty.
+  std::map<std::tuple<std::int64_t, std::int64_t, std::string>, Occupant> occupants_
+      VELMORA_GUARDED_BY(mutex_);
+  // Of a terminal that was not seen before, or was forgotten.
+  std::int64_t firstGeneration_ VELMORA_GUARDED_BY(mutex_) = 0;
+  // By tty. The system uses their names again, so there are never many.
+  std::unordered_map<std::string, Entry> latest_ VELMORA_GUARDED_BY(mutex_);
 };
 
 }  // namespace velmora

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "System/FileDescriptor.h"
 #include "TerminalAutomation/Tmux/ProcessTable.h"
 
 namespace velmora {
@@ -14,16 +15,15 @@ namespace {
 std::string readProcFile(pid_t process, const char* name) {
   std::string content;
   const std::string path = "/proc/" + std::to_string(process) + "/" + name;
-  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) return content;
+  const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) return content;
   std::array<char, 4096> block;
   ssize_t count = 0;
   // An argument list can be long; its beginning says enough. procfs fills the block unless the file ends.
   do {
-    count = read(file, block.data(), block.size());
+    count = ::read(file.get(), block.data(), block.size());
     if (count > 0) content.append(block.data(), static_cast<std::size_t>(count));
   } while (count == static_cast<ssize_t>(block.size()) && content.size() < 65536);
-  close(file);
   return content;
 }
 

@@ -9,17 +9,27 @@ namespace {
 
 std::string target(const PaneRow& pane) { return "%" + std::to_string(pane.pane); }
 
-/// A format that is true while the pane is the one that was looked up.
+/// A format that is true while the pane is the one that was listed: of the same server, in the same window,
+/// on the same terminal, with the same program.
 std::string isSamePane(const PaneRow& pane) {
-  return "#{&&:#{==:#{window_id},@" + std::to_string(pane.window) + "},#{&&:#{==:#{pane_tty}," + pane.tty +
-         "},#{==:#{pane_pid}," + std::to_string(pane.process) + "}}}";
+  const auto is = [](const char* name, const std::string& value) {
+    return std::string("#{==:#{") + name + "}," + value + "}";
+  };
+  std::string all = is("pid", std::to_string(pane.serverProcess));
+  for (const std::string& condition :
+       {is("start_time", std::to_string(pane.serverStart)),
+        is("window_id", "@" + std::to_string(pane.window)), is("pane_tty", pane.tty),
+        is("pane_pid", std::to_string(pane.process))}) {
+    all = "#{&&:" + condition + "," + all + "}";
+  }
+  return all;
 }
 
 std::string takesInput(const PaneRow& pane) {
   return "#{?pane_dead,0,#{?pane_input_off,0," + isSamePane(pane) + "}}";
 }
 
-/// A format that prints whether the pane still is the one that was looked up.
+/// A format that prints whether the pane still is the one that was listed.
 std::string verdict(const PaneRow& pane) {
   return "#{?" + isSamePane(pane) + "," + std::string(guardPassed) + "," + std::string(guardRefused) + "}";
 }
@@ -68,7 +78,7 @@ PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::stri
   // -r: line feeds stay as they are. -p: as one block when the program asks for that; a text that would end
   // the block early is typed plainly instead.
   std::string flags = " -d -r";
-  if (tmuxVersionNumber(pane.version) >= cleaningPasteTmuxVersion) flags += " -S";
+  if (pasteCleans(pane.version)) flags += " -S";
   const std::string block = text.find("\033[201~") == std::string_view::npos ? " -p" : "";
   const std::string tail = " -t " + target(pane);
   const std::string pasteReturn = "paste-buffer" + flags + " -b " + returnBuffer + tail;
@@ -103,7 +113,7 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
     command.standardInput.clear();
     const std::string_view bytes = pane.applicationCursor ? row.applicationBytes : row.bytes;
     for (std::int64_t i = 0; i < repeatCount; ++i) command.standardInput += bytes;
-    const bool cleans = tmuxVersionNumber(pane.version) >= cleaningPasteTmuxVersion;
+    const bool cleans = pasteCleans(pane.version);
     then += std::string("paste-buffer -d -r") + (cleans ? " -S" : "") + " -b " + bufferName + tail;
   } else {
     then += drop + " ; send-keys -N " + std::to_string(repeatCount) + tail + " " + row.tmuxName;

@@ -1,43 +1,43 @@
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
 
 #include "System/Utf8.h"
+#include "TerminalAutomation/Tmux/TmuxRows.h"
 
 namespace velmora {
 
 namespace {
 
-StructuredError make(ErrorCode code, std::string message, std::string_view operation, bool retryable,
-                     std::string suggestion) {
+/// Which tool and which session it is about, the core adds.
+StructuredError make(ErrorCode code, std::string message, bool retryable, std::string suggestion) {
   return {.code = code,
           .message = std::move(message),
-          .operation = std::string(operation),
+          .operation = {},
           .session = std::nullopt,
           .retryable = retryable,
           .recoverySuggestion = std::move(suggestion)};
 }
 
-StructuredError notPermitted(std::string message, std::string_view operation, std::string suggestion) {
-  return make(ErrorCode::automationPermissionDenied, std::move(message), operation, /*retryable=*/false,
+StructuredError notPermitted(std::string message, std::string suggestion) {
+  return make(ErrorCode::automationPermissionDenied, std::move(message), /*retryable=*/false,
               std::move(suggestion));
 }
 
 /// For a call that broke off: what happened, and what the user should know of its effect.
-StructuredError brokenOff(std::string message, std::string_view operation, TmuxEffect effect,
-                          std::string suggestion) {
+StructuredError brokenOff(std::string message, TmuxEffect effect, std::string suggestion) {
   switch (effect) {
     case TmuxEffect::none:
-      return make(ErrorCode::terminalNotAvailable, std::move(message), operation, /*retryable=*/true,
+      return make(ErrorCode::terminalNotAvailable, std::move(message), /*retryable=*/true,
                   std::move(suggestion));
     case TmuxEffect::created:
       return make(ErrorCode::terminalNotAvailable,
-                  message + " It is unknown whether the session was created.", operation, /*retryable=*/false,
+                  message + " It is unknown whether the session was created.", /*retryable=*/false,
                   "List the sessions before you create another one.");
     case TmuxEffect::typed:
       break;
   }
   // Repeating at once could run a command twice.
   return make(ErrorCode::terminalNotAvailable,
-              message + " The outcome is unknown: the input may have been typed.", operation,
+              message + " The outcome is unknown: the input may have been typed.",
               /*retryable=*/false, "Read the session's output to see what happened before you send again.");
 }
 
@@ -50,63 +50,62 @@ bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
-StructuredError refusal(const TmuxAnswer& answer, std::string_view operation, TmuxEffect effect) {
+StructuredError refusal(const TmuxAnswer& answer, TmuxEffect effect) {
   const std::string_view error = answer.errorOutput;
   if (contains(error, "Permission denied") || contains(error, "unsafe permissions")) {
-    return notPermitted("tmux refused the connection: " + firstLine(error) + ".", operation,
+    return notPermitted("tmux refused the connection: " + firstLine(error) + ".",
                         "Check the owner and the permissions of the tmux socket and its folder.");
   }
   if (contains(error, "access not allowed")) {
-    return notPermitted("The tmux server does not admit this user.", operation,
+    return notPermitted("The tmux server does not admit this user.",
                         "Allow the user with tmux server-access -a, then retry.");
   }
   if (contains(error, "client is read-only")) {
-    return notPermitted("The tmux server admits this user for reading only.", operation,
+    return notPermitted("The tmux server admits this user for reading only.",
                         "Allow writing with tmux server-access -w, then retry.");
   }
   if (contains(error, "no server running") || contains(error, "No such file or directory") ||
       contains(error, "Connection refused")) {
-    return tmuxError::notRunning(operation);
+    return tmuxError::notRunning();
   }
   if (contains(error, "too old for client") || contains(error, "protocol version mismatch")) {
-    return tmuxError::versionsMixed("", operation);
+    return tmuxError::versionsMixed("");
   }
   if (saysServerLost(answer)) {
-    if (effect == TmuxEffect::none) return tmuxError::notRunning(operation);
-    return brokenOff("The tmux server ended during the call.", operation, effect, "");
+    if (effect == TmuxEffect::none) return tmuxError::notRunning();
+    return brokenOff("The tmux server ended during the call.", effect, "");
   }
   std::string message = "tmux could not complete the operation";
   message += error.empty() ? "." : ": " + firstLine(error) + ".";
   // A hook of the user's that fails makes a failure of an input that has been typed.
-  if (effect != TmuxEffect::none) return brokenOff(std::move(message), operation, effect, "");
-  return make(ErrorCode::appleScriptExecutionFailed, std::move(message), operation, /*retryable=*/true,
+  if (effect != TmuxEffect::none) return brokenOff(std::move(message), effect, "");
+  return make(ErrorCode::appleScriptExecutionFailed, std::move(message), /*retryable=*/true,
               "Check the tmux server, then retry.");
 }
 
 }  // namespace
 
-std::optional<StructuredError> tmuxFailure(const TmuxAnswer& answer, std::string_view operation,
-                                           TmuxEffect effect) {
+std::optional<StructuredError> tmuxFailure(const TmuxAnswer& answer, TmuxEffect effect) {
   switch (answer.end) {
     case TmuxAnswer::End::exited:
       if (answer.exitStatus == 0 && answer.errorOutput.empty()) return std::nullopt;
-      return refusal(answer, operation, effect);
+      return refusal(answer, effect);
     case TmuxAnswer::End::timedOut:
-      return brokenOff("tmux did not answer in time.", operation, effect,
+      return brokenOff("tmux did not answer in time.", effect,
                        "Check that the tmux server responds, then retry.");
     case TmuxAnswer::End::cancelled:
-      return brokenOff("Velmora is shutting down.", operation, effect, "Start Velmora again, then retry.");
+      return brokenOff("Velmora is shutting down.", effect, "Start Velmora again, then retry.");
     case TmuxAnswer::End::outputTooLarge:
-      return make(ErrorCode::outputUnavailable, "The terminal's history is too large to be read.", operation,
+      return make(ErrorCode::outputUnavailable, "The terminal's history is too large to be read.",
                   /*retryable=*/true,
                   "Retry with visible output, or clear the history with tmux clear-history.");
     case TmuxAnswer::End::notInstalled:
-      return make(ErrorCode::terminalNotAvailable, answer.errorOutput, operation, /*retryable=*/true,
-                  "Install tmux 3.2 or newer, then retry.");
+      return make(ErrorCode::terminalNotAvailable, answer.errorOutput, /*retryable=*/true,
+                  "Install tmux " + std::string(oldestTmuxVersionName) + " or newer, then retry.");
     case TmuxAnswer::End::unsafeSocket:
       break;
   }
-  return notPermitted(answer.errorOutput + ".", operation,
+  return notPermitted(answer.errorOutput + ".",
                       "Make the folder and the socket your own and private (chmod 700), then retry.");
 }
 
@@ -123,84 +122,83 @@ bool saysServerLost(const TmuxAnswer& answer) {
 
 namespace tmuxError {
 
-StructuredError notRunning(std::string_view operation) {
-  return make(ErrorCode::terminalNotRunning, "No tmux server is running.", operation, /*retryable=*/true,
+StructuredError notRunning() {
+  return make(ErrorCode::terminalNotRunning, "No tmux server is running.", /*retryable=*/true,
               "Create a session with terminal_create_session or start tmux, then retry.");
 }
 
-StructuredError versionTooOld(std::string_view version, std::string_view operation) {
+StructuredError versionTooOld(std::string_view version) {
   return make(ErrorCode::terminalNotAvailable,
-              "tmux " + std::string(version) + " is too old; Velmora needs 3.2 or newer.", operation,
+              "tmux " + std::string(version) + " is too old; Velmora needs " +
+                  std::string(oldestTmuxVersionName) + " or newer.",
               /*retryable=*/false, "Install a newer tmux and restart its server.");
 }
 
-StructuredError versionsMixed(std::string_view clientVersion, std::string_view operation) {
+StructuredError versionsMixed(std::string_view clientVersion) {
   const std::string program =
       clientVersion.empty() ? "the installed program" : "the program " + std::string(clientVersion);
   return make(ErrorCode::terminalNotAvailable,
               "The running tmux server and " + program + " are of versions that do not work together.",
-              operation,
               /*retryable=*/false, "End the tmux sessions and restart the tmux server, then retry.");
 }
 
-StructuredError stale(std::string_view operation) {
-  return make(ErrorCode::sessionStale, "The tmux pane of this session is gone or has moved.", operation,
+StructuredError stale() {
+  return make(ErrorCode::sessionStale, "The tmux pane of this session is gone or has moved.",
               /*retryable=*/false, "List sessions and use the newly issued sessionId.");
 }
 
-StructuredError dead(std::string_view operation) {
-  return make(ErrorCode::sessionStale, "The program in this tmux pane has ended.", operation,
+StructuredError dead() {
+  return make(ErrorCode::sessionStale, "The program in this tmux pane has ended.",
               /*retryable=*/false, "List sessions and choose another one, or create a new one.");
 }
 
-StructuredError inputOff(std::string_view operation) {
-  return make(ErrorCode::sessionNotAllowed, "Input to this tmux pane is switched off.", operation,
+StructuredError inputOff() {
+  return make(ErrorCode::sessionNotAllowed, "Input to this tmux pane is switched off.",
               /*retryable=*/false, "Allow input with tmux select-pane -e, or choose another session.");
 }
 
-StructuredError busy(std::string_view operation) {
+StructuredError busy() {
   return make(
       ErrorCode::sessionBusy, "The terminal session is busy: a program is running in the tmux pane.",
-      operation, /*retryable=*/true,
+      /*retryable=*/true,
       "Wait for the program to finish and retry, or enable busy session input in Velmora settings only when "
       "you intend to send input to it.");
 }
 
-StructuredError textHasNul(std::string_view operation) {
-  return make(ErrorCode::invalidArgument, "Command must not contain a NUL character.", operation,
+StructuredError textHasNul() {
+  return make(ErrorCode::invalidArgument, "Command must not contain a NUL character.",
               /*retryable=*/false, "Correct the request arguments and try again.");
 }
 
-StructuredError badRepeatCount(std::string_view operation) {
-  return make(ErrorCode::invalidArgument, "repeatCount must be between 1 and 50.", operation,
+StructuredError badRepeatCount() {
+  return make(ErrorCode::invalidArgument, "repeatCount must be between 1 and 50.",
               /*retryable=*/false, "Correct the request arguments and try again.");
 }
 
-StructuredError sessionEndedAtOnce(bool destroyUnattached, std::string_view operation) {
+StructuredError sessionEndedAtOnce(bool destroyUnattached) {
   return make(ErrorCode::terminalNotAvailable,
               destroyUnattached
                   ? "tmux ended the new session at once because its option destroy-unattached is on."
                   : "The new tmux session ended at once.",
-              operation, /*retryable=*/false,
+              /*retryable=*/false,
               destroyUnattached ? "Switch the option off (tmux set -g destroy-unattached off), then retry."
                                 : "Check that the default shell of tmux starts, then retry.");
 }
 
-StructuredError unreadableAnswer(std::string_view operation) {
+StructuredError unreadableAnswer() {
   return make(ErrorCode::appleScriptExecutionFailed, "tmux gave an answer that cannot be understood.",
-              operation,
               /*retryable=*/true, "Check the tmux server, then retry.");
 }
 
-StructuredError terminalDidNotOpen(std::string_view operation) {
+StructuredError terminalDidNotOpen() {
   return make(ErrorCode::terminalNotAvailable,
-              "The session is selected in tmux, but the desktop's terminal did not show it.", operation,
+              "The session is selected in tmux, but the desktop's terminal did not show it.",
               /*retryable=*/true, "Attach to it in a terminal with tmux attach-session.");
 }
 
-StructuredError pictureFailed(std::string_view reason, std::string_view operation) {
+StructuredError pictureFailed(std::string_view reason) {
   return make(ErrorCode::screenCaptureUnavailable,
-              "The picture of the tmux pane could not be made: " + firstLine(reason) + ".", operation,
+              "The picture of the tmux pane could not be made: " + firstLine(reason) + ".",
               /*retryable=*/true, "Check the temporary folder's permissions and free space, then retry.");
 }
 

@@ -1,4 +1,5 @@
 // What the user and the client read when tmux fails: the bridge's error codes, in words that fit tmux.
+// Operation and session are left to the core.
 #pragma once
 
 #include <optional>
@@ -15,8 +16,7 @@ enum class TmuxEffect { none, created, typed };
 
 /// The error of an invocation that failed; nothing when it succeeded. tmux reports some refusals with
 /// status 0, so success also means an empty error output.
-std::optional<StructuredError> tmuxFailure(const TmuxAnswer& answer, std::string_view operation,
-                                           TmuxEffect effect);
+std::optional<StructuredError> tmuxFailure(const TmuxAnswer& answer, TmuxEffect effect);
 
 /// The server had sessions a moment ago and has none now, or runs without any.
 bool saysNoSessions(const TmuxAnswer& answer);
@@ -26,19 +26,19 @@ bool saysServerLost(const TmuxAnswer& answer);
 
 namespace tmuxError {
 
-StructuredError notRunning(std::string_view operation);
-StructuredError versionTooOld(std::string_view version, std::string_view operation);
-StructuredError versionsMixed(std::string_view clientVersion, std::string_view operation);
-StructuredError stale(std::string_view operation);
-StructuredError dead(std::string_view operation);
-StructuredError inputOff(std::string_view operation);
-StructuredError busy(std::string_view operation);
-StructuredError textHasNul(std::string_view operation);
-StructuredError badRepeatCount(std::string_view operation);
-StructuredError sessionEndedAtOnce(bool destroyUnattached, std::string_view operation);
-StructuredError unreadableAnswer(std::string_view operation);
-StructuredError terminalDidNotOpen(std::string_view operation);
-StructuredError pictureFailed(std::string_view reason, std::string_view operation);
+StructuredError notRunning();
+StructuredError versionTooOld(std::string_view version);
+StructuredError versionsMixed(std::string_view clientVersion);
+StructuredError stale();
+StructuredError dead();
+StructuredError inputOff();
+StructuredError busy();
+StructuredError textHasNul();
+StructuredError badRepeatCount();
+StructuredError sessionEndedAtOnce(bool destroyUnattached);
+StructuredError unreadableAnswer();
+StructuredError terminalDidNotOpen();
+StructuredError pictureFailed(std::string_view reason);
 
 }  // namespace tmuxError
 

@@ -1,7 +1,5 @@
 #include "TerminalAutomation/Tmux/TmuxOperations.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,9 +10,9 @@
 
 #include "BridgeModels/Text.h"
 #include "System/FindProgram.h"
+#include "TerminalAutomation/PictureFile.h"
 #include "TerminalAutomation/Tmux/BusyDetector.h"
 #include "TerminalAutomation/Tmux/PaneText.h"
-#include "TerminalAutomation/Tmux/PictureFile.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
@@ -54,15 +52,26 @@ std::string windowTarget(const PaneRow& pane) {
 
 std::string paneTarget(const PaneRow& pane) { return "%" + std::to_string(pane.pane); }
 
+void refuseOldTmux(const PaneRow& row) {
+  if (isTooOldTmux(row.version)) throw tmuxError::versionTooOld(row.version);
+}
+
+/// The client whose user pressed a key last; the end when nobody is attached.
+auto latestClient(const std::vector<ClientRow>& clients) {
+  return std::max_element(clients.begin(), clients.end(), [](const ClientRow& left, const ClientRow& right) {
+    return std::tie(left.activity, left.created) < std::tie(right.activity, right.created);
+  });
+}
+
 /// The numbers of guardPassed's line, and the screen after it.
-PaneScreen parseScreen(std::string_view output, std::string_view operation) {
+PaneScreen parseScreen(std::string_view output) {
   std::string_view line = output.substr(0, output.find('\n'));
   std::array<int, 5> numbers{};
   for (int& number : numbers) {
-    if (!line.starts_with('\t')) throw tmuxError::unreadableAnswer(operation);
+    if (!line.starts_with('\t')) throw tmuxError::unreadableAnswer();
     line.remove_prefix(1);
     const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), number);
-    if (error != std::errc()) throw tmuxError::unreadableAnswer(operation);
+    if (error != std::errc()) throw tmuxError::unreadableAnswer();
     line.remove_prefix(static_cast<std::size_t>(end - line.data()));
   }
   return {.text = std::string(output.substr(std::min(output.find('\n'), output.size() - 1) + 1)),
@@ -73,92 +82,77 @@ PaneScreen parseScreen(std::string_view output, std::string_view operation) {
           .cursorVisible = numbers[4] != 0};
 }
 
+TmuxOptions completed(TmuxOptions options) {
+  if (!options.sleep)
+    options.sleep = [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); };
+  if (options.homeDirectory.empty()) options.homeDirectory = environmentValue(options.environment, "HOME");
+  if (options.homeDirectory.empty()) options.homeDirectory = "/";
+  return options;
+}
+
 }  // namespace
 
-TmuxParts TmuxParts::ofSystem(const TmuxExecutorOptions& options) {
-  return {.transport = std::make_unique<TmuxProcessTransport>(options.environment, options.socketPath,
-                                                              options.program),
-          .processes = systemProcessTable(),
-          .desktop = std::make_unique<SystemDesktopTerminal>(options.environment),
-          .drawPicture = renderPanePicture};
-}
+TmuxOperations::TmuxOperations(TmuxOptions options, TmuxParts parts)
+    : options_(completed(std::move(options))),
+      parts_(std::move(parts)),
+      bufferPrefix_("velmora-" + options_.uuid().toString() + "-") {}
 
-TmuxOperations::TmuxOperations(const TmuxExecutorOptions& options, const TmuxParts& parts)
-    : options_(options), parts_(parts), bufferPrefix_("velmora-" + options.uuid().toString() + "-") {}
-
-TmuxOperations::Call TmuxOperations::begin(std::string_view operation) const {
-  return {operation, asked_.value_or(std::chrono::steady_clock::now()) + options_.deadline};
-}
-
-TmuxAnswer TmuxOperations::invoke(const Call& call, std::vector<std::string> arguments,
+TmuxAnswer TmuxOperations::invoke(Deadline deadline, std::vector<std::string> arguments,
                                   std::optional<std::string> input, std::size_t outputLimit) const {
+  // An invocation that begins too late could still have an effect, and its caller would hear of none.
+  if (std::chrono::steady_clock::now() >= deadline)
+    throw *tmuxFailure({.end = TmuxAnswer::End::timedOut}, TmuxEffect::none);
   return parts_.transport->run({.arguments = std::move(arguments),
                                 .standardInput = std::move(input),
-                                .deadline = call.deadline,
+                                .deadline = deadline,
                                 .outputLimit = outputLimit});
 }
 
-std::string TmuxOperations::invokeOrThrow(const Call& call, std::vector<std::string> arguments,
-                                          TmuxEffect effect) const {
-  TmuxAnswer answer = invoke(call, std::move(arguments));
-  if (auto failure = tmuxFailure(answer, call.operation, effect)) throw std::move(*failure);
-  return std::move(answer.output);
+void TmuxOperations::select(Deadline deadline, std::vector<std::string> arguments) const {
+  if (auto failure = tmuxFailure(invoke(deadline, std::move(arguments)), TmuxEffect::none))
+    throw std::move(*failure);
 }
 
-TmuxListing TmuxOperations::list(const Call& call, bool withClients, const std::string& filter) const {
-  std::vector<std::string> arguments{"list-panes", "-a"};
-  if (!filter.empty()) arguments.insert(arguments.end(), {"-f", filter});
-  arguments.insert(arguments.end(), {"-F", paneRowFormat()});
+TmuxListing TmuxOperations::list(Deadline deadline, bool withClients) const {
+  std::vector<std::string> arguments{"list-panes", "-a", "-F", paneRowFormat()};
   if (withClients) arguments.insert(arguments.end(), {";", "list-clients", "-F", clientRowFormat()});
 
-  TmuxAnswer answer = invoke(call, arguments);
+  TmuxAnswer answer = invoke(deadline, arguments);
   if (saysServerLost(answer)) {
     // It may have been on its way out; a second look tells. A server that loses its client every time is
     // there, but speaks another version's protocol.
-    answer = invoke(call, arguments);
-    if (saysServerLost(answer)) throw tmuxError::versionsMixed(clientVersion(call), call.operation);
+    answer = invoke(deadline, arguments);
+    if (saysServerLost(answer)) throw tmuxError::versionsMixed(clientVersion(deadline));
   }
   if (saysNoSessions(answer)) return {};
-  if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::none)) {
-    if (answer.errorOutput.starts_with("usage:")) {
-      // Before 3.2 there is no -f.
-      const std::string version = clientVersion(call);
-      throw tmuxError::versionTooOld(version.substr(version.find(' ') + 1), call.operation);
-    }
+  if (auto failure = tmuxFailure(answer, TmuxEffect::none)) {
     if (answer.errorOutput.find("too old") != std::string::npos) {
-      throw tmuxError::versionsMixed(clientVersion(call), call.operation);
+      throw tmuxError::versionsMixed(clientVersion(deadline));
     }
     throw std::move(*failure);
   }
   auto listing = parseListing(answer.output);
-  if (!listing) throw tmuxError::unreadableAnswer(call.operation);
-  if (!listing->panes.empty() && tmuxVersionNumber(listing->panes.front().version) < oldestTmuxVersion) {
-    throw tmuxError::versionTooOld(listing->panes.front().version, call.operation);
-  }
+  if (!listing) throw tmuxError::unreadableAnswer();
+  if (!listing->panes.empty()) refuseOldTmux(listing->panes.front());
   return std::move(*listing);
 }
 
-std::string TmuxOperations::clientVersion(const Call& call) const {
-  std::string version = invoke(call, {"-V"}).output;
+std::string TmuxOperations::clientVersion(Deadline deadline) const {
+  std::string version = invoke(deadline, {"-V"}).output;
   return version.substr(0, version.find('\n'));
 }
 
-PaneRow TmuxOperations::findPane(const Call& call, const std::string& tty, std::int64_t windowId) {
-  if (!isPlainPath(tty)) throw tmuxError::stale(call.operation);
-  // By the same arrangement as the listing, so that a name that it leaves out is not found here either.
-  for (const ArrangedPane& pane :
-       arrangePanes(list(call, /*withClients=*/false, "#{==:#{pane_tty}," + tty + "}"))) {
-    if (pane.row.tty == tty && windowIds_.windowId(pane.row) == windowId) return pane.row;
-  }
-  throw tmuxError::stale(call.operation);
+PaneRow TmuxOperations::paneAt(const TabAddress& tab) const {
+  auto pane = panes_.find(tab);
+  if (!pane || !isPlainPath(pane->tty)) throw tmuxError::stale();
+  return *std::move(pane);
 }
 
-PaneRow TmuxOperations::findPaneForInput(const Call& call, const std::string& tty, std::int64_t windowId,
-                                         bool allowBusy) {
-  PaneRow pane = findPane(call, tty, windowId);
-  if (pane.dead) throw tmuxError::dead(call.operation);
-  if (pane.inputOff) throw tmuxError::inputOff(call.operation);
-  if (!allowBusy && isBusy(pane)) throw tmuxError::busy(call.operation);
+PaneRow TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy) const {
+  PaneRow pane = paneAt(tab);
+  if (pane.dead) throw tmuxError::dead();
+  if (pane.inputOff) throw tmuxError::inputOff();
+  if (!allowBusy && isBusy(pane)) throw tmuxError::busy();
   return pane;
 }
 
@@ -168,7 +162,7 @@ bool TmuxOperations::isBusy(const PaneRow& pane) const {
 
 TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
   return {.tty = pane.row.tty,
-          .windowId = windowIds_.windowId(pane.row),
+          .windowId = panes_.enter(pane.row),
           .windowIndex = pane.windowIndex,
           .tabIndex = pane.tabIndex,
           .title = paneTitle(pane.row),
@@ -176,10 +170,9 @@ TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
           .selected = pane.row.active};
 }
 
-TerminalRuntimeStatus TmuxOperations::status() {
-  const Call call = begin("terminal_status");
+TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
   try {
-    const TmuxListing listing = list(call, /*withClients=*/false);
+    const TmuxListing listing = list(deadline, /*withClients=*/false);
     std::set<std::int64_t> windows;
     for (const PaneRow& pane : listing.panes) windows.insert(pane.window);
     return {.running = true,
@@ -191,57 +184,43 @@ TerminalRuntimeStatus TmuxOperations::status() {
   }
 }
 
-std::vector<TerminalTabSnapshot> TmuxOperations::listSessions() {
-  const Call call = begin("terminal_list_sessions");
+std::vector<TerminalTabSnapshot> TmuxOperations::listSessions(Deadline deadline) {
   std::vector<TerminalTabSnapshot> tabs;
-  for (const ArrangedPane& pane : arrangePanes(list(call, /*withClients=*/true)))
+  for (const ArrangedPane& pane : arrangePanes(list(deadline, /*withClients=*/true)))
     tabs.push_back(snapshot(pane));
   return tabs;
 }
 
-TerminalTabSnapshot TmuxOperations::createWindow() {
-  const Call call = begin("terminal_create_session");
+TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
   makeTmuxSocketFolder(parts_.transport->socketPath());
-  const std::vector<std::string> arguments{"new-session",
-                                           "-d",
-                                           "-x",
-                                           "120",
-                                           "-y",
-                                           "40",
-                                           "-c",
-                                           literally(options_.homeDirectory.string()),
-                                           "-P",
-                                           "-F",
-                                           paneRowFormat(),
-                                           ";",
-                                           "show-options",
-                                           "-gqv",
-                                           "destroy-unattached"};
-  TmuxAnswer answer = invoke(call, arguments);
+  std::vector<std::string> arguments{"new-session", "-d", "-x", "120", "-y", "40", "-c"};
+  arguments.push_back(literally(options_.homeDirectory.string()));
+  arguments.insert(arguments.end(), {"-P", "-F", paneRowFormat()});
+  arguments.insert(arguments.end(), {";", "show-options", "-gqv", "destroy-unattached"});
+  TmuxAnswer answer = invoke(deadline, arguments);
   if (saysServerLost(answer)) {
     // The former server was still ending.
     options_.sleep(restartPause);
-    answer = invoke(call, arguments);
+    answer = invoke(deadline, arguments);
   }
-  if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::created)) throw std::move(*failure);
+  if (auto failure = tmuxFailure(answer, TmuxEffect::created)) throw std::move(*failure);
   const std::size_t lineEnd = std::min(answer.output.find('\n'), answer.output.size() - 1);
   const auto created = parseListing(std::string_view(answer.output).substr(0, lineEnd + 1));
-  if (!created || created->panes.size() != 1) throw tmuxError::unreadableAnswer(call.operation);
+  if (!created || created->panes.size() != 1) throw tmuxError::unreadableAnswer();
   const PaneRow& row = created->panes.front();
-  if (tmuxVersionNumber(row.version) < oldestTmuxVersion)
-    throw tmuxError::versionTooOld(row.version, call.operation);
+  refuseOldTmux(row);
 
-  if (const auto pane = waitForPrompt(call, row.pane)) return snapshot(*pane);
+  if (const auto pane = waitForPrompt(deadline, row.pane)) return snapshot(*pane);
   const std::string_view option = std::string_view(answer.output).substr(lineEnd + 1);
-  throw tmuxError::sessionEndedAtOnce(!option.empty() && !option.starts_with("off"), call.operation);
+  throw tmuxError::sessionEndedAtOnce(!option.empty() && !option.starts_with("off"));
 }
 
-std::optional<ArrangedPane> TmuxOperations::waitForPrompt(const Call& call, std::int64_t pane) const {
+std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std::int64_t pane) const {
   std::optional<ArrangedPane> found;
   for (int poll = 0; poll < promptPolls; ++poll) {
     found.reset();
     try {
-      for (ArrangedPane& candidate : arrangePanes(list(call, /*withClients=*/true))) {
+      for (ArrangedPane& candidate : arrangePanes(list(deadline, /*withClients=*/true))) {
         if (candidate.row.pane == pane) found = std::move(candidate);
       }
     } catch (StructuredError& error) {
@@ -261,87 +240,76 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(const Call& call, std:
 
 std::string TmuxOperations::newBufferName() { return bufferPrefix_ + std::to_string(++buffers_); }
 
-void TmuxOperations::type(const Call& call, PaneCommand command) const {
-  const TmuxAnswer answer = invoke(call, std::move(command.arguments), std::move(command.standardInput));
-  if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::typed)) throw std::move(*failure);
-  if (answer.output.starts_with(guardRefused)) throw tmuxError::stale(call.operation);
+void TmuxOperations::type(Deadline deadline, PaneCommand command) const {
+  const TmuxAnswer answer = invoke(deadline, std::move(command.arguments), std::move(command.standardInput));
+  if (auto failure = tmuxFailure(answer, TmuxEffect::typed)) throw std::move(*failure);
+  if (answer.output.starts_with(guardRefused)) throw tmuxError::stale();
 }
 
-void TmuxOperations::sendCommand(const std::string& command, const std::string& tty, std::int64_t windowId,
-                                 bool allowBusy) {
-  const Call call = begin("terminal_send_command");
-  if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul(call.operation);
-  const PaneRow pane = findPaneForInput(call, tty, windowId, allowBusy);
-  type(call, typeText(pane, command, newBufferName()));
+void TmuxOperations::sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
+                                 Deadline deadline) {
+  if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul();
+  type(deadline, typeText(paneForInput(tab, allowBusy), command, newBufferName()));
 }
 
-void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const std::string& tty,
-                             std::int64_t windowId, bool allowBusy) {
-  const Call call = begin("terminal_send_key");
-  if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount(call.operation);
-  const PaneRow pane = findPaneForInput(call, tty, windowId, allowBusy);
-  type(call, pressKey(pane, key, repeatCount, newBufferName()));
+void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
+                             Deadline deadline) {
+  if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount();
+  type(deadline, pressKey(paneForInput(tab, allowBusy), key, repeatCount, newBufferName()));
 }
 
-std::string TmuxOperations::read(const Call& call, PaneCommand command, std::size_t outputLimit) const {
-  TmuxAnswer answer = invoke(call, std::move(command.arguments), std::nullopt, outputLimit);
-  if (answer.errorOutput.starts_with("can't find pane")) throw tmuxError::stale(call.operation);
-  if (auto failure = tmuxFailure(answer, call.operation, TmuxEffect::none)) throw std::move(*failure);
-  if (!answer.output.starts_with(guardPassed)) throw tmuxError::stale(call.operation);
+std::string TmuxOperations::read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const {
+  TmuxAnswer answer = invoke(deadline, std::move(command.arguments), std::nullopt, outputLimit);
+  if (answer.errorOutput.starts_with("can't find pane")) throw tmuxError::stale();
+  if (auto failure = tmuxFailure(answer, TmuxEffect::none)) throw std::move(*failure);
+  if (!answer.output.starts_with(guardPassed)) throw tmuxError::stale();
   answer.output.erase(0, guardPassed.size());
   return std::move(answer.output);
 }
 
 TerminalOutput TmuxOperations::readOutput(OutputSource source, std::int64_t maxCharacters,
-                                          const std::string& tty, std::int64_t windowId) {
-  Call call = begin("terminal_read_output");
-  const PaneRow pane = findPane(call, tty, windowId);
-  if (source == OutputSource::history) call.deadline += options_.historyDeadline - options_.deadline;
-  std::string captured = read(call, readText(pane, source), historyLimit);
+                                          const TabAddress& tab, Deadline deadline) {
+  std::string captured = read(deadline, readText(paneAt(tab), source), historyLimit);
   captured.erase(0, 1);  // the end of the guard's line
   const std::string text = tidyPaneText(std::move(captured));
   const TextEnd end = lastCharacters(text, maxCharacters);
   return {.text = std::string(end.text), .source = source, .originalCharacterCount = end.totalCharacters};
 }
 
-TerminalScreenCapture TmuxOperations::captureScreen(const std::string& tty, std::int64_t windowId) {
-  const Call call = begin("terminal_capture_screen");
-  const PaneRow pane = findPane(call, tty, windowId);
-  const PaneScreen screen = parseScreen(read(call, readScreen(pane), screenLimit), call.operation);
+TerminalScreenCapture TmuxOperations::captureScreen(const TabAddress& tab, Deadline deadline) {
+  const PaneScreen screen = parseScreen(read(deadline, readScreen(paneAt(tab)), screenLimit));
   try {
     const std::string png = parts_.drawPicture(screen);
     return {.imagePath = writePictureFile(options_.temporaryDirectory, options_.uuid(), png).string()};
   } catch (const std::runtime_error& error) {
-    throw tmuxError::pictureFailed(error.what(), call.operation);
+    throw tmuxError::pictureFailed(error.what());
   }
 }
 
-void TmuxOperations::focus(const std::string& tty, std::int64_t windowId) {
-  const Call call = begin("terminal_focus_session");
-  const PaneRow found = findPane(call, tty, windowId);
-  const TmuxListing listing = list(call, /*withClients=*/true);
-  const auto client = std::max_element(
-      listing.clients.begin(), listing.clients.end(), [](const ClientRow& left, const ClientRow& right) {
-        return std::tie(left.activity, left.created) < std::tie(right.activity, right.created);
-      });
+void TmuxOperations::focus(const TabAddress& tab, Deadline deadline) {
+  // Selecting has no guard in the server, and which terminal was used last changes by the second.
+  const TmuxListing listing = list(deadline, /*withClients=*/true);
+  std::optional<PaneRow> found;
+  for (ArrangedPane& pane : arrangePanes(listing)) {
+    if (panes_.enter(pane.row) == tab.windowId && pane.row.tty == tab.tty) found = std::move(pane.row);
+  }
+  if (!found) throw tmuxError::stale();
+  const auto client = latestClient(listing.clients);
   if (client == listing.clients.end()) {
-    invokeOrThrow(call,
-                  {"select-window", "-t", windowTarget(found), ";", "select-pane", "-t", paneTarget(found)},
-                  TmuxEffect::none);
-    if (!showInDesktopTerminal(call, found)) throw tmuxError::terminalDidNotOpen(call.operation);
+    select(deadline,
+           {"select-window", "-t", windowTarget(*found), ";", "select-pane", "-t", paneTarget(*found)});
+    if (!showInDesktopTerminal(deadline, *found)) throw tmuxError::terminalDidNotOpen();
     return;
   }
   // The client's own session when it holds the window; it would leave it otherwise.
-  PaneRow shown = found;
   for (const PaneRow& row : listing.panes) {
-    if (row.pane == found.pane && row.session == client->session) shown = row;
+    if (row.pane == found->pane && row.session == client->session) found = row;
   }
-  invokeOrThrow(call,
-                {"switch-client", "-c", client->name, "-t", windowTarget(shown) + "." + paneTarget(shown)},
-                TmuxEffect::none);
+  select(deadline,
+         {"switch-client", "-c", client->name, "-t", windowTarget(*found) + "." + paneTarget(*found)});
 }
 
-bool TmuxOperations::showInDesktopTerminal(const Call& call, const PaneRow& pane) const {
+bool TmuxOperations::showInDesktopTerminal(Deadline deadline, const PaneRow& pane) const {
   // The pane names its session too, and unlike "$1" it means nothing to a shell that a terminal may use.
   const auto program = options_.program ? options_.program : findProgram("tmux", options_.environment);
   if (!program || !parts_.desktop->open({program->string(), "-u", "-S", parts_.transport->socketPath(),
@@ -349,7 +317,7 @@ bool TmuxOperations::showInDesktopTerminal(const Call& call, const PaneRow& pane
     return true;  // no screen at hand: the next attach shows it
   }
   for (int poll = 0; poll < attachPolls; ++poll) {
-    if (!list(call, /*withClients=*/true).clients.empty()) return true;
+    if (!list(deadline, /*withClients=*/true).clients.empty()) return true;
     options_.sleep(pollPause);
   }
   return false;

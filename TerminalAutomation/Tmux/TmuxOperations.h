@@ -1,72 +1,66 @@
-// The eight operations themselves, one call after another.
+// The eight operations on tmux.
 #pragma once
 
-#include <chrono>
+#include <atomic>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "TerminalAutomation/TerminalAutomating.h"
+#include "TerminalAutomation/TerminalOperations.h"
 #include "TerminalAutomation/Tmux/PaneDirectory.h"
 #include "TerminalAutomation/Tmux/TmuxDelivery.h"
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
-#include "TerminalAutomation/Tmux/TmuxOptions.h"
+#include "TerminalAutomation/Tmux/TmuxTerminal.h"
 
 namespace velmora {
 
-/// Not thread-safe. Throws StructuredError. `options` and `parts` must outlive it.
-class TmuxOperations {
+/// Thread-safe. Throws StructuredErrors in tmux's words. What acts on one tab goes straight to the pane that
+/// the last listing showed under that address, in one invocation; the server itself checks that it still is
+/// that pane (TmuxDelivery). An address that no listing gave is stale.
+class TmuxOperations final : public TerminalOperations {
  public:
-  TmuxOperations(const TmuxExecutorOptions& options, const TmuxParts& parts);
+  TmuxOperations(TmuxOptions options, TmuxParts parts);
 
-  /// When the next operations were asked for; their deadlines count from then. Without it, from their start.
-  void setAsked(std::chrono::steady_clock::time_point asked) { asked_ = asked; }
-
-  TerminalRuntimeStatus status();
-  std::vector<TerminalTabSnapshot> listSessions();
-  TerminalTabSnapshot createWindow();
-  void sendCommand(const std::string& command, const std::string& tty, std::int64_t windowId, bool allowBusy);
-  void sendKey(TerminalKey key, std::int64_t repeatCount, const std::string& tty, std::int64_t windowId,
-               bool allowBusy);
-  TerminalOutput readOutput(OutputSource source, std::int64_t maxCharacters, const std::string& tty,
-                            std::int64_t windowId);
-  TerminalScreenCapture captureScreen(const std::string& tty, std::int64_t windowId);
-  void focus(const std::string& tty, std::int64_t windowId);
+  std::string displayName() const override { return "tmux"; }
+  TerminalRuntimeStatus status(Deadline deadline) override;
+  std::vector<TerminalTabSnapshot> listSessions(Deadline deadline) override;
+  TerminalTabSnapshot createWindow(Deadline deadline) override;
+  void sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
+                   Deadline deadline) override;
+  void sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
+               Deadline deadline) override;
+  TerminalOutput readOutput(OutputSource source, std::int64_t maxCharacters, const TabAddress& tab,
+                            Deadline deadline) override;
+  TerminalScreenCapture captureScreen(const TabAddress& tab, Deadline deadline) override;
+  void focus(const TabAddress& tab, Deadline deadline) override;
+  void cancel() noexcept override { parts_.transport->cancel(); }
 
  private:
-  /// One operation's name and the time by which it is over.
-  struct Call {
-    std::string_view operation;
-    std::chrono::steady_clock::time_point deadline;
-  };
-
-  Call begin(std::string_view operation) const;
-  TmuxAnswer invoke(const Call& call, std::vector<std::string> arguments,
+  TmuxAnswer invoke(Deadline deadline, std::vector<std::string> arguments,
                     std::optional<std::string> input = {},
                     std::size_t outputLimit = std::size_t{64} << 20) const;
-  std::string invokeOrThrow(const Call& call, std::vector<std::string> arguments, TmuxEffect effect) const;
+  void select(Deadline deadline, std::vector<std::string> arguments) const;
 
-  TmuxListing list(const Call& call, bool withClients, const std::string& filter = {}) const;
-  PaneRow findPane(const Call& call, const std::string& tty, std::int64_t windowId);
-  PaneRow findPaneForInput(const Call& call, const std::string& tty, std::int64_t windowId, bool allowBusy);
-  std::string read(const Call& call, PaneCommand command, std::size_t outputLimit) const;
-  void type(const Call& call, PaneCommand command) const;
-  std::string newBufferName();
-  bool isBusy(const PaneRow& pane) const;
+  TmuxListing list(Deadline deadline, bool withClients) const;
+  std::string clientVersion(Deadline deadline) const;
   TerminalTabSnapshot snapshot(const ArrangedPane& pane);
-  std::optional<ArrangedPane> waitForPrompt(const Call& call, std::int64_t pane) const;
-  bool showInDesktopTerminal(const Call& call, const PaneRow& pane) const;
-  std::string clientVersion(const Call& call) const;
+  std::optional<ArrangedPane> waitForPrompt(Deadline deadline, std::int64_t pane) const;
 
-  const TmuxExecutorOptions& options_;
-  const TmuxParts& parts_;
+  PaneRow paneAt(const TabAddress& tab) const;
+  PaneRow paneForInput(const TabAddress& tab, bool allowBusy) const;
+  bool isBusy(const PaneRow& pane) const;
+  std::string read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const;
+  void type(Deadline deadline, PaneCommand command) const;
+  std::string newBufferName();
+  bool showInDesktopTerminal(Deadline deadline, const PaneRow& pane) const;
+
+  const TmuxOptions options_;
+  const TmuxParts parts_;
   const std::string bufferPrefix_;
-  std::uint64_t buffers_ = 0;
-  std::optional<std::chrono::steady_clock::time_point> asked_;
-  WindowIds windowIds_;
+  std::atomic<std::uint64_t> buffers_ = 0;
+  PaneDirectory panes_;
 };
 
 }  // namespace velmora

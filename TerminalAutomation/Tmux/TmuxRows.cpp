@@ -1,107 +1,110 @@
 #include "TerminalAutomation/Tmux/TmuxRows.h"
 
-#include <algorithm>
+#include <array>
 #include <charconv>
-#include <limits>
+#include <utility>
+
+#include "System/ProgramVersion.h"
 
 namespace velmora {
 
 namespace {
 
-/// Takes the fields of one line, in order. A field that does not fit makes the whole line bad.
-class LineFields {
- public:
-  explicit LineFields(std::string_view line) : rest_(line) {}
-
-  void take(std::string& field) { field = std::string(next()); }
-  void take(bool& field) {
-    const std::string_view text = next();
-    field = text == "1";
-    good_ = good_ && (text == "0" || text == "1" || text.empty());
-  }
-  template <class Integer>
-  void take(Integer& field) {
-    takeInteger(next(), field);
-  }
-  /// "$1", "@2" or "%3".
-  void take(char sigil, std::int64_t& field) {
-    std::string_view text = next();
-    good_ = good_ && text.starts_with(sigil);
-    if (!text.empty()) text.remove_prefix(1);
-    takeInteger(text, field);
-  }
-
-  bool complete() const { return good_ && ended_; }
-
- private:
-  std::string_view next() {
-    if (ended_) good_ = false;
-    const std::size_t tab = rest_.find('\t');
-    const std::string_view field = rest_.substr(0, tab);
-    ended_ = tab == std::string_view::npos;
-    rest_.remove_prefix(ended_ ? rest_.size() : tab + 1);
-    return field;
-  }
-
-  template <class Integer>
-  void takeInteger(std::string_view text, Integer& field) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), field);
-    good_ = good_ && error == std::errc() && end == text.data() + text.size();
-  }
-
-  std::string_view rest_;
-  bool good_ = true;
-  bool ended_ = false;
-};
-
-bool parsePane(std::string_view line, PaneRow& row) {
-  LineFields fields(line);
-  fields.take(row.serverProcess);
-  fields.take(row.serverStart);
-  fields.take(row.version);
-  fields.take(row.host);
-  fields.take('$', row.session);
-  fields.take('@', row.window);
-  fields.take('%', row.pane);
-  fields.take(row.tty);
-  fields.take(row.process);
-  fields.take(row.dead);
-  fields.take(row.inputOff);
-  fields.take(row.synchronized);
-  fields.take(row.applicationCursor);
-  fields.take(row.active);
-  fields.take(row.stackIndex);
-  fields.take(row.sessionActivity);
-  fields.take(row.sessionName);
-  fields.take(row.windowName);
-  fields.take(row.title);
-  return fields.complete();
+bool readValue(std::string_view text, std::string& value) {
+  value = text;
+  return true;
 }
 
-bool parseClient(std::string_view line, ClientRow& row) {
-  LineFields fields(line);
-  fields.take(row.activity);
-  fields.take(row.created);
-  fields.take('$', row.session);
-  fields.take('@', row.window);
-  fields.take(row.name);
-  return fields.complete();
+bool readValue(std::string_view text, bool& value) {
+  value = text == "1";
+  return value || text == "0" || text.empty();
+}
+
+template <class Integer>
+bool readValue(std::string_view text, Integer& value) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+/// Part of a row: tmux's name for it, and how its text gets into the row. False when it does not fit.
+template <class Row>
+struct Field {
+  std::string_view name;
+  bool (*read)(std::string_view text, Row& row);
+};
+
+template <class Row, auto member>
+constexpr Field<Row> field(std::string_view name) {
+  return {name, [](std::string_view text, Row& row) { return readValue(text, row.*member); }};
+}
+
+/// A field like "$1", "@2" or "%3".
+template <class Row, char sigil, auto member>
+constexpr Field<Row> numbered(std::string_view name) {
+  return {name, [](std::string_view text, Row& row) {
+            return text.starts_with(sigil) && readValue(text.substr(1), row.*member);
+          }};
+}
+
+// tmux escapes or refuses tabs and line ends in all of these; the freest text stands last.
+constexpr std::array paneFields{
+    field<PaneRow, &PaneRow::serverProcess>("pid"),
+    field<PaneRow, &PaneRow::serverStart>("start_time"),
+    field<PaneRow, &PaneRow::version>("version"),
+    field<PaneRow, &PaneRow::host>("host"),
+    numbered<PaneRow, '$', &PaneRow::session>("session_id"),
+    numbered<PaneRow, '@', &PaneRow::window>("window_id"),
+    numbered<PaneRow, '%', &PaneRow::pane>("pane_id"),
+    field<PaneRow, &PaneRow::tty>("pane_tty"),
+    field<PaneRow, &PaneRow::process>("pane_pid"),
+    field<PaneRow, &PaneRow::dead>("pane_dead"),
+    field<PaneRow, &PaneRow::inputOff>("pane_input_off"),
+    field<PaneRow, &PaneRow::synchronized>("pane_synchronized"),
+    field<PaneRow, &PaneRow::applicationCursor>("keypad_cursor_flag"),
+    field<PaneRow, &PaneRow::active>("pane_active"),
+    field<PaneRow, &PaneRow::stackIndex>("window_stack_index"),
+    field<PaneRow, &PaneRow::sessionActivity>("session_activity"),
+    field<PaneRow, &PaneRow::sessionName>("session_name"),
+    field<PaneRow, &PaneRow::windowName>("window_name"),
+    field<PaneRow, &PaneRow::title>("pane_title"),
+};
+
+constexpr std::array clientFields{
+    field<ClientRow, &ClientRow::activity>("client_activity"),
+    field<ClientRow, &ClientRow::created>("client_created"),
+    numbered<ClientRow, '$', &ClientRow::session>("session_id"),
+    numbered<ClientRow, '@', &ClientRow::window>("window_id"),
+    field<ClientRow, &ClientRow::name>("client_name"),
+};
+
+template <class Fields>
+std::string formatOf(std::string mark, const Fields& fields) {
+  for (const auto& field : fields) mark.append("\t#{").append(field.name).append("}");
+  return mark;
+}
+
+/// Whether `line` is a tab and a text for each of the fields, and no more.
+template <class Fields, class Row>
+bool readRow(std::string_view line, const Fields& fields, Row& row) {
+  for (const auto& field : fields) {
+    if (!line.starts_with('\t')) return false;
+    line.remove_prefix(1);
+    const std::string_view text = line.substr(0, line.find('\t'));
+    if (!field.read(text, row)) return false;
+    line.remove_prefix(text.size());
+  }
+  return line.empty();
 }
 
 }  // namespace
 
 const std::string& paneRowFormat() {
-  static const std::string format =
-      "R\t#{pid}\t#{start_time}\t#{version}\t#{host}\t#{session_id}\t#{window_id}\t#{pane_id}\t#{pane_tty}\t"
-      "#{pane_pid}\t#{pane_dead}\t#{pane_input_off}\t#{pane_synchronized}\t#{keypad_cursor_flag}\t#{pane_"
-      "active}\t"
-      "#{window_stack_index}\t#{session_activity}\t#{session_name}\t#{window_name}\t#{pane_title}";
+  static const std::string format = formatOf("R", paneFields);
   return format;
 }
 
 const std::string& clientRowFormat() {
-  static const std::string format =
-      "C\t#{client_activity}\t#{client_created}\t#{session_id}\t#{window_id}\t#{client_name}";
+  static const std::string format = formatOf("C", clientFields);
   return format;
 }
 
@@ -112,29 +115,25 @@ std::optional<TmuxListing> parseListing(std::string_view output) {
     if (lineEnd == std::string_view::npos) return std::nullopt;
     const std::string_view line = output.substr(0, lineEnd);
     output.remove_prefix(lineEnd + 1);
-    if (line.starts_with("R\t")) {
-      if (!parsePane(line.substr(2), listing.panes.emplace_back())) return std::nullopt;
-    } else if (line.starts_with("C\t")) {
-      if (!parseClient(line.substr(2), listing.clients.emplace_back())) return std::nullopt;
-    } else {
-      return std::nullopt;
-    }
+    const bool good =
+        line.starts_with('R')   ? readRow(line.substr(1), paneFields, listing.panes.emplace_back())
+        : line.starts_with('C') ? readRow(line.substr(1), clientFields, listing.clients.emplace_back())
+                                : false;
+    if (!good) return std::nullopt;
   }
   return listing;
 }
 
-int tmuxVersionNumber(std::string_view version) {
-  const std::size_t digit = version.find_first_of("0123456789");
-  if (digit == std::string_view::npos) return std::numeric_limits<int>::max();
-  version.remove_prefix(digit);
-  int major = 0;
-  int minor = 0;
-  const char* const end = version.data() + version.size();
-  const auto parsed = std::from_chars(version.data(), end, major);
-  if (parsed.ptr != end && *parsed.ptr == '.') std::from_chars(parsed.ptr + 1, end, minor);
-  // The server may call itself anything.
-  const auto number = std::int64_t{major} * 100 + minor;
-  return static_cast<int>(std::min<std::int64_t>(number, std::numeric_limits<int>::max()));
+// A version without a number ("master") is newer than all others.
+
+bool isTooOldTmux(std::string_view version) {
+  const auto numbers = versionNumbers(version);
+  return numbers && *numbers < *versionNumbers(oldestTmuxVersionName);
+}
+
+bool pasteCleans(std::string_view version) {
+  const auto numbers = versionNumbers(version);
+  return !numbers || *numbers >= std::pair(3, 7);
 }
 
 }  // namespace velmora

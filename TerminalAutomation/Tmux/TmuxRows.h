@@ -52,19 +52,19 @@ struct TmuxListing {
   std::vector<ClientRow> clients;
 };
 
-/// The values of `-F` for list-panes (and new-session -P) and for list-clients. tmux escapes or refuses
-/// tabs and line ends in every field that they name; the freest text stands last.
+/// The values of `-F` for list-panes (and new-session -P) and for list-clients.
 const std::string& paneRowFormat();
 const std::string& clientRowFormat();
 
 /// Nothing when any line has another shape: then the answer is not a listing.
 std::optional<TmuxListing> parseListing(std::string_view output);
 
-/// "3.3a" is 303, "next-3.8" 308. Versions without a number ("master") are newer than all others.
-int tmuxVersionNumber(std::string_view version);
+/// Before it a chooser could swallow what is pasted, and options that are needed were missing.
+inline constexpr std::string_view oldestTmuxVersionName = "3.2";
+/// Of a row's `version`.
+bool isTooOldTmux(std::string_view version);
 
-inline constexpr int oldestTmuxVersion = 302;
-/// From here on paste-buffer rewrites control characters unless it is told not to.
-inline constexpr int cleaningPasteTmuxVersion = 307;
+/// Whether paste-buffer rewrites control characters unless it is told not to.
+bool pasteCleans(std::string_view version);
 
 }  // namespace velmora

@@ -1,27 +1,27 @@
 // The stand-by adapter: the bridge starts and answers, and every operation on the terminal fails.
 #pragma once
 
-#include "TerminalAutomation/TerminalAutomating.h"
+#include "TerminalAutomation/TerminalOperations.h"
 
 namespace velmora {
 
 /// Stateless; safe to share between threads.
-class UnavailableTerminalAutomation final : public TerminalAutomating {
+class UnavailableTerminalAutomation final : public TerminalOperations {
  public:
-  using TerminalAutomating::send;
+  std::string displayName() const override { return "Terminal"; }
+  TerminalRuntimeStatus status(Deadline) override { return {}; }
+  std::vector<TerminalTabSnapshot> listSessions(Deadline) override { fail(); }
+  TerminalTabSnapshot createWindow(Deadline) override { fail(); }
+  void sendCommand(const std::string&, const TabAddress&, bool, Deadline) override { fail(); }
+  void sendKey(TerminalKey, std::int64_t, const TabAddress&, bool, Deadline) override { fail(); }
+  TerminalOutput readOutput(OutputSource, std::int64_t, const TabAddress&, Deadline) override { fail(); }
+  TerminalScreenCapture captureScreen(const TabAddress&, Deadline) override { fail(); }
+  void focus(const TabAddress&, Deadline) override { fail(); }
 
-  std::string displayName() const override;
-  std::future<TerminalRuntimeStatus> status() override;
-  std::future<std::vector<TerminalTabSnapshot>> listSessions() override;
-  std::future<TerminalTabSnapshot> createWindow() override;
-  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override;
-  std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override;
-  std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
-                                         std::int64_t windowId) override;
-  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override;
-  std::future<void> focus(std::string tty, std::int64_t windowId) override;
+ private:
+  [[noreturn]] static void fail() {
+    throw PlatformError("Velmora.Automation", platformErrorCode::scriptError);
+  }
 };
 
 }  // namespace velmora

@@ -39,32 +39,33 @@ class AppleScriptOperationsTest : public ::testing::Test {
   testing::ScriptedPrograms::State programs_;
   bool running_ = true;
   std::vector<std::string> asked_;
-  AppleScriptParts parts_{.script = std::make_unique<testing::ScriptedHost>(script_),
-                          .isRunning =
-                              [this](const std::string& bundleIdentifier) {
-                                asked_.push_back(bundleIdentifier);
-                                return running_;
-                              },
-                          .programs = std::make_unique<testing::ScriptedPrograms>(programs_),
-                          .temporaryDirectory = directory_.path(),
-                          .uuid = testing::countingUuids()};
-  AppleScriptOperations operations_{parts_};
+  AppleScriptParts parts() {
+    return {.script = std::make_unique<testing::ScriptedHost>(script_),
+            .isRunning =
+                [this](const std::string& bundleIdentifier) {
+                  asked_.push_back(bundleIdentifier);
+                  return running_;
+                },
+            .programs = std::make_unique<testing::ScriptedPrograms>(programs_),
+            .temporaryDirectory = directory_.path(),
+            .uuid = testing::countingUuids()};
+  }
+  AppleScriptOperations operations_{parts(), "on run\nend run"};
+  const AppleScriptOperations::Deadline deadline_ =
+      std::chrono::steady_clock::now() + std::chrono::minutes(5);
 };
 
-TEST_F(AppleScriptOperationsTest, GivesTheSourceToTheHost) {
-  operations_.compile("on run\nend run");
-  EXPECT_EQ(script_.source, "on run\nend run");
-}
+TEST_F(AppleScriptOperationsTest, GivesTheSourceToTheHost) { EXPECT_EQ(script_.source, "on run\nend run"); }
 
 TEST_F(AppleScriptOperationsTest, ASourceThatDoesNotCompileIsAGeneralScriptError) {
   script_.compiles = false;
-  EXPECT_EQ(errorOf([&] { operations_.compile("on"); }),
+  EXPECT_EQ(errorOf([&] { AppleScriptOperations(parts(), "on"); }),
             "Velmora.AppleScript -2700 Bundled Terminal AppleScript failed to compile.");
 }
 
 TEST_F(AppleScriptOperationsTest, StatusOfATerminalThatDoesNotRunTouchesNoScript) {
   running_ = false;
-  EXPECT_EQ(operations_.status(),
+  EXPECT_EQ(operations_.status(deadline_),
             (TerminalRuntimeStatus{
                 .running = false, .windowCount = 0, .permission = AutomationPermission::unknown}));
   EXPECT_EQ(script_.calls, Calls{});
@@ -73,31 +74,33 @@ TEST_F(AppleScriptOperationsTest, StatusOfATerminalThatDoesNotRunTouchesNoScript
 
 TEST_F(AppleScriptOperationsTest, StatusThatAnswersProvesThePermission) {
   reply("bridgeStatus", scriptList({scriptFlag(true), scriptNumber(4)}));
-  EXPECT_EQ(operations_.status(),
+  EXPECT_EQ(operations_.status(deadline_),
             (TerminalRuntimeStatus{
                 .running = true, .windowCount = 4, .permission = AutomationPermission::granted}));
   reply("bridgeStatus", scriptList({scriptFlag(false), scriptNumber(0)}));
-  EXPECT_FALSE(operations_.status().running);
+  EXPECT_FALSE(operations_.status(deadline_).running);
   EXPECT_EQ(script_.calls, (Calls{{"bridgeStatus", {}}, {"bridgeStatus", {}}}));
 }
 
 TEST_F(AppleScriptOperationsTest, AStatusWithoutItsFirstItemCountsAsRunning) {
-  EXPECT_EQ(operations_.status(),
+  EXPECT_EQ(operations_.status(deadline_),
             (TerminalRuntimeStatus{
                 .running = true, .windowCount = 0, .permission = AutomationPermission::granted}));
   reply("bridgeStatus", scriptList({{}}));
-  EXPECT_FALSE(operations_.status().running) << "an item that is there is read as it is";
+  EXPECT_FALSE(operations_.status(deadline_).running) << "an item that is there is read as it is";
 }
 
 TEST_F(AppleScriptOperationsTest, AFailedStatusKeepsItsNumber) {
   reply("bridgeStatus", ScriptFailure{-1743});
-  EXPECT_EQ(errorOf([&] { operations_.status(); }),
+  EXPECT_EQ(errorOf([&] { operations_.status(deadline_); }),
             "Velmora.AppleScript -1743 Terminal AppleScript operation failed.");
 }
 
 TEST_F(AppleScriptOperationsTest, AFailureWithoutANumberIsAGeneralScriptError) {
   reply("focusSession", ScriptFailure{});
-  EXPECT_EQ(errorOf([&] { operations_.focus("/dev/ttys001", 41); }),
+  EXPECT_EQ(errorOf([&] {
+              operations_.focus({"/dev/ttys001", 41}, deadline_);
+            }),
             "Velmora.AppleScript -2700 Terminal AppleScript operation failed.");
 }
 
@@ -108,16 +111,26 @@ TEST_F(AppleScriptOperationsTest, EveryOperationPassesTheScriptsNumberOn) {
     reply(handler, ScriptFailure{-600});
   }
   const std::vector<std::function<void()>> works{
-      [&] { operations_.status(); },
+      [&] { operations_.status(deadline_); },
       [&] { operations_.requestTerminalAccess(); },
       [&] { operations_.requestSystemEventsAccess(); },
-      [&] { operations_.listSessions(); },
-      [&] { operations_.createWindow(); },
-      [&] { operations_.sendCommand("ls", "t", 1, false); },
-      [&] { operations_.sendKey(TerminalKey::tab, 1, "t", 1, false); },
-      [&] { operations_.readOutput(OutputSource::visible, 1, "t", 1); },
-      [&] { operations_.captureScreen("t", 1); },
-      [&] { operations_.focus("t", 1); },
+      [&] { operations_.listSessions(deadline_); },
+      [&] { operations_.createWindow(deadline_); },
+      [&] {
+        operations_.sendCommand("ls", {"t", 1}, false, deadline_);
+      },
+      [&] {
+        operations_.sendKey(TerminalKey::tab, 1, {"t", 1}, false, deadline_);
+      },
+      [&] {
+        operations_.readOutput(OutputSource::visible, 1, {"t", 1}, deadline_);
+      },
+      [&] {
+        operations_.captureScreen({"t", 1}, deadline_);
+      },
+      [&] {
+        operations_.focus({"t", 1}, deadline_);
+      },
       [&] { operations_.closeWindow(1); }};
   for (const auto& work : works) {
     EXPECT_EQ(errorOf(work), "Velmora.AppleScript -600 Terminal AppleScript operation failed.");
@@ -137,33 +150,33 @@ TEST_F(AppleScriptOperationsTest, AListingDropsShortRowsAndKeepsTheOrder) {
                                   .selected = false};
   auto second = first;
   second.tty = "/dev/ttys001";
-  EXPECT_EQ(operations_.listSessions(), (std::vector{first, second}));
+  EXPECT_EQ(operations_.listSessions(deadline_), (std::vector{first, second}));
   EXPECT_EQ(script_.calls, (Calls{{"listSessions", {}}}));
 }
 
 TEST_F(AppleScriptOperationsTest, AListingOfShortRowsAloneIsEmpty) {
   reply("listSessions", scriptList({{}}));
-  EXPECT_EQ(operations_.listSessions(), std::vector<TerminalTabSnapshot>{});
+  EXPECT_EQ(operations_.listSessions(deadline_), std::vector<TerminalTabSnapshot>{});
 }
 
 TEST_F(AppleScriptOperationsTest, MissingItemsOfARowReadAsNothing) {
   reply("listSessions", scriptList({scriptList(std::vector<ScriptDescriptor>(7))}));
-  EXPECT_EQ(operations_.listSessions(), std::vector{TerminalTabSnapshot{}});
+  EXPECT_EQ(operations_.listSessions(deadline_), std::vector{TerminalTabSnapshot{}});
 }
 
 TEST_F(AppleScriptOperationsTest, ACreatedWindowIsOneRow) {
   reply("createWindow", scriptRow("/dev/ttys004"));
-  EXPECT_EQ(operations_.createWindow().tty, "/dev/ttys004");
+  EXPECT_EQ(operations_.createWindow(deadline_).tty, "/dev/ttys004");
   reply("createWindow", scriptRow("/dev/ttys004", 6));
-  EXPECT_EQ(errorOf([&] { operations_.createWindow(); }), "Velmora.AppleScript -1728 ");
+  EXPECT_EQ(errorOf([&] { operations_.createWindow(deadline_); }), "Velmora.AppleScript -1728 ");
 }
 
 TEST_F(AppleScriptOperationsTest, ArgumentsStandInTheOrderOfTheContract) {
-  operations_.sendCommand("echo '안녕'", "/dev/ttys001", 41, true);
-  operations_.sendKey(TerminalKey::return_, 50, "/dev/ttys001", 41, false);
-  operations_.readOutput(OutputSource::history, 50'000, "/dev/ttys001", 41);
-  operations_.readOutput(OutputSource::visible, 1, "/dev/ttys001", 41);
-  operations_.focus("/dev/ttys001", 41);
+  operations_.sendCommand("echo '안녕'", {"/dev/ttys001", 41}, true, deadline_);
+  operations_.sendKey(TerminalKey::return_, 50, {"/dev/ttys001", 41}, false, deadline_);
+  operations_.readOutput(OutputSource::history, 50'000, {"/dev/ttys001", 41}, deadline_);
+  operations_.readOutput(OutputSource::visible, 1, {"/dev/ttys001", 41}, deadline_);
+  operations_.focus({"/dev/ttys001", 41}, deadline_);
   operations_.closeWindow(41);
   operations_.requestTerminalAccess();
   operations_.requestSystemEventsAccess();
@@ -180,25 +193,26 @@ TEST_F(AppleScriptOperationsTest, ArgumentsStandInTheOrderOfTheContract) {
 
 TEST_F(AppleScriptOperationsTest, AnOutputCarriesTheSourceThatWasAskedFor) {
   reply("readOutput", scriptList({scriptText("끝"), scriptNumber(12)}));
-  EXPECT_EQ(operations_.readOutput(OutputSource::history, 1, "t", 1),
+  EXPECT_EQ(operations_.readOutput(OutputSource::history, 1, {"t", 1}, deadline_),
             (TerminalOutput{.text = "끝", .source = OutputSource::history, .originalCharacterCount = 12}));
-  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, "t", 1).source, OutputSource::visible);
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, {"t", 1}, deadline_).source,
+            OutputSource::visible);
 }
 
 TEST_F(AppleScriptOperationsTest, AnOutputIsNotCutHere) {
   reply("readOutput", scriptList({scriptText("abcdef"), scriptNumber(6)}));
-  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 2, "t", 1).text, "abcdef");
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 2, {"t", 1}, deadline_).text, "abcdef");
 }
 
 TEST_F(AppleScriptOperationsTest, AnOutputWithoutItsItemsIsEmpty) {
-  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, "t", 1), TerminalOutput{});
+  EXPECT_EQ(operations_.readOutput(OutputSource::visible, 1, {"t", 1}, deadline_), TerminalOutput{});
 }
 
 TEST_F(AppleScriptOperationsTest, ACaptureTakesTheBoundsThatTheScriptSays) {
   reply("captureBounds",
         scriptList({scriptNumber(-100), scriptNumber(25), scriptNumber(700), scriptNumber(525)}));
   const auto path = directory_ / "Velmora/terminal-00000000-0000-0000-0000-000000000001.png";
-  EXPECT_EQ(operations_.captureScreen("/dev/ttys001", 41).imagePath, path.string());
+  EXPECT_EQ(operations_.captureScreen({"/dev/ttys001", 41}, deadline_).imagePath, path.string());
   EXPECT_EQ(script_.calls, (Calls{{"captureBounds", {"/dev/ttys001"s, 41}}}));
   EXPECT_EQ(programs_.runs, (std::vector<std::vector<std::string>>{
                                 {"/usr/sbin/screencapture", "-x", "-R", "-100,25,800,500", path.string()}}));
@@ -206,7 +220,7 @@ TEST_F(AppleScriptOperationsTest, ACaptureTakesTheBoundsThatTheScriptSays) {
 
 TEST_F(AppleScriptOperationsTest, BoundsOfThreeItemsStartNoTool) {
   reply("captureBounds", scriptList({scriptNumber(1), scriptNumber(2), scriptNumber(3)}));
-  EXPECT_EQ(errorOf([&] { operations_.captureScreen("t", 1); }), "Velmora.ScreenCapture -1728 ");
+  EXPECT_EQ(errorOf([&] { operations_.captureScreen({"t", 1}, deadline_); }), "Velmora.ScreenCapture -1728 ");
   EXPECT_TRUE(programs_.runs.empty());
 }
 
@@ -217,6 +231,20 @@ TEST_F(AppleScriptOperationsTest, TheWholeRangeOf32BitsReachesTheScript) {
   EXPECT_EQ(script_.calls, (Calls{{"closeWindow", {Limits::max()}}, {"closeWindow", {Limits::min()}}}));
 }
 
+TEST_F(AppleScriptOperationsTest, TheToolThatTakesThePictureHasTheSameDeadline) {
+  reply("captureBounds", scriptList(std::vector<ScriptDescriptor>(4)));
+  operations_.captureScreen({"/dev/ttys001", 41}, deadline_);
+  EXPECT_EQ(programs_.deadline, deadline_);
+}
+
+TEST_F(AppleScriptOperationsTest, AfterItsDeadlineACallDoesNotReachTheScript) {
+  EXPECT_EQ(errorOf([&] {
+              operations_.focus({"t", 1}, std::chrono::steady_clock::now());
+            }),
+            "Velmora.Automation -1712 Terminal.app did not answer in time.");
+  EXPECT_EQ(script_.calls, Calls{});
+}
+
 using AppleScriptOperationsDeathTest = AppleScriptOperationsTest;
 
 TEST_F(AppleScriptOperationsDeathTest, AnIntegerOfMoreThan32BitsStopsTheProcess) {
@@ -224,13 +252,13 @@ TEST_F(AppleScriptOperationsDeathTest, AnIntegerOfMoreThan32BitsStopsTheProcess)
   const auto reason = "more than 32 bits";
   EXPECT_DEATH(operations_.closeWindow(tooLarge), reason);
   EXPECT_DEATH(operations_.closeWindow(-tooLarge - 1), reason);
-  EXPECT_DEATH(operations_.sendCommand("ls", "t", tooLarge, true), reason);
-  EXPECT_DEATH(operations_.sendKey(TerminalKey::tab, tooLarge, "t", 1, true), reason);
-  EXPECT_DEATH(operations_.readOutput(OutputSource::visible, tooLarge, "t", 1), reason);
+  EXPECT_DEATH(operations_.sendCommand("ls", {"t", tooLarge}, true, deadline_), reason);
+  EXPECT_DEATH(operations_.sendKey(TerminalKey::tab, tooLarge, {"t", 1}, true, deadline_), reason);
+  EXPECT_DEATH(operations_.readOutput(OutputSource::visible, tooLarge, {"t", 1}, deadline_), reason);
 }
 
 TEST_F(AppleScriptOperationsDeathTest, AnEmptyListingStopsTheProcess) {
-  EXPECT_DEATH(operations_.listSessions(), "listed nothing");
+  EXPECT_DEATH(operations_.listSessions(deadline_), "listed nothing");
 }
 
 }  // namespace

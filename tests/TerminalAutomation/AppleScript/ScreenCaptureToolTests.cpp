@@ -13,7 +13,8 @@ namespace {
 class ScreenCaptureToolTest : public ::testing::Test {
  protected:
   std::filesystem::path capture(const ScreenBounds& bounds) {
-    return captureScreenBounds(bounds, directory_ / "temporary", testing::numberedUuid(0xABCD), programs_);
+    return captureScreenBounds(bounds, directory_ / "temporary", testing::numberedUuid(0xABCD), programs_,
+                               deadline_);
   }
   std::string rectangleOf(const ScreenBounds& bounds) {
     capture(bounds);
@@ -33,6 +34,8 @@ class ScreenCaptureToolTest : public ::testing::Test {
 
   TemporaryDirectory directory_;
   testing::ScriptedPrograms::State state_;
+  const std::chrono::steady_clock::time_point deadline_ =
+      std::chrono::steady_clock::now() + std::chrono::minutes(1);
   testing::ScriptedPrograms programs_{state_};
 };
 

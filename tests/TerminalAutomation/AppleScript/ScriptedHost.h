@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "TerminalAutomation/AppleScript/AppleScriptParts.h"
+#include "TerminalAutomation/AppleScript/AppleScriptOperations.h"
 
 namespace velmora::testing {
 
@@ -77,12 +77,15 @@ class ScriptedPrograms final : public ProgramRunner {
     bool writesFile = true;  ///< To the last argument.
     bool starts = true;
     bool cancelled = false;
-    std::vector<std::vector<std::string>> runs{};  ///< Program, then arguments.
+    std::chrono::steady_clock::time_point deadline{};  ///< Of the last run.
+    std::vector<std::vector<std::string>> runs{};      ///< Program, then arguments.
   };
 
   explicit ScriptedPrograms(State& state) : state_(state) {}
 
-  int run(const std::string& program, const std::vector<std::string>& arguments) override {
+  int run(const std::string& program, const std::vector<std::string>& arguments,
+          std::chrono::steady_clock::time_point deadline) override {
+    state_.deadline = deadline;
     if (!state_.starts) throw std::system_error(ENOENT, std::generic_category(), program);
     auto& run = state_.runs.emplace_back(arguments);
     run.insert(run.begin(), program);

@@ -16,8 +16,8 @@
 #include <thread>
 #include <vector>
 
-#include "TerminalAutomation/Tmux/TmuxExecutor.h"
 #include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
+#include "TerminalAutomation/Tmux/TmuxTerminal.h"
 #include "tests/support/Eventually.h"
 #include "tests/support/Files.h"
 #include "tests/support/ProcessSessions.h"
@@ -54,13 +54,13 @@ class PrivateTmux : public ::testing::Test {
 
   std::filesystem::path home() const { return directory_ / "home"; }
 
-  TmuxExecutorOptions options() const {
+  TmuxOptions options() const {
     return {
         .environment = environment_, .temporaryDirectory = directory_ / "temporary", .homeDirectory = home()};
   }
 
-  TmuxExecutor& executor() {
-    if (!executor_) executor_ = std::make_unique<TmuxExecutor>(options());
+  SerialTerminal& executor() {
+    if (!executor_) executor_ = makeTmuxTerminal(options());
     return *executor_;
   }
 
@@ -175,7 +175,7 @@ class PrivateTmux : public ::testing::Test {
   TemporaryDirectory directory_;
   Environment environment_;
   std::unique_ptr<TmuxProcessTransport> transport_;
-  std::unique_ptr<TmuxExecutor> executor_;
+  std::unique_ptr<SerialTerminal> executor_;
   std::optional<pid_t> server_;  // of startServer
 };
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "TerminalAutomation/Tmux/TmuxOptions.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
+#include "TerminalAutomation/Tmux/TmuxTerminal.h"
 
 namespace velmora::testing {
 

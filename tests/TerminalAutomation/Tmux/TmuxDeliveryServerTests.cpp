@@ -100,6 +100,7 @@ TEST_F(TmuxDeliveryOnServer, ReachesOnePaneOfSynchronizedOnes) {
   tmux(second);
   waitForRecorder("second");
   tmux({"set-option", "-w", "synchronize-panes", "on"});
+  tabs();
   sendTo(tab, "text");
   executor().send(TerminalKey::leftArrow, 3, tab.tty, tab.windowId, true).get();
   expectRecorded("text\r\033[D\033[D\033[D");
@@ -123,6 +124,7 @@ TEST_F(TmuxDeliveryOnServer, PressesEveryKeyOnceAndFiftyTimes) {
   std::string expected;
   for (const bool synchronized : {false, true}) {
     tmux({"set-option", "-w", "synchronize-panes", synchronized ? "on" : "off"});
+    tabs();
     for (const auto& [key, bytes] : keys) {
       for (const int count : {1, 50}) {
         executor().send(key, count, tab.tty, tab.windowId, true).get();
@@ -186,11 +188,28 @@ TEST_F(TmuxDeliveryOnServer, TheServersOwnGuardRefusesAPaneThatDiedAfterTheLookU
 TEST_F(TmuxDeliveryOnServer, RefusesAPaneWhoseInputIsOff) {
   const auto tab = startRecorder();
   tmux({"select-pane", "-d", "-t", "%0"});
+  tabs();
   EXPECT_EQ(structuredError([&] { sendTo(tab, "x"); }).code, ErrorCode::sessionNotAllowed);
   EXPECT_EQ(
       structuredError([&] { executor().send(TerminalKey::tab, 1, tab.tty, tab.windowId, true).get(); }).code,
       ErrorCode::sessionNotAllowed);
   tmux({"select-pane", "-e", "-t", "%0"});
+  tabs();
+  sendTo(tab, "on");
+  expectRecorded("on\r");
+}
+
+TEST_F(TmuxDeliveryOnServer, WhatChangesAfterTheListingIsRefusedByTheServersOwnGuard) {
+  const auto tab = startRecorder();
+  tmux({"select-pane", "-d", "-t", "%0"});
+  EXPECT_EQ(structuredError([&] { sendTo(tab, "x"); }).code, ErrorCode::sessionStale);
+  tmux({"select-pane", "-e", "-t", "%0"});
+  tmux({"split-window", "-d"});
+  tmux({"set-option", "-w", "synchronize-panes", "on"});
+  EXPECT_EQ(
+      structuredError([&] { executor().send(TerminalKey::tab, 1, tab.tty, tab.windowId, true).get(); }).code,
+      ErrorCode::sessionStale)
+      << "the key would reach the other pane too";
   sendTo(tab, "on");
   expectRecorded("on\r");
 }

@@ -8,9 +8,10 @@ namespace {
 
 using testing::samplePane;
 
-const std::string guard =
-    "#{?pane_dead,0,#{?pane_input_off,0,#{&&:#{==:#{window_id},@2},#{&&:#{==:#{pane_tty},/dev/pts/3},"
-    "#{==:#{pane_pid},1003}}}}}";
+const std::string samePane =
+    "#{&&:#{==:#{pane_pid},1003},#{&&:#{==:#{pane_tty},/dev/pts/3},#{&&:#{==:#{window_id},@2},"
+    "#{&&:#{==:#{start_time},1700000000},#{==:#{pid},100}}}}}";
+const std::string guard = "#{?pane_dead,0,#{?pane_input_off,0," + samePane + "}}";
 
 TEST(TmuxDelivery, TypesTextThenAReturnUnderTheGuard) {
   const PaneCommand command = typeText(samplePane(3, 2), "text;", "b");
@@ -77,18 +78,9 @@ TEST(TmuxDelivery, PastesKeysIntoSynchronizedPanes) {
 }
 
 TEST(TmuxDelivery, ReadingSaysWhetherItIsStillTheSamePane) {
-  const std::vector<std::string> expected{
-      "display-message",
-      "-p",
-      "-t",
-      "%3",
-      "#{?#{&&:#{==:#{window_id},@2},#{&&:#{==:#{pane_tty},/dev/pts/3},#{==:#{pane_pid},1003}}},PANE,STALE}",
-      ";",
-      "capture-pane",
-      "-p",
-      "-J",
-      "-t",
-      "%3"};
+  const std::string verdict = "#{?" + samePane + ",PANE,STALE}";
+  const std::vector<std::string> expected{"display-message", "-p", "-t", "%3", verdict, ";",
+                                          "capture-pane",    "-p", "-J", "-t", "%3"};
   EXPECT_EQ(readText(samplePane(3, 2), OutputSource::visible).arguments, expected);
   auto history = expected;
   history.insert(history.begin() + 9, {"-S", "-"});

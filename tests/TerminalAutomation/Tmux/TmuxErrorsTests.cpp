@@ -20,9 +20,9 @@ TmuxAnswer exited(int status, std::string error) {
 }
 
 TEST(TmuxErrors, SuccessHasNoErrorOutput) {
-  EXPECT_FALSE(tmuxFailure(exited(0, ""), "x", TmuxEffect::none).has_value());
-  EXPECT_TRUE(tmuxFailure(exited(0, "anything"), "x", TmuxEffect::none).has_value());
-  EXPECT_TRUE(tmuxFailure(exited(1, ""), "x", TmuxEffect::none).has_value());
+  EXPECT_FALSE(tmuxFailure(exited(0, ""), TmuxEffect::none).has_value());
+  EXPECT_TRUE(tmuxFailure(exited(0, "anything"), TmuxEffect::none).has_value());
+  EXPECT_TRUE(tmuxFailure(exited(1, ""), TmuxEffect::none).has_value());
 }
 
 TEST(TmuxErrors, EachFailureHasItsCodeAndItsWords) {
@@ -86,12 +86,12 @@ TEST(TmuxErrors, EachFailureHasItsCodeAndItsWords) {
        "Another user's."},
   };
   for (const ErrorRow& row : rows) {
-    const auto error = tmuxFailure(row.answer, "terminal_x", row.effect);
+    const auto error = tmuxFailure(row.answer, row.effect);
     ASSERT_TRUE(error.has_value()) << row.part;
     EXPECT_EQ(error->code, row.code) << error->message;
     EXPECT_EQ(error->retryable, row.retryable) << error->message;
     EXPECT_NE(error->message.find(row.part), std::string::npos) << error->message;
-    EXPECT_EQ(error->operation, "terminal_x");
+    EXPECT_EQ(error->operation, "") << "the core knows it";
     EXPECT_FALSE(error->recoverySuggestion.empty()) << error->message;
     EXPECT_FALSE(error->session.has_value());
     EXPECT_EQ(error->message.find("Terminal.app"), std::string::npos) << error->message;
@@ -99,7 +99,7 @@ TEST(TmuxErrors, EachFailureHasItsCodeAndItsWords) {
 }
 
 TEST(TmuxErrors, WordsOfTmuxAreKeptShortAndWellFormed) {
-  const auto error = tmuxFailure(exited(1, "\xff" + std::string(1'000, 'x')), "x", TmuxEffect::none);
+  const auto error = tmuxFailure(exited(1, "\xff" + std::string(1'000, 'x')), TmuxEffect::none);
   EXPECT_LT(error->message.size(), 300u);
   EXPECT_NE(error->message.find("\xef\xbf\xbd"), std::string::npos);
 }

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "TerminalAutomation/Tmux/TmuxOperations.h"
 #include "tests/TerminalAutomation/Tmux/ScriptedTmux.h"
 #include "tests/support/FakeTime.h"
@@ -27,7 +29,6 @@ class TmuxOperationsTest : public ::testing::Test {
     parts_.processes = std::make_unique<testing::ScriptedProcesses>(processes_);
     parts_.desktop = std::make_unique<testing::ScriptedDesktop>(desktop_);
     parts_.drawPicture = [](const PaneScreen&) { return std::string("png"); };
-    operations_ = std::make_unique<TmuxOperations>(options_, parts_);
     idle(pane_);
   }
 
@@ -43,11 +44,25 @@ class TmuxOperationsTest : public ::testing::Test {
   static TmuxAnswer failed(std::string error) {
     return {.end = TmuxAnswer::End::exited, .exitStatus = 1, .output = {}, .errorOutput = std::move(error)};
   }
-  std::int64_t id() const { return WindowIds().windowId(pane_); }
-  void send(bool allowBusy = false) { operations_->sendCommand("ls", pane_.tty, id(), allowBusy); }
+  TmuxOperations& operations() {
+    if (!operations_) operations_ = std::make_unique<TmuxOperations>(options_, std::move(parts_));
+    return *operations_;
+  }
+  /// Lists `pane`, then forgets that tmux was asked.
+  TabAddress listed(const PaneRow& pane) {
+    answers({paneLine(pane)});
+    const auto tab = operations().listSessions(deadline_).front();
+    tmux_.invocations.clear();
+    return {tab.tty, tab.windowId};
+  }
+  TabAddress listed() { return listed(pane_); }
+  std::int64_t id() const { return PaneDirectory().enter(pane_); }
+  void send(bool allowBusy = false) {
+    operations().sendCommand("ls", {pane_.tty, id()}, allowBusy, deadline_);
+  }
 
   TemporaryDirectory directory_;
-  TmuxExecutorOptions options_;
+  TmuxOptions options_;
   TmuxParts parts_;
   testing::ScriptedTransport::State tmux_;
   testing::ScriptedProcesses::State processes_;
@@ -55,69 +70,72 @@ class TmuxOperationsTest : public ::testing::Test {
   std::chrono::milliseconds slept_{0};
   std::unique_ptr<TmuxOperations> operations_;
   PaneRow pane_ = samplePane(3, 2);
+  const TmuxOperations::Deadline deadline_ = std::chrono::steady_clock::now() + std::chrono::minutes(5);
 };
 
 TEST_F(TmuxOperationsTest, ListsInOneInvocation) {
   answers(
       {paneLine(pane_) + clientLine({.activity = 1, .created = 1, .session = 0, .window = 2, .name = "c"})});
-  EXPECT_EQ(operations_->listSessions(), (std::vector<TerminalTabSnapshot>{{.tty = "/dev/pts/3",
-                                                                            .windowId = id(),
-                                                                            .windowIndex = 1,
-                                                                            .tabIndex = 1,
-                                                                            .title = "s0: shell",
-                                                                            .busy = false,
-                                                                            .selected = true}}));
+  EXPECT_EQ(operations().listSessions(deadline_), (std::vector<TerminalTabSnapshot>{{.tty = "/dev/pts/3",
+                                                                                     .windowId = id(),
+                                                                                     .windowIndex = 1,
+                                                                                     .tabIndex = 1,
+                                                                                     .title = "s0: shell",
+                                                                                     .busy = false,
+                                                                                     .selected = true}}));
   EXPECT_EQ(tmux_.invocations.size(), 1u);
 }
 
 TEST_F(TmuxOperationsTest, ADeadPaneIsNotBusy) {
   processes_.states.clear();
   answers({paneLine(pane_)});
-  EXPECT_TRUE(operations_->listSessions().front().busy);
+  EXPECT_TRUE(operations().listSessions(deadline_).front().busy);
   pane_.dead = true;
   answers({paneLine(pane_)});
-  EXPECT_FALSE(operations_->listSessions().front().busy);
+  EXPECT_FALSE(operations().listSessions(deadline_).front().busy);
 }
 
 TEST_F(TmuxOperationsTest, StatusCountsWindows) {
   answers({paneLine(samplePane(1, 1)) + paneLine(samplePane(2, 1)) + paneLine(samplePane(3, 2))});
-  EXPECT_EQ(operations_->status(), (TerminalRuntimeStatus{true, 2, AutomationPermission::granted}));
+  EXPECT_EQ(operations().status(deadline_), (TerminalRuntimeStatus{true, 2, AutomationPermission::granted}));
   tmux_.answers = {failed("no server running on /x\n")};
-  EXPECT_EQ(operations_->status(), (TerminalRuntimeStatus{false, 0, AutomationPermission::unknown}));
+  EXPECT_EQ(operations().status(deadline_), (TerminalRuntimeStatus{false, 0, AutomationPermission::unknown}));
   tmux_.answers = {failed("no current target\n")};
-  EXPECT_EQ(operations_->status(), (TerminalRuntimeStatus{true, 0, AutomationPermission::granted}));
+  EXPECT_EQ(operations().status(deadline_), (TerminalRuntimeStatus{true, 0, AutomationPermission::granted}));
   tmux_.answers = {{.end = TmuxAnswer::End::timedOut}};
-  EXPECT_EQ(structuredError([&] { operations_->status(); }).operation, "terminal_status");
+  EXPECT_EQ(structuredError([&] { operations().status(deadline_); }).code, ErrorCode::terminalNotAvailable);
 }
 
 TEST_F(TmuxOperationsTest, LooksTwiceWhenTheServerIsLost) {
   tmux_.answers = {failed("server exited unexpectedly\n"), failed("no server running on /x\n")};
-  EXPECT_EQ(structuredError([&] { operations_->listSessions(); }).code, ErrorCode::terminalNotRunning);
+  EXPECT_EQ(structuredError([&] { operations().listSessions(deadline_); }).code,
+            ErrorCode::terminalNotRunning);
   tmux_.answers = {failed("lost server\n"), {.output = paneLine(pane_)}};
-  EXPECT_EQ(operations_->listSessions().size(), 1u);
+  EXPECT_EQ(operations().listSessions(deadline_).size(), 1u);
 }
 
 TEST_F(TmuxOperationsTest, RefusesAServerThatIsTooOld) {
   pane_.version = "3.1c";
   answers({paneLine(pane_)});
-  const auto error = structuredError([&] { operations_->listSessions(); });
+  const auto error = structuredError([&] { operations().listSessions(deadline_); });
   EXPECT_EQ(error.message, "tmux 3.1c is too old; Velmora needs 3.2 or newer.");
   EXPECT_FALSE(error.retryable);
 }
 
-TEST_F(TmuxOperationsTest, SendsInTwoInvocationsWithOneDeadline) {
-  answers({paneLine(pane_), ""});
+TEST_F(TmuxOperationsTest, SendsInOneInvocationToThePaneThatWasListed) {
+  listed();
+  answers({""});
   send();
-  ASSERT_EQ(tmux_.invocations.size(), 2u);
-  EXPECT_EQ(tmux_.invocations[0].arguments[3], "#{==:#{pane_tty},/dev/pts/3}");
-  EXPECT_EQ(tmux_.invocations[1].standardInput, "ls");
-  EXPECT_EQ(tmux_.invocations[0].deadline, tmux_.invocations[1].deadline);
+  ASSERT_EQ(tmux_.invocations.size(), 1u);
+  EXPECT_EQ(tmux_.invocations[0].standardInput, "ls");
+  EXPECT_EQ(tmux_.invocations[0].deadline, deadline_);
 }
 
 TEST_F(TmuxOperationsTest, NeverNamesABufferTwice) {
   std::vector<std::string> names;
+  listed();
+  answers({""});
   for (int i = 0; i < 3; ++i) {
-    answers({paneLine(pane_), ""});
     send();
     names.push_back(tmux_.invocations.back().arguments[2]);
   }
@@ -125,80 +143,112 @@ TEST_F(TmuxOperationsTest, NeverNamesABufferTwice) {
   EXPECT_NE(names[1], names[2]);
 }
 
+TEST_F(TmuxOperationsTest, AnAddressThatNoListingGaveIsStaleAndNotAskedFor) {
+  answers({""});
+  EXPECT_EQ(structuredError([&] { send(); }).code, ErrorCode::sessionStale);
+  EXPECT_TRUE(tmux_.invocations.empty());
+  // A tty that may not stand in a format comes from no tmux.
+  pane_.tty = "/dev/pts/3},1,#{pane_id";
+  listed();
+  EXPECT_EQ(structuredError([&] { send(); }).code, ErrorCode::sessionStale);
+  EXPECT_TRUE(tmux_.invocations.empty());
+}
+
 TEST_F(TmuxOperationsTest, SendsNothingToAPaneThatIsNotAsItWas) {
-  PaneRow changed = pane_;
+  const PaneRow original = pane_;
   const auto refusedBeforeTyping = [&](const PaneRow& row) {
-    answers({paneLine(row)});
-    tmux_.invocations.clear();
+    listed(original);
+    listed(row);
     const auto error = structuredError([&] { send(); });
-    EXPECT_EQ(tmux_.invocations.size(), 1u);
+    EXPECT_TRUE(tmux_.invocations.empty());
     return error.code;
   };
+  PaneRow changed = original;
   changed.window = 9;
   EXPECT_EQ(refusedBeforeTyping(changed), ErrorCode::sessionStale);
-  changed = pane_;
-  changed.tty = "/dev/pts/4";
-  EXPECT_EQ(refusedBeforeTyping(changed), ErrorCode::sessionStale);
-  changed = pane_;
+  changed = original;
   changed.dead = true;
   EXPECT_EQ(refusedBeforeTyping(changed), ErrorCode::sessionStale);
-  changed = pane_;
+  changed = original;
   changed.inputOff = true;
   EXPECT_EQ(refusedBeforeTyping(changed), ErrorCode::sessionNotAllowed);
+}
+
+TEST_F(TmuxOperationsTest, LooksAgainWhetherThePaneIsBusy) {
+  listed();
   processes_.states[pane_.process].foregroundGroup = 1;
-  EXPECT_EQ(refusedBeforeTyping(pane_), ErrorCode::sessionBusy);
-  answers({paneLine(pane_), ""});
+  EXPECT_EQ(structuredError([&] { send(); }).code, ErrorCode::sessionBusy);
+  EXPECT_TRUE(tmux_.invocations.empty());
+  answers({""});
   send(/*allowBusy=*/true);
+  EXPECT_EQ(tmux_.invocations.size(), 1u);
+}
+
+TEST_F(TmuxOperationsTest, AfterItsDeadlineNothingIsBegun) {
+  const auto tab = listed();
+  const auto late = std::chrono::steady_clock::now();
+  for (const auto& call : std::vector<std::function<void()>>{
+           [&] { operations().status(late); }, [&] { operations().listSessions(late); },
+           [&] { operations().createWindow(late); }, [&] { operations().sendCommand("ls", tab, true, late); },
+           [&] { operations().sendKey(TerminalKey::tab, 1, tab, true, late); },
+           [&] { operations().readOutput(OutputSource::visible, 9, tab, late); },
+           [&] { operations().captureScreen(tab, late); }, [&] { operations().focus(tab, late); }}) {
+    const auto error = structuredError(call);
+    EXPECT_EQ(error.message, "tmux did not answer in time.") << "and nothing of an unknown outcome";
+    EXPECT_TRUE(error.retryable);
+  }
+  EXPECT_TRUE(tmux_.invocations.empty());
 }
 
 TEST_F(TmuxOperationsTest, TheGuardsRefusalIsStale) {
-  answers({paneLine(pane_), "STALE\n"});
+  const auto tab = listed();
+  answers({"STALE\n"});
   EXPECT_EQ(structuredError([&] { send(); }).code, ErrorCode::sessionStale);
-  answers({paneLine(pane_), "STALE\n"});
-  EXPECT_EQ(
-      structuredError([&] { operations_->sendKey(TerminalKey::tab, 1, pane_.tty, id(), false); }).operation,
-      "terminal_send_key");
-  answers({paneLine(pane_), "STALE\n"});
-  EXPECT_EQ(structuredError([&] { operations_->readOutput(OutputSource::visible, 9, pane_.tty, id()); }).code,
+  EXPECT_EQ(structuredError([&] { operations().sendKey(TerminalKey::tab, 1, tab, false, deadline_); }).code,
+            ErrorCode::sessionStale);
+  EXPECT_EQ(structuredError([&] { operations().readOutput(OutputSource::visible, 9, tab, deadline_); }).code,
             ErrorCode::sessionStale);
 }
 
 TEST_F(TmuxOperationsTest, ALostServerWhileTypingLeavesTheOutcomeUnknown) {
-  tmux_.answers = {{.output = paneLine(pane_)}, failed("server exited unexpectedly\n")};
+  listed();
+  tmux_.answers = {failed("server exited unexpectedly\n")};
   const auto error = structuredError([&] { send(); });
   EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
   EXPECT_FALSE(error.retryable);
 }
 
-TEST_F(TmuxOperationsTest, ReadsWithTheHistorysOwnDeadlineAndLimit) {
-  answers({paneLine(pane_), "PANE\none  \ntwo\n\n"});
-  const TerminalOutput output = operations_->readOutput(OutputSource::history, 3, pane_.tty, id());
+TEST_F(TmuxOperationsTest, ReadsInOneInvocationWithALimitOfItsOwn) {
+  const auto tab = listed();
+  answers({"PANE\none  \ntwo\n\n"});
+  const TerminalOutput output = operations().readOutput(OutputSource::history, 3, tab, deadline_);
   EXPECT_EQ(output,
             (TerminalOutput{.text = "two", .source = OutputSource::history, .originalCharacterCount = 7}));
-  EXPECT_GT(tmux_.invocations[1].deadline, tmux_.invocations[0].deadline + std::chrono::seconds(20));
-  EXPECT_EQ(tmux_.invocations[1].outputLimit, std::size_t{256} << 20);
+  ASSERT_EQ(tmux_.invocations.size(), 1u);
+  EXPECT_EQ(tmux_.invocations[0].deadline, deadline_);
+  EXPECT_EQ(tmux_.invocations[0].outputLimit, std::size_t{256} << 20);
 }
 
 TEST_F(TmuxOperationsTest, CreatesAgainOnceWhenTheFormerServerWasEnding) {
   tmux_.answers = {failed("server exited unexpectedly\n"),
                    {.output = paneLine(pane_) + "off\n"},
                    {.output = paneLine(pane_)}};
-  EXPECT_EQ(operations_->createWindow().tty, pane_.tty);
+  EXPECT_EQ(operations().createWindow(deadline_).tty, pane_.tty);
   EXPECT_EQ(slept_, std::chrono::milliseconds(300));
   tmux_.answers = {failed("server exited unexpectedly\n")};
-  EXPECT_EQ(structuredError([&] { operations_->createWindow(); }).retryable, false);
+  EXPECT_EQ(structuredError([&] { operations().createWindow(deadline_); }).retryable, false);
 }
 
 TEST_F(TmuxOperationsTest, WaitsForThePromptForTwoSecondsAtMost) {
   processes_.states[pane_.process].name = "tmux: server";
   answers({paneLine(pane_) + "off\n", paneLine(pane_)});
-  EXPECT_TRUE(operations_->createWindow().busy);
+  EXPECT_TRUE(operations().createWindow(deadline_).busy);
   EXPECT_EQ(slept_, std::chrono::seconds(2));
 }
 
 TEST_F(TmuxOperationsTest, AServerThatHangsAfterCreatingIsNotAskedForAnotherSession) {
   tmux_.answers = {{.output = paneLine(pane_) + "off\n"}, {.end = TmuxAnswer::End::timedOut}};
-  const auto error = structuredError([&] { operations_->createWindow(); });
+  const auto error = structuredError([&] { operations().createWindow(deadline_); });
   EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
   EXPECT_FALSE(error.retryable);
   EXPECT_NE(error.recoverySuggestion.find("List the sessions"), std::string::npos);
@@ -207,15 +257,16 @@ TEST_F(TmuxOperationsTest, AServerThatHangsAfterCreatingIsNotAskedForAnotherSess
 TEST_F(TmuxOperationsTest, AnAnswerToCreatingThatIsNoRowIsAnError) {
   for (const std::string output : {"", "text", "text\n", "\n"}) {
     answers({output});
-    EXPECT_EQ(structuredError([&] { operations_->createWindow(); }).code,
+    EXPECT_EQ(structuredError([&] { operations().createWindow(deadline_); }).code,
               ErrorCode::appleScriptExecutionFailed);
   }
 }
 
 TEST_F(TmuxOperationsTest, AScreenThatCannotBeUnderstoodIsAnError) {
   for (const std::string output : {"PANE", "PANE\n", "PANE\t1\t2\t3\t4\nx", "PANE\t1\t2\tx\t4\t5\n"}) {
-    answers({paneLine(pane_), output});
-    EXPECT_EQ(structuredError([&] { operations_->captureScreen(pane_.tty, id()); }).code,
+    const auto tab = listed();
+    answers({output});
+    EXPECT_EQ(structuredError([&] { operations().captureScreen(tab, deadline_); }).code,
               ErrorCode::appleScriptExecutionFailed)
         << output;
   }
@@ -223,16 +274,18 @@ TEST_F(TmuxOperationsTest, AScreenThatCannotBeUnderstoodIsAnError) {
 
 TEST_F(TmuxOperationsTest, APictureThatCannotBeDrawnIsAnError) {
   parts_.drawPicture = [](const PaneScreen&) -> std::string { throw std::runtime_error("no memory"); };
-  answers({paneLine(pane_), "PANE\t80\t24\t0\t0\t1\ntext\n"});
-  const auto error = structuredError([&] { operations_->captureScreen(pane_.tty, id()); });
+  const auto tab = listed();
+  answers({"PANE\t80\t24\t0\t0\t1\ntext\n"});
+  const auto error = structuredError([&] { operations().captureScreen(tab, deadline_); });
   EXPECT_EQ(error.code, ErrorCode::screenCaptureUnavailable);
   EXPECT_NE(error.message.find("no memory"), std::string::npos);
 }
 
 TEST_F(TmuxOperationsTest, FocusWithoutAScreenSelectsAndIsContent) {
-  answers({paneLine(pane_), paneLine(pane_), ""});
-  operations_->focus(pane_.tty, id());
-  EXPECT_EQ(tmux_.invocations[2].arguments,
+  const auto tab = listed();
+  answers({paneLine(pane_), ""});
+  operations().focus(tab, deadline_);
+  EXPECT_EQ(tmux_.invocations[1].arguments,
             (std::vector<std::string>{"select-window", "-t", "$0:@2", ";", "select-pane", "-t", "%3"}));
   EXPECT_EQ(desktop_.opened,
             (std::vector<std::vector<std::string>>{
@@ -241,13 +294,14 @@ TEST_F(TmuxOperationsTest, FocusWithoutAScreenSelectsAndIsContent) {
 
 TEST_F(TmuxOperationsTest, FocusWaitsForTheTerminalThatItOpened) {
   desktop_.opens = true;
+  const auto tab = listed();
   answers(
-      {paneLine(pane_), paneLine(pane_), "", paneLine(pane_),
+      {paneLine(pane_), "", paneLine(pane_),
        paneLine(pane_) + clientLine({.activity = 1, .created = 1, .session = 0, .window = 2, .name = "c"})});
-  operations_->focus(pane_.tty, id());
+  operations().focus(tab, deadline_);
   EXPECT_EQ(slept_, std::chrono::milliseconds(20));
-  answers({paneLine(pane_), paneLine(pane_), "", paneLine(pane_)});
-  EXPECT_EQ(structuredError([&] { operations_->focus(pane_.tty, id()); }).code,
+  answers({paneLine(pane_), "", paneLine(pane_)});
+  EXPECT_EQ(structuredError([&] { operations().focus(tab, deadline_); }).code,
             ErrorCode::terminalNotAvailable);
 }
 

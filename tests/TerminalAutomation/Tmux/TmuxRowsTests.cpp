@@ -61,17 +61,15 @@ TEST(TmuxRows, NamesAsManyFieldsAsItReads) {
             std::count(client.begin(), client.end(), '\t'));
 }
 
-TEST(TmuxRows, OrdersVersions) {
-  EXPECT_EQ(tmuxVersionNumber("3.3a"), 303);
-  EXPECT_EQ(tmuxVersionNumber("3.2"), oldestTmuxVersion);
-  EXPECT_EQ(tmuxVersionNumber("next-3.8"), 308);
-  EXPECT_EQ(tmuxVersionNumber("3.10"), 310);
-  EXPECT_LT(tmuxVersionNumber("3.0a"), oldestTmuxVersion);
-  EXPECT_LT(tmuxVersionNumber("2.9"), oldestTmuxVersion);
-  EXPECT_GE(tmuxVersionNumber("3.7c"), cleaningPasteTmuxVersion);
-  EXPECT_GT(tmuxVersionNumber("master"), cleaningPasteTmuxVersion);
-  EXPECT_GT(tmuxVersionNumber("30000000.1"), cleaningPasteTmuxVersion);
-  EXPECT_EQ(tmuxVersionNumber("4"), 400);
+TEST(TmuxRows, KnowsWhatAVersionCanDo) {
+  for (const auto* version : {"3.0a", "2.9", "3.1c", "3"}) EXPECT_TRUE(isTooOldTmux(version)) << version;
+  for (const auto* version : {"3.2", "3.3a", "3.10", "next-3.8", "4", "master"}) {
+    EXPECT_FALSE(isTooOldTmux(version)) << version;
+  }
+  for (const auto* version : {"3.2", "3.3a", "3.6b"}) EXPECT_FALSE(pasteCleans(version)) << version;
+  for (const auto* version : {"3.7", "3.7c", "3.10", "next-3.8", "4", "30000000.1", "master"}) {
+    EXPECT_TRUE(pasteCleans(version)) << version;
+  }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What the tmux adapter is built from.
+// The adapter that drives tmux, and what it is built from: a window is a tmux window, a tab is a pane.
 #pragma once
 
 #include <chrono>
@@ -9,6 +9,7 @@
 #include <string>
 
 #include "BridgeModels/Uuid.h"
+#include "TerminalAutomation/SerialTerminal.h"
 #include "TerminalAutomation/Tmux/DesktopTerminal.h"
 #include "TerminalAutomation/Tmux/Picture/PanePicture.h"
 #include "TerminalAutomation/Tmux/ProcessTable.h"
@@ -16,15 +17,14 @@
 
 namespace velmora {
 
-struct TmuxExecutorOptions {
+struct TmuxOptions {
   Environment environment{};                          ///< The bridge's own.
   std::optional<std::filesystem::path> socketPath{};  ///< Else that of $TMUX, else tmux's default.
   std::optional<std::filesystem::path> program{};     ///< Else tmux in $PATH.
   std::filesystem::path temporaryDirectory{};         ///< Pictures go to Velmora/ in it.
-  std::filesystem::path homeDirectory{};              ///< Where new sessions start; empty: $HOME.
+  std::filesystem::path homeDirectory{};              ///< Where new sessions start; empty: $HOME, else "/".
   UuidSource uuid = Uuid::random;
-  std::chrono::milliseconds deadline{5'000};               ///< Of one operation.
-  std::chrono::milliseconds historyDeadline{30'000};       ///< Of reading a whole history.
+  TerminalDeadlines deadlines{};
   std::function<void(std::chrono::milliseconds)> sleep{};  ///< Empty: the system's.
 };
 
@@ -35,7 +35,11 @@ struct TmuxParts {
   std::unique_ptr<DesktopTerminal> desktop;
   std::function<std::string(const PaneScreen&)> drawPicture;
 
-  static TmuxParts ofSystem(const TmuxExecutorOptions& options);
+  static TmuxParts ofSystem(const TmuxOptions& options);
 };
+
+/// TmuxOperations in a SerialTerminal. Destruction ends what is under way at once.
+std::unique_ptr<SerialTerminal> makeTmuxTerminal(TmuxOptions options, TmuxParts parts);
+std::unique_ptr<SerialTerminal> makeTmuxTerminal(const TmuxOptions& options);
 
 }  // namespace velmora

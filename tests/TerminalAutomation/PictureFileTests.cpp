@@ -6,7 +6,7 @@
 
 #include <system_error>
 
-#include "TerminalAutomation/Tmux/PictureFile.h"
+#include "TerminalAutomation/PictureFile.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -26,6 +26,14 @@ TEST(PictureFile, IsForItsOwnerAloneUnderTheIdsUpperCaseName) {
   EXPECT_EQ(path, directory / "new" / "Velmora" / "terminal-0A1B2C3D-0000-4000-8000-00000000ABCD.png");
   EXPECT_EQ(contentOf(path), "bytes");
   EXPECT_EQ(modeOf(path), 0600u);
+  EXPECT_EQ(modeOf(path.parent_path()), 0700u);
+}
+
+TEST(PictureFile, AProgramWritesItselfIntoTheSamePrivateFolder) {
+  const TemporaryDirectory directory;
+  const auto path = pictureFileForProgram(directory / "new", numberedUuid(1));
+  EXPECT_EQ(path, directory / "new" / "Velmora" / ("terminal-" + numberedUuid(1).toString() + ".png"));
+  EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_EQ(modeOf(path.parent_path()), 0700u);
 }
 
@@ -53,6 +61,7 @@ TEST(PictureFile, RefusesAFolderThatIsALinkOrAFile) {
   std::filesystem::create_directory(directory / "elsewhere");
   std::filesystem::create_directory_symlink(directory / "elsewhere", directory / "Velmora");
   EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), "x"), std::system_error);
+  EXPECT_THROW(pictureFileForProgram(directory.path(), numberedUuid(1)), std::system_error);
   EXPECT_TRUE(namesIn(directory / "elsewhere").empty());
   std::filesystem::remove(directory / "Velmora");
   testing::writeFile(directory / "Velmora", "");

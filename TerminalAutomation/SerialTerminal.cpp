@@ -1,0 +1,79 @@
+#include "TerminalAutomation/SerialTerminal.h"
+
+#include <utility>
+
+namespace velmora {
+
+namespace {
+
+constexpr std::size_t readsAtOnce = 4;
+
+}  // namespace
+
+SerialTerminal::SerialTerminal(std::unique_ptr<TerminalOperations> operations, TerminalDeadlines deadlines)
+    : operations_(std::move(operations)),
+      deadlines_(deadlines),
+      changes_("terminal", 1),
+      ownLooks_("terminal-looks", 1),
+      ownReads_("terminal-reads", readsAtOnce),
+      looks_(operations_->isSerial() ? changes_ : ownLooks_),
+      reads_(operations_->isSerial() ? changes_ : ownReads_) {}
+
+SerialTerminal::~SerialTerminal() { operations_->cancel(); }
+
+void SerialTerminal::cancel() noexcept { operations_->cancel(); }
+
+std::string SerialTerminal::displayName() const { return operations_->displayName(); }
+
+std::future<TerminalRuntimeStatus> SerialTerminal::status() {
+  return submit(looks_, deadlines_.status, [this](auto deadline) { return operations_->status(deadline); });
+}
+
+std::future<std::vector<TerminalTabSnapshot>> SerialTerminal::listSessions() {
+  return submit(looks_, deadlines_.operation,
+                [this](auto deadline) { return operations_->listSessions(deadline); });
+}
+
+std::future<TerminalTabSnapshot> SerialTerminal::createWindow() {
+  return submit(changes_, deadlines_.operation,
+                [this](auto deadline) { return operations_->createWindow(deadline); });
+}
+
+std::future<void> SerialTerminal::send(std::string command, std::string tty, std::int64_t windowId,
+                                       bool allowBusy) {
+  return submit(changes_, deadlines_.operation,
+                [this, command = std::move(command), tab = TabAddress{std::move(tty), windowId},
+                 allowBusy](auto deadline) { operations_->sendCommand(command, tab, allowBusy, deadline); });
+}
+
+std::future<void> SerialTerminal::send(TerminalKey key, std::int64_t repeatCount, std::string tty,
+                                       std::int64_t windowId, bool allowBusy) {
+  return submit(changes_, deadlines_.operation,
+                [this, key, repeatCount, tab = TabAddress{std::move(tty), windowId}, allowBusy](
+                    auto deadline) { operations_->sendKey(key, repeatCount, tab, allowBusy, deadline); });
+}
+
+std::future<TerminalOutput> SerialTerminal::readOutput(OutputSource source, std::int64_t maxCharacters,
+                                                       std::string tty, std::int64_t windowId) {
+  const auto allowed = source == OutputSource::history ? deadlines_.history : deadlines_.operation;
+  return submit(reads_, allowed,
+                [this, source, maxCharacters, tab = TabAddress{std::move(tty), windowId}](auto deadline) {
+                  return operations_->readOutput(source, maxCharacters, tab, deadline);
+                });
+}
+
+std::future<TerminalScreenCapture> SerialTerminal::captureScreen(std::string tty, std::int64_t windowId) {
+  return submit(reads_, deadlines_.operation,
+                [this, tab = TabAddress{std::move(tty), windowId}](auto deadline) {
+                  return operations_->captureScreen(tab, deadline);
+                });
+}
+
+std::future<void> SerialTerminal::focus(std::string tty, std::int64_t windowId) {
+  return submit(changes_, deadlines_.operation,
+                [this, tab = TabAddress{std::move(tty), windowId}](auto deadline) {
+                  operations_->focus(tab, deadline);
+                });
+}
+
+}  // namespace velmora

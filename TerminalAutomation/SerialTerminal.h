@@ -1,0 +1,76 @@
+// Threads, queues and deadlines for an adapter: the one TerminalAutomating over any TerminalOperations.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "System/ThreadPool.h"
+#include "TerminalAutomation/TerminalAutomating.h"
+
+namespace velmora {
+
+/// How long each call may take, from the call to its end.
+struct TerminalDeadlines {
+  std::chrono::milliseconds operation{5'000};
+  std::chrono::milliseconds history{30'000};  ///< Of reading a whole history.
+  /// Longer than the five seconds after which the core answers a status call itself, so that a terminal that
+  /// hangs is always reported in the same words.
+  std::chrono::milliseconds status{6'000};
+};
+
+/// Thread-safe. What changes the terminal runs in the order of the calls, one at a time. Status and listings,
+/// also in the order of the calls, and up to four reads of text or pictures run beside it: a long history
+/// holds nobody up. (A serial adapter has one queue for everything.) Behind a terminal that hangs, what waits
+/// fails when its deadline has passed; there are never more than six threads.
+///
+/// Destruction ends what is under way, as far as the adapter can, and fails what waits, some of it with
+/// std::future_errc::broken_promise. The terminal's sessions outlive it.
+class SerialTerminal : public TerminalAutomating {
+ public:
+  using TerminalAutomating::send;
+
+  explicit SerialTerminal(std::unique_ptr<TerminalOperations> operations, TerminalDeadlines deadlines = {});
+  ~SerialTerminal() override;
+
+  std::string displayName() const override;
+  std::future<TerminalRuntimeStatus> status() override;
+  std::future<std::vector<TerminalTabSnapshot>> listSessions() override;
+  std::future<TerminalTabSnapshot> createWindow() override;
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
+                         bool allowBusy) override;
+  std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
+                         bool allowBusy) override;
+  std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
+                                         std::int64_t windowId) override;
+  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override;
+  std::future<void> focus(std::string tty, std::int64_t windowId) override;
+  void cancel() noexcept override;
+
+ protected:
+  /// Queues what an adapter can do besides, among the calls that change the terminal. It has no deadline.
+  template <class Work>
+  auto change(Work work) {
+    return changes_.submit(std::move(work));
+  }
+
+ private:
+  template <class Work>
+  static auto submit(ThreadPool& threads, std::chrono::milliseconds allowed, Work work) {
+    const auto deadline = std::chrono::steady_clock::now() + allowed;
+    return threads.submit([deadline, work = std::move(work)] { return work(deadline); });
+  }
+
+  const std::unique_ptr<TerminalOperations> operations_;
+  const TerminalDeadlines deadlines_;
+  // These go first: their threads use what stands above.
+  ThreadPool changes_;
+  ThreadPool ownLooks_;
+  ThreadPool ownReads_;
+  // Those of a serial adapter are `changes_`.
+  ThreadPool& looks_;
+  ThreadPool& reads_;
+};
+
+}  // namespace velmora

@@ -1,0 +1,28 @@
+#include "TerminalAutomation/Tmux/TmuxTerminal.h"
+
+#include <utility>
+
+#include "TerminalAutomation/Tmux/TmuxOperations.h"
+#include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
+
+namespace velmora {
+
+TmuxParts TmuxParts::ofSystem(const TmuxOptions& options) {
+  return {.transport = std::make_unique<TmuxProcessTransport>(options.environment, options.socketPath,
+                                                              options.program),
+          .processes = systemProcessTable(),
+          .desktop = std::make_unique<SystemDesktopTerminal>(options.environment),
+          .drawPicture = renderPanePicture};
+}
+
+std::unique_ptr<SerialTerminal> makeTmuxTerminal(TmuxOptions options, TmuxParts parts) {
+  const TerminalDeadlines deadlines = options.deadlines;
+  return std::make_unique<SerialTerminal>(
+      std::make_unique<TmuxOperations>(std::move(options), std::move(parts)), deadlines);
+}
+
+std::unique_ptr<SerialTerminal> makeTmuxTerminal(const TmuxOptions& options) {
+  return makeTmuxTerminal(options, TmuxParts::ofSystem(options));
+}
+
+}  // namespace velmora
