@@ -85,7 +85,7 @@ TOOL
 # Headers that are the same on every system, and nothing else of /usr/include.
 gather_headers() {
   mkdir -p "$work/headers"
-  ln -sfn /usr/include/{boost,unicode,CLI,spdlog,fmt,zlib.h,zconf.h} "$work/headers/"
+  ln -sfn /usr/include/{boost,unicode,CLI,spdlog,fmt} "$work/headers/"
 }
 
 # build CPU [CXX FLAGS]

@@ -6,7 +6,7 @@ set -euo pipefail
 debian_packages=(
   g++ clang libclang-rt-14-dev cmake ninja-build pkg-config git ca-certificates
   libboost1.81-dev libboost-json1.81-dev libicu-dev libcli11-dev libspdlog-dev
-  libpango1.0-dev libcairo2-dev libglib2.0-dev zlib1g-dev fontconfig fonts-dejavu-core
+  libpango1.0-dev libcairo2-dev libglib2.0-dev libpng-dev fontconfig fonts-dejavu-core
   qt6-base-dev qt6-declarative-dev qt6-svg-dev libgl-dev libxkbcommon-dev
   qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick
   qml6-module-qtquick-window qml6-module-qtquick-templates qml6-module-qtquick-controls qml6-module-qtquick-layouts
@@ -18,7 +18,7 @@ debian_packages=(
   desktop-file-utils appstream lintian dpkg-dev file gzip
 )
 homebrew_packages=(
-  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo qt googletest google-benchmark tmux fish llvm shellcheck
+  cmake ninja pkg-config boost icu4c cli11 spdlog pango cairo libpng qt googletest google-benchmark tmux fish llvm shellcheck
 )
 
 as_root() {

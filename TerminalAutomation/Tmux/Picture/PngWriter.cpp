@@ -1,6 +1,6 @@
 #include "TerminalAutomation/Tmux/Picture/PngWriter.h"
 
-#include <zlib.h>
+#include <png.h>
 
 #include <algorithm>
 #include <array>
@@ -11,33 +11,8 @@
 namespace velmora {
 namespace {
 
-constexpr int compressionLevel = 6;
 constexpr std::size_t maximumPalette = 256;
 constexpr std::uint32_t colourMask = 0xFFFFFF;
-
-void appendNumber(std::string& out, std::uint32_t value) {
-  for (const int shift : {24, 16, 8, 0}) out.push_back(static_cast<char>(value >> shift & 0xFF));
-}
-
-void appendChunk(std::string& png, std::string_view type, std::string_view data) {
-  appendNumber(png, static_cast<std::uint32_t>(data.size()));
-  const std::size_t start = png.size();
-  png += type;
-  png += data;
-  const auto* bytes = reinterpret_cast<const Bytef*>(png.data() + start);
-  appendNumber(png, static_cast<std::uint32_t>(crc32(0, bytes, static_cast<uInt>(png.size() - start))));
-}
-
-std::string compressed(const std::string& data) {
-  uLongf size = compressBound(static_cast<uLong>(data.size()));
-  std::string out(size, '\0');
-  const int result =
-      compress2(reinterpret_cast<Bytef*>(out.data()), &size, reinterpret_cast<const Bytef*>(data.data()),
-                static_cast<uLong>(data.size()), compressionLevel);
-  if (result != Z_OK) throw std::runtime_error("the picture could not be compressed");
-  out.resize(size);
-  return out;
-}
 
 /// The colours of a picture and how often each occurs. Text has long runs of one colour: the last one is
 /// remembered.
@@ -95,81 +70,61 @@ bool choosePalette(const PixelImage& image, Palette& palette) {
                      [&](int bits) { return makePalette(byFrequency, bits, palette); });
 }
 
-int depthFor(std::size_t colours) { return colours <= 2 ? 1 : colours <= 4 ? 2 : colours <= 16 ? 4 : 8; }
-
-std::string indexedRows(const PixelImage& image, const Palette& palette, int depth) {
-  const auto width = static_cast<std::size_t>(image.width);
-  std::string rows;
-  rows.reserve((width + 1) * static_cast<std::size_t>(image.height));
+/// A number for each pixel: its colour in the palette.
+std::vector<png_byte> indexedPixels(const PixelImage& image, const Palette& palette) {
+  std::vector<png_byte> indexes;
+  indexes.reserve(image.pixels.size());
   std::uint32_t lastColour = ~0U;
-  unsigned index = 0;
-  for (std::size_t row = 0; row < image.pixels.size(); row += width) {
-    rows.push_back(0);  // no filter: best for few colours
-    unsigned packed = 0;
-    int used = 0;
-    for (std::size_t x = 0; x < width; ++x) {
-      const std::uint32_t colour = image.pixels[row + x] & colourMask;
-      if (colour != lastColour) {
-        index = palette.indexOf.at(colour);
-        lastColour = colour;
-      }
-      packed = packed << depth | index;
-      used += depth;
-      if (used == 8) {
-        rows.push_back(static_cast<char>(packed & 0xFF));
-        packed = 0;
-        used = 0;
-      }
+  png_byte index = 0;
+  for (const std::uint32_t pixel : image.pixels) {
+    const std::uint32_t colour = pixel & colourMask;
+    if (colour != lastColour) {
+      index = palette.indexOf.at(colour);
+      lastColour = colour;
     }
-    if (used > 0) rows.push_back(static_cast<char>(packed << (8 - used) & 0xFF));
+    indexes.push_back(index);
   }
-  return rows;
+  return indexes;
 }
 
-std::string rgbRows(const PixelImage& image) {
-  const auto width = static_cast<std::size_t>(image.width);
-  std::string rows;
-  rows.reserve((3 * width + 1) * static_cast<std::size_t>(image.height));
-  for (std::size_t row = 0; row < image.pixels.size(); row += width) {
-    rows.push_back(0);
-    for (std::size_t x = 0; x < width; ++x) {
-      for (const int shift : {16, 8, 0}) {
-        rows.push_back(static_cast<char>(image.pixels[row + x] >> shift & 0xFF));
-      }
-    }
+/// Red, green and blue of each colour.
+std::vector<png_byte> channelsOf(const std::vector<std::uint32_t>& colours) {
+  std::vector<png_byte> bytes;
+  bytes.reserve(3 * colours.size());
+  for (const std::uint32_t colour : colours) {
+    for (const int shift : {16, 8, 0}) bytes.push_back(static_cast<png_byte>(colour >> shift & 0xFF));
   }
-  return rows;
+  return bytes;
 }
 
-std::string header(const PixelImage& image, int depth, bool indexed) {
-  std::string data;
-  appendNumber(data, static_cast<std::uint32_t>(image.width));
-  appendNumber(data, static_cast<std::uint32_t>(image.height));
-  data.push_back(static_cast<char>(depth));
-  data.push_back(indexed ? 3 : 2);
-  data.append(3, '\0');  // deflate, filters by row, not interlaced
-  return data;
+/// `colourMap` belongs to images whose pixels are numbers in it.
+std::string written(png_image& image, const std::vector<png_byte>& pixels, const png_byte* colourMap) {
+  png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
+  std::string png(size, '\0');
+  constexpr png_int_32 packedRows = 0;
+  if (png_image_write_to_memory(&image, png.data(), &size, /*convert_to_8bit=*/0, pixels.data(), packedRows,
+                                colourMap) == 0) {
+    throw std::runtime_error(std::string("the picture could not be compressed: ") + image.message);
+  }
+  png.resize(size);
+  return png;
 }
 
 }  // namespace
 
 std::string encodePng(const PixelImage& image) {
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  png.width = static_cast<png_uint_32>(image.width);
+  png.height = static_cast<png_uint_32>(image.height);
   Palette palette;
-  const bool indexed = choosePalette(image, palette);
-  const int depth = indexed ? depthFor(palette.colours.size()) : 8;
-
-  std::string png("\x89PNG\r\n\x1A\n", 8);
-  appendChunk(png, "IHDR", header(image, depth, indexed));
-  if (indexed) {
-    std::string colours;
-    for (const std::uint32_t colour : palette.colours) {
-      for (const int shift : {16, 8, 0}) colours.push_back(static_cast<char>(colour >> shift & 0xFF));
-    }
-    appendChunk(png, "PLTE", colours);
+  if (!choosePalette(image, palette)) {
+    png.format = PNG_FORMAT_RGB;
+    return written(png, channelsOf(image.pixels), nullptr);
   }
-  appendChunk(png, "IDAT", compressed(indexed ? indexedRows(image, palette, depth) : rgbRows(image)));
-  appendChunk(png, "IEND", {});
-  return png;
+  png.format = PNG_FORMAT_RGB_COLORMAP;
+  png.colormap_entries = static_cast<png_uint_32>(palette.colours.size());
+  return written(png, indexedPixels(image, palette), channelsOf(palette.colours).data());
 }
 
 }  // namespace velmora

