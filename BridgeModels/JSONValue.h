@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -39,9 +40,17 @@ struct JSONValue {
   const std::string* string() const { return std::get_if<std::string>(&storage); }
 
   /// The member `key` of an object, or nothing when this is no object or has no such key.
-  const JSONValue* find(std::string_view key) const;
+  const JSONValue* find(std::string_view key) const {
+    const auto* members = object();
+    if (members == nullptr) return nullptr;
+    const auto found = members->find(key);
+    return found == members->end() ? nullptr : &found->second;
+  }
 
   bool operator==(const JSONValue&) const;
 };
+
+// Behind the class, whose storage can be compared only when the class is complete.
+inline bool JSONValue::operator==(const JSONValue& other) const { return storage == other.storage; }
 
 }  // namespace velmora

@@ -1,4 +1,4 @@
-// Text as people see it and days as the calendar counts them, over ICU with a fast path for plain text.
+// Text as its reader sees it, over ICU with a fast path for plain text.
 // A character is an extended grapheme cluster (UAX #29): CR LF is one, a family emoji is one, Hangul jamo
 // combine. Every function is pure and may be called from any thread. Texts are UTF-8; an ill-formed
 // sequence counts like the U+FFFD that repairUtf8 puts in its place. Link the target BridgeText.
@@ -7,8 +7,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "BridgeModels/Date.h"
 
 namespace velmora {
 
@@ -29,9 +27,5 @@ TextEnd lastCharacters(std::string_view text, std::int64_t count);
 
 /// Whether `text` contains `part`, whatever the case, by the rules of the user's locale.
 bool containsIgnoringCase(std::string_view text, std::string_view part);
-
-/// `date` moved back by whole days of the Gregorian calendar in the local time zone: the same time of day,
-/// also across a change of daylight saving. The distant past when the calendar cannot form the day.
-Date daysBefore(Date date, std::int64_t days);
 
 }  // namespace velmora

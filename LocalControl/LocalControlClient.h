@@ -1,11 +1,13 @@
-// The helper's end of the channel.
+// A caller's end of the channel, the simple way: one call at a time, and it blocks. (The helper has its own,
+// BridgeCalls.)
 #pragma once
 
 #include <filesystem>
 #include <optional>
 
+#include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/LocalControlMessages.h"
-#include "LocalControl/UnixSocketConnection.h"
+#include "LocalControl/UnixSocketClient.h"
 #include "System/Mutex.h"
 
 namespace velmora {
@@ -18,7 +20,12 @@ class LocalControlClient {
 
   /// Blocks for the answer. Throws UnixSocketError, LocalControlCodecError, JsonEncodeError,
   /// JsonDecodeError.
-  LocalControlResponse send(const LocalControlRequest& request);
+  LocalControlResponse send(const LocalControlRequest& request) {
+    const MutexLock lock(mutex_);
+    if (!connection_) connection_.emplace(UnixSocketClient::connect(socketURL_));
+    connection_->writeFrame(LocalControlCodec::frame(request));
+    return LocalControlCodec::decode<LocalControlResponse>(connection_->readFrame());
+  }
 
  private:
   const std::filesystem::path socketURL_;

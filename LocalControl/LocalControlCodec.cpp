@@ -7,18 +7,6 @@
 
 namespace velmora {
 
-const char* LocalControlCodecError::what() const noexcept {
-  switch (case_) {
-    case emptyFrame:
-      return "emptyFrame";
-    case frameTooLarge:
-      return "frameTooLarge";
-    case invalidFrame:
-      return "invalidFrame";
-  }
-  return "";
-}
-
 namespace LocalControlCodec {
 
 namespace {

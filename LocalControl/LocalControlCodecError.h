@@ -19,7 +19,19 @@ class LocalControlCodecError : public std::exception {
   LocalControlCodecError(Case which) noexcept : case_(which) {}  // NOLINT(google-explicit-constructor)
 
   Case kind() const noexcept { return case_; }
-  const char* what() const noexcept override;  ///< The case's name, for logs.
+
+  /// The case's name, for logs.
+  const char* what() const noexcept override {
+    switch (case_) {
+      case emptyFrame:
+        return "emptyFrame";
+      case frameTooLarge:
+        return "frameTooLarge";
+      case invalidFrame:
+        return "invalidFrame";
+    }
+    return "";
+  }
 
   friend bool operator==(const LocalControlCodecError& a, const LocalControlCodecError& b) noexcept {
     return a.case_ == b.case_;

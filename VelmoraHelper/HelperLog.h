@@ -1,6 +1,8 @@
-// What the helper writes of its work to standard error, for whoever looks into why a client does not get on.
+// What the helper writes about its work to standard error, for whoever looks into a client's trouble.
 #pragma once
 
+#include <cstdio>
+#include <string>
 #include <string_view>
 
 namespace velmora {
@@ -12,8 +14,12 @@ class HelperLog {
   HelperLog() = default;
   explicit HelperLog(bool on) : on_(on) {}
 
-  /// One line.
-  void write(std::string_view text) const;
+  /// One line, in one call, so that lines of two programs do not mix.
+  void write(std::string_view text) const {
+    if (!on_) return;
+    const auto line = std::string("velmora: ").append(text).append("\n");
+    std::fputs(line.c_str(), stderr);
+  }
 
  private:
   bool on_ = false;

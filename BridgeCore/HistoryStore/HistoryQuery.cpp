@@ -5,6 +5,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "BridgeModels/Calendar.h"
 #include "BridgeModels/Text.h"
 
 namespace velmora {

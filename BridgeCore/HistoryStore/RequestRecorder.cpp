@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "BridgeCore/HistoryStore/HistoryQuery.h"
+#include "BridgeModels/Calendar.h"
 #include "BridgeModels/Text.h"
 
 namespace velmora {

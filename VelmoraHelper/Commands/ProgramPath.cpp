@@ -1,3 +1,4 @@
+// The half of ProgramPath.h that is the same on every system.
 #include "VelmoraHelper/Commands/ProgramPath.h"
 
 #include <system_error>

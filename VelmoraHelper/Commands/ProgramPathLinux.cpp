@@ -1,3 +1,4 @@
+// Linux's half of ProgramPath.h.
 #include <system_error>
 
 #include "VelmoraHelper/Commands/ProgramPath.h"

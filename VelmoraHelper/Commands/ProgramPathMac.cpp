@@ -1,3 +1,4 @@
+// The half of ProgramPath.h that belongs to macOS.
 #include <mach-o/dyld.h>
 
 #include <cstdint>

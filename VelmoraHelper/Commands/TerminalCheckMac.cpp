@@ -1,3 +1,4 @@
+// The check of TerminalCheck.h on macOS: Terminal.app is a part of the system.
 #include <filesystem>
 #include <system_error>
 

@@ -1,19 +1,17 @@
+#include "BridgeModels/Text.h"
+
 #include <unicode/brkiter.h>
-#include <unicode/gregocal.h>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utext.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <deque>
 #include <limits>
 #include <memory>
 #include <stdexcept>
-
-#include "BridgeModels/Text.h"
 
 namespace velmora {
 
@@ -23,7 +21,7 @@ void require(UErrorCode status) {
   if (U_FAILURE(status)) throw std::runtime_error(std::string("ICU: ") + u_errorName(status));
 }
 
-// ICU's character iterator over UTF-8. Making one is dear, so each thread keeps its own.
+// ICU's character iterator over UTF-8. Creating one is expensive, so each thread keeps its own.
 class ClusterIterator {
  public:
   static ClusterIterator& ofThisThread() {
@@ -197,8 +195,6 @@ icu::UnicodeString folded(std::string_view text, bool dottedI) {
   return unicode;
 }
 
-constexpr Date distantPast{-63113904000.0};  // 0001-01-01T00:00:00Z
-
 }  // namespace
 
 std::int64_t characterCount(std::string_view text) { return CharacterScanner(text).skip(allCharacters); }
@@ -243,23 +239,6 @@ bool containsIgnoringCase(std::string_view text, std::string_view part) {
            std::search(text.begin(), text.end(), part.begin(), part.end(), sameLetter) != text.end();
   }
   return part.empty() || folded(text, dottedI).indexOf(folded(part, dottedI)) >= 0;
-}
-
-Date daysBefore(Date date, std::int64_t days) {
-  constexpr std::int64_t mostDays = std::numeric_limits<int32_t>::max();
-  if (days < -mostDays || days > mostDays) return distantPast;
-  UErrorCode status = U_ZERO_ERROR;
-  icu::GregorianCalendar calendar(status);
-  require(status);
-  const double now = std::floor(date.unixSeconds() * 1000);
-  calendar.setTime(now, status);
-  calendar.add(UCAL_DATE, static_cast<int32_t>(-days), status);
-  const double then = calendar.getTime(status);
-  // Lenient calendars stop at their limits instead of failing.
-  const auto isFormed =
-      U_SUCCESS(status) && std::abs(now - then - static_cast<double>(days) * 86'400'000) < 200'000'000;
-  if (!isFormed) return distantPast;
-  return std::max(Date{date.secondsSinceReferenceDate - (now - then) / 1000}, distantPast);
 }
 
 }  // namespace velmora
