@@ -1,5 +1,5 @@
-// The MCP clients that people connect, and the text that connects each: the one source for what the helper
-// prints and the application shows.
+// The MCP clients and the text that connects each: the one source for what the helper prints and the
+// application shows.
 #pragma once
 
 #include <span>
@@ -15,7 +15,7 @@ inline constexpr std::string_view mcpServerName = "terminal";
 enum class SnippetLanguage { json, toml, shell };
 
 struct McpClient {
-  std::string_view id;    ///< What people type: lower case and hyphens.
+  std::string_view id;    ///< What the user types: lower case and hyphens.
   std::string_view name;  ///< As the maker writes it.
   SnippetLanguage language;
   std::string_view place;                             ///< A sentence that says what to do with the snippet.
@@ -29,7 +29,7 @@ std::span<const McpClient> mcpClients();
 const McpClient* findMcpClient(std::string_view id);
 
 /// What makes `client` launch the helper at `helperPath`, an absolute path. Without a newline at its end.
-/// Throws std::invalid_argument for a path that is no UTF-8, which no client's configuration can hold.
+/// Throws std::invalid_argument for a path that is not UTF-8, which no client's configuration can hold.
 std::string snippetFor(const McpClient& client, std::string_view helperPath);
 
 }  // namespace velmora

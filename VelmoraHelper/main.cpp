@@ -1,6 +1,6 @@
 // `velmora`: an MCP client launches it, speaks MCP to its standard input and output, and so reaches the
-// running application. Nothing but MCP goes to standard output; what people should read goes to standard
-// error. With arguments it does one thing for people and ends.
+// running application. Nothing but MCP goes to standard output; messages for the user go to standard
+// error. With arguments it runs one command and ends.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -31,7 +31,7 @@ void occupyStandardDescriptors() {
   }
 }
 
-// A client may have blocked or ignored for itself what it ends this program with.
+// A client may have blocked or ignored the signals that end this program; they are inherited.
 void resetSignals() {
   sigset_t none;
   sigemptyset(&none);  // a macro on macOS
@@ -77,7 +77,7 @@ int serve() {
       std::move(options), calls, Uuid::random, [&output](const std::string& message) { output.add(message); },
       HelperLog(environment.contains("VELMORA_LOG")));
   try {
-    // An orphan has another parent than the one that launched it.
+    // Once the client has gone, this process has another parent.
     serveLines(STDIN_FILENO, output, server, calls, [client] { return ::getppid() != client; });
   } catch (const std::exception& error) {
     std::fprintf(stderr, "velmora: %s\n", error.what());

@@ -47,7 +47,7 @@ void decodeAsStored(std::string_view text) {
   (decoded<Value>(text, JsonFormat::store), ...);
 }
 
-// A part that is passed on as it is, is the dynamic value.
+// A part that is passed on unread is written as the dynamic value is.
 void checkPart(std::string_view text) {
   const auto value = decoded<JSONValue>(text);
   if (!value) return;

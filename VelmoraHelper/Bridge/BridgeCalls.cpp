@@ -24,7 +24,7 @@ Fate fateOf(const BridgeConnection& connection, const std::exception_ptr& failur
     std::rethrow_exception(failure);
   } catch (const UnixSocketError& error) {
     if (connection.isWriting()) return Fate::notSent;
-    // The system says so when the other end was closed with something in it that was never read.
+    // The system reports this when the peer closed its end with unread data in it.
     if (error == UnixSocketError::system("read", ECONNRESET)) return Fate::notSent;
     return error == UnixSocketError::disconnected() ? Fate::unknown : Fate::settled;
   } catch (const std::exception&) {
@@ -50,7 +50,7 @@ void BridgeCalls::cancel(Id id) {
 }
 
 void BridgeCalls::advance(SteadyTime now) {
-  while (finishSome(now)) {  // each that ends may make room for one that waits
+  while (finishSome(now)) {  // a call that ends may make room for a waiting one
   }
 }
 
@@ -95,7 +95,7 @@ void BridgeCalls::begin(Call& call) {
   call.connection->begin(std::move(frame));
 }
 
-// The answer, or nothing while it is still to come. A call without a connection afterwards cannot be kept up.
+// The answer, or nothing while it is still to come.
 std::optional<BridgeAnswer> BridgeCalls::step(Call& call) {
   try {
     if (!call.connection) begin(call);
@@ -111,8 +111,8 @@ std::optional<BridgeAnswer> BridgeCalls::step(Call& call) {
   }
 }
 
-// The application may have ended since the call before, just when this one was sent on the same connection.
-// It is sent once more when that cannot make it take effect twice.
+// The application may have ended since the previous call, just as this one was sent on the same connection.
+// Send it again if that cannot make it take effect twice.
 std::optional<BridgeAnswer> BridgeCalls::recover(Call& call, std::exception_ptr failure) {
   const auto fate = call.connection && call.isSecondUse ? fateOf(*call.connection, failure) : Fate::settled;
   call.connection.reset();

@@ -1,4 +1,4 @@
-// The calls that are under way to the application, side by side.
+// The calls to the application that are under way at the same time.
 #pragma once
 
 #include <chrono>
@@ -33,7 +33,7 @@ class BridgeCalls {
   struct Limits {
     std::size_t running = 16;   ///< Connections in use at once.
     std::size_t waiting = 240;  ///< Calls that wait for one; a further call is refused.
-    /// How long a call may take. Clients give up after 60 seconds or later, and what they then show is worse.
+    /// How long a call may take. Clients give up after 60 seconds or more, with a worse message than ours.
     std::chrono::seconds deadline{50};
   };
 
@@ -55,7 +55,7 @@ class BridgeCalls {
 
   struct Awaited {
     int descriptor;
-    bool writing;  ///< Worth waking up for when it can be written to, not only when it can be read.
+    bool writing;  ///< Wait until it can be written to as well, not only until it can be read.
   };
 
   /// What to wait for until the next `advance`.

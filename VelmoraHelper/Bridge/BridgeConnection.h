@@ -10,25 +10,25 @@
 namespace velmora {
 
 /// Made from a connection whose descriptor does not block. A call is one frame out and one frame back; a call
-/// begins when the one before has ended. After a failure the connection is of no more use. Not thread-safe.
+/// begins when the one before has ended. After a failure, discard the connection. Not thread-safe.
 class BridgeConnection {
  public:
   explicit BridgeConnection(UnixSocketConnection connection) : connection_(std::move(connection)) {}
 
   int descriptor() const { return connection_.descriptor(); }
 
-  /// Whether the request is still being written, so that it is worth waiting until more can be.
+  /// Whether part of the request is still to be written.
   bool isWriting() const { return written_ < request_.size(); }
 
-  /// Between two calls: whether the application is still there and has sent nothing that nobody asked for.
+  /// Between two calls: whether the application is still there and has sent nothing unasked.
   bool isReady() const;
 
   /// Begins a call. `frame` is the whole request frame.
   void begin(std::string frame);
 
-  /// Writes and reads what can be without waiting. The whole answer frame, or nothing until there is more to
-  /// read. Throws system("write"), disconnected, system("read"), and LocalControlCodecError for a length that
-  /// is out of range.
+  /// Writes and reads what it can without waiting. Returns the whole answer frame, or nothing until there is
+  /// more to read. Throws system("write"), disconnected, system("read"), and LocalControlCodecError for a
+  /// length that is out of range.
   std::optional<std::string> advance();
 
  private:

@@ -24,8 +24,8 @@ StructuredError unavailable(ToolName tool, std::string message, std::string sugg
           .recoverySuggestion = std::move(suggestion)};
 }
 
-// The application was reached but did not answer: it may have acted on the request or not. A call that
-// changes something is not worth repeating before somebody has looked.
+// The application was reached but did not answer, so it may have acted on the request. Repeat a call that
+// changes something only after somebody has looked.
 StructuredError unanswered(ToolName tool, const std::string& what) {
   if (!toolTraits(tool).changesTerminal) return unavailable(tool, what + ".", openVelmora);
   auto error = unavailable(tool, what + ", so it is unknown whether the call took effect.",

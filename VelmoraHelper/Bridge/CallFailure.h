@@ -1,5 +1,5 @@
-// What a client is told when the application could not be asked, or did not answer: always an answer with an
-// error that says what to do, so that an agent and the person beside it can act on it.
+// What a client is told when the application cannot be reached or does not answer: always an answer with an
+// error that says what to do next, for the agent and for the user.
 #pragma once
 
 #include <chrono>
@@ -19,8 +19,8 @@ BridgeAnswer answerToSilence(const BridgeRequest& request, std::chrono::seconds 
 /// The answer to a request that was never sent, because earlier ones kept the application busy.
 BridgeAnswer answerToCrowding(const BridgeRequest& request);
 
-/// `answer` as it is, except that an application which speaks another version of the channel is told apart
-/// from a request that is wrong.
+/// `answer` unchanged, unless it says that the application speaks another version of the channel: then the
+/// error says that, instead of blaming the request.
 BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer);
 
 }  // namespace velmora

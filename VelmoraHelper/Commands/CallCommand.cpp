@@ -45,7 +45,7 @@ std::string unknownTool(const std::string& typed) {
   return text;
 }
 
-// Which argument the application could not decode: it says only that one could not be.
+// Which argument the application could not decode: its answer does not say.
 std::string problemOf(ToolName tool, const boost::json::value& arguments) {
   return visitTool(tool, [&]<class Tool>(const Tool&) -> std::string {
     try {
@@ -58,7 +58,7 @@ std::string problemOf(ToolName tool, const boost::json::value& arguments) {
   });
 }
 
-// The payload, for people; whatever it is.
+// The payload as the user reads it.
 std::string printed(ToolName tool, const ToolResult<JsonPart>& result) {
   auto format = JsonFormat::people;
   format.pretty = true;

@@ -20,7 +20,7 @@ BridgeAnswer answerOf(const CommandContext& context, ToolName tool, JsonMembers 
 /// The error of an answer that is not `ok`.
 StructuredError errorOf(const BridgeAnswer& answer);
 
-/// What is wrong and what to do about it, for people.
+/// Tells the user what is wrong and what to do about it.
 void explain(const CommandContext& context, const StructuredError& error);
 
 }  // namespace velmora

@@ -1,4 +1,4 @@
-// What the commands for people work with. Only `main` knows the real ones.
+// What the commands of `velmora` work with. Only `main` knows the real ones.
 #pragma once
 
 #include <chrono>
@@ -17,7 +17,7 @@ namespace velmora {
 enum class ExitStatus {
   success = 0,
   failure = 1,  ///< The call was refused, or something is wrong.
-  usage = 2,    ///< The command line makes no sense; nothing was done.
+  usage = 2,    ///< The command line is wrong; nothing was done.
 };
 
 /// Makes a call and waits for its answer; one that does not come in time is an answer too.

@@ -15,7 +15,7 @@ namespace velmora {
 
 namespace {
 
-// A word that is no command, which the parser would only call unexpected.
+// A word that is not a command; the parser would only call it unexpected.
 std::string unknownCommand(CLI::App& app, const std::vector<std::string>& arguments) {
   if (arguments.empty() || arguments.front().starts_with('-')) return {};
   std::vector<std::string> names;

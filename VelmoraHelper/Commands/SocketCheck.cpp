@@ -26,7 +26,7 @@ Check unseen(const std::filesystem::path& path, int code) {
                        takeAnotherPlace);
 }
 
-// Others may do nothing with it, nor may it be another thing than it should.
+// It must be of the expected type, and nobody else may have access.
 std::optional<Check> defectOf(const std::filesystem::path& path, const struct stat& status, mode_t type,
                               uid_t user, const std::string& mode) {
   if ((status.st_mode & S_IFMT) != type) {

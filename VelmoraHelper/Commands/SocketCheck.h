@@ -1,4 +1,4 @@
-// Whether the control socket is where and as it must be.
+// Checks the control socket: its place, owner and mode.
 #pragma once
 
 #include <sys/types.h>
@@ -9,8 +9,8 @@
 
 namespace velmora {
 
-/// Looks at the socket and its folder and changes nothing. Both must belong to `user` alone. A socket that is
-/// not there yet is not wrong.
+/// Looks at the socket and its folder and changes nothing. Both must belong to `user` alone. A socket that
+/// does not exist yet is fine.
 Check checkSocket(const std::filesystem::path& socketURL, uid_t user);
 
 }  // namespace velmora

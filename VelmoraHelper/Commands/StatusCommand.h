@@ -1,4 +1,4 @@
-// `velmora status`: how the bridge stands, for people.
+// `velmora status`: the state of the bridge.
 #pragma once
 
 #include "VelmoraHelper/Commands/CommandContext.h"
@@ -6,7 +6,7 @@
 namespace velmora {
 
 /// Prints the bridge's state, the terminal, the permission and the sessions. Fails when the application does
-/// not say them.
+/// not report them.
 ExitStatus printStatus(const CommandContext& context);
 
 }  // namespace velmora

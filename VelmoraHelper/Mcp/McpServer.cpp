@@ -29,7 +29,7 @@ JsonMembers argumentsOf(const boost::json::object& params) {
   return {value};
 }
 
-// The list has one page, so nobody was ever given a cursor.
+// The list has one page, so the server never hands out a cursor.
 void expectFirstPage(const boost::json::object& params) {
   const auto* cursor = params.if_contains("cursor");
   if (cursor != nullptr && !cursor->is_null()) throw invalidParams("Invalid cursor");
@@ -86,7 +86,7 @@ void McpServer::serve(const JsonRpcRequest& request, const Reply& reply, SteadyT
     answer(reply, jsonRpcResult(*request.id, resultOf(request, context)));
   } catch (JsonRpcFailure& failure) {
     refuse(reply, std::move(failure).withId(request.id));
-  } catch (const std::exception&) {  // a client must never wait for an answer that does not come
+  } catch (const std::exception&) {  // the client must get an answer whatever happens
     refuse(
         reply,
         JsonRpcFailure(JsonRpcErrorCode::internalError, "The helper failed to do this.").withId(request.id));

@@ -1,4 +1,4 @@
-// The Model Context Protocol, server side: takes one message after another and sends what answers it.
+// The server side of the Model Context Protocol: takes messages one by one and sends the answers.
 #pragma once
 
 #include <chrono>
@@ -23,8 +23,8 @@ namespace velmora {
 
 /// Serves clients of both eras in one process: a request that states its revision in `_meta` is served by
 /// itself; all others belong to the session that `initialize` began. Everything but a tool call is answered
-/// at once; a tool call is answered when the application has, and meanwhile others are served. Not
-/// thread-safe.
+/// at once; a tool call is answered when the application has answered it, and other messages are served
+/// meanwhile. Not thread-safe.
 class McpServer {
  public:
   struct Options {
@@ -38,14 +38,14 @@ class McpServer {
   McpServer(const McpServer&) = delete;
   McpServer& operator=(const McpServer&) = delete;
 
-  /// Takes the message that `line` holds, without a line end. Never throws for the message's sake: every
-  /// request is answered, nonsense with an error.
+  /// Takes the message in `line`, which has no line end. Never throws because of the message: every request
+  /// is answered, a malformed one with an error.
   void receive(std::string_view line, SteadyTime now);
 
-  /// A line came that was too long to be read.
+  /// Call this for a line that was too long to read.
   void receiveTooLongLine();
 
-  /// Tells those clients that asked for it that their calls are still under way, once a second.
+  /// Sends progress for running calls whose clients asked for it, once a second.
   void sendProgress(SteadyTime now);
   std::optional<SteadyTime> nextProgress() const;
 
@@ -62,7 +62,7 @@ class McpServer {
     Reply reply;
     SteadyTime started;
     std::optional<std::string> progressToken{};
-    std::int64_t progress = 0;  // the last that was told
+    std::int64_t progress = 0;  // the last value sent
   };
 
   void receiveOne(JsonRpcMessage message, const Reply& reply, SteadyTime now);

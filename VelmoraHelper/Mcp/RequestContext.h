@@ -1,4 +1,4 @@
-// What a request says of itself besides its method and arguments.
+// What a request says about itself besides its method and arguments.
 #pragma once
 
 #include <boost/json/object.hpp>
@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// The name and version that a client gives of itself. Never verified; for display only.
+/// The name and version that a client reports. Never verified; for display only.
 struct ClientName {
   std::string name = "unknown";
   std::optional<std::string> version{};
@@ -25,14 +25,14 @@ struct RequestContext {
   bool operator==(const RequestContext&) const = default;
 };
 
-/// The context that the request's own `_meta` states, or nothing when it states none, as before the stateless
-/// revision. Throws JsonRpcFailure for one that is incomplete or of a revision that is not served so.
+/// The context in the request's own `_meta`, or nothing if it has none, as in the revisions with a handshake.
+/// Throws JsonRpcFailure if it is incomplete or names a revision that needs a handshake.
 std::optional<RequestContext> statedContext(const boost::json::object& params);
 
 /// The client's name from an `Implementation` object; anything else gives the default.
 ClientName clientNameOf(const boost::json::value* implementation);
 
-/// The token for progress notifications, as JSON text; nothing when none is asked for.
+/// The token for progress notifications, as JSON text; nothing if the request has none.
 std::optional<std::string> progressTokenOf(const boost::json::object& params);
 
 }  // namespace velmora

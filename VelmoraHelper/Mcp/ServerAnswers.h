@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-/// Results as JSON text, each made once, when it is first asked for; from then on answering is copying. Not
+/// Results as JSON text, each made when it is first needed and copied from then on. Not
 /// thread-safe.
 class ServerAnswers {
  public:

@@ -110,7 +110,7 @@ std::optional<JsonRpcRequest> requestIn(JsonRpcMessage received) {
   if (auto* params = message->if_contains("params"); params != nullptr && !params->is_null()) {
     if (params->is_object()) {
       request.params = std::move(params->get_object());
-    } else if (request.id) {  // nobody is told of a notification that is wrong
+    } else if (request.id) {  // notifications are never answered
       throw invalid(JsonRpcErrorCode::invalidParams, "params must be an object.");
     }
   }

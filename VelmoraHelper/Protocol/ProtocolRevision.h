@@ -23,7 +23,7 @@ inline constexpr auto enumCases<ProtocolRevision> = std::to_array<EnumCase<Proto
 /// The newest revision that begins with `initialize`. Never offer a later one there: clients reject it.
 inline constexpr auto latestWithHandshake = ProtocolRevision::november2025;
 
-/// Whether every request stands for itself and says in `_meta` which revision it speaks.
+/// Whether there is no session: every request says in `_meta` which revision it speaks.
 constexpr bool isStateless(ProtocolRevision revision) { return revision > latestWithHandshake; }
 
 constexpr bool hasBatches(ProtocolRevision revision) { return revision == ProtocolRevision::march2025; }

@@ -8,10 +8,10 @@
 
 namespace velmora {
 
-/// Feed it any split of the stream and take lines until there are no more. It never blocks, and keeps at most
-/// one line of the maximum length besides what was fed and not taken. A longer line is reported once, as soon
-/// as it is known to be too long, and the rest of it is dropped: the line after it is whole again. Not
-/// thread-safe.
+/// Feed it the stream in pieces of any size and take lines until there are none left. It never blocks and
+/// keeps at most one line of the maximum length besides what was fed and not yet taken. A longer line is
+/// reported once, as soon as it is known to be too long, and the rest of it is dropped; the next line is
+/// whole again. Not thread-safe.
 class MessageLines {
  public:
   struct Line {

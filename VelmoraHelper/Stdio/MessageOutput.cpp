@@ -23,8 +23,8 @@ bool isSocket(int descriptor) {
 
 MessageOutput::MessageOutput(int descriptor) : descriptor_(descriptor), isSocket_(isSocket(descriptor)) {}
 
-// A pipe that is ready takes PIPE_BUF bytes without waiting, more it may not; a socket can be told not to
-// wait.
+// A pipe that is ready takes PIPE_BUF bytes without blocking, but perhaps no more; a socket can be told not
+// to block.
 void MessageOutput::flush() {
   while (pending() > 0 && canBeWritten()) {
     const auto* begin = pending_.data() + written_;

@@ -7,11 +7,11 @@
 
 namespace velmora {
 
-/// Writes what the client takes, when it takes it: a client that reads slowly, or not at all, keeps nobody
-/// waiting. Not thread-safe.
+/// Writes only as much as the client takes, so that one that reads slowly, or not at all, blocks nothing. Not
+/// thread-safe.
 class MessageOutput {
  public:
-  /// The descriptor stays the caller's; whether it blocks is left as it is, because other programs may share
+  /// Does not own the descriptor, and leaves it blocking or not as it is, because other programs may share
   /// it. SIGPIPE must be ignored.
   explicit MessageOutput(int descriptor);
 

@@ -43,10 +43,10 @@ class StdioLoop {
   bool hasRoom() const { return output_.pending() < maximumUnreadBytes; }
   bool takesInput() const { return !inputEnded_ && !linesWait_ && hasRoom(); }
 
-  // Waits until something can be done; whether there is input to read.
+  // Waits until there is something to do. Returns whether there is input to read.
   bool waitForInput() {
     descriptors_.clear();
-    // That the input is closed is of interest also while no more is read. A negative descriptor is left out.
+    // Watch for hang-up even while we read nothing; poll() ignores a negative descriptor.
     const bool watched = takesInput() || (!inputEnded_ && !lastUse_);
     const auto whenReadable = static_cast<short>(takesInput() ? POLLIN : 0);
     descriptors_.push_back({.fd = watched ? input_ : -1, .events = whenReadable, .revents = 0});
@@ -67,7 +67,7 @@ class StdioLoop {
     return takesInput() && descriptors_[0].revents != 0;
   }
 
-  // Milliseconds until something is due that no descriptor tells.
+  // Milliseconds until the next thing that no descriptor announces.
   int timeout() const {
     auto due = now() + clientCheckInterval;
     for (const auto& time : {calls_.nextDeadline(), server_.nextProgress()}) {
@@ -122,9 +122,9 @@ class StdioLoop {
   MessageLines lines_{maximumMessageBytes};
   std::array<char, 65536> buffer_{};
   std::vector<pollfd> descriptors_{};
-  bool linesWait_ = false;   // there may be lines that were read and not taken, for want of room
+  bool linesWait_ = false;   // there may be lines that were read but not taken, for lack of room
   bool inputEnded_ = false;  // and all of it was read
-  // By a client that has closed the input: that, and each time since that something was read or written.
+  // When a client has closed the input: the last time since then that something was read or written.
   std::optional<SteadyTime> lastUse_{};
 };
 

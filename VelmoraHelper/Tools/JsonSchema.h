@@ -1,4 +1,4 @@
-// What JSON Schema says of each kind of value that a record can hold. Schemas are written from the records'
+// The JSON Schema of each kind of value that a record can hold. Schemas are written from the records'
 // descriptions, which the encoder and the decoder walk too, so that they cannot drift apart.
 #pragma once
 

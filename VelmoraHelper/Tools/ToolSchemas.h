@@ -14,7 +14,7 @@
 
 namespace velmora {
 
-/// What a schema says of a field beyond its type. A field means the same in every input that has it.
+/// What a schema says about a field besides its type. A field means the same in every input that has it.
 struct FieldRule {
   std::string_view field;
   std::string_view description;
