@@ -1,5 +1,5 @@
-// Writes values as JSON text. `encodeJson` is the whole interface for callers; JsonWriter is the part that
-// knows commas, escapes and layout.
+// Writes JSON text token by token. `encodeJson` writes a whole value; use the writer for what no record
+// describes, rather than joining pieces of text.
 #pragma once
 
 #include <cstdint>
