@@ -40,7 +40,8 @@ Dir::Cache "$root/cache";
 Dir::Etc::sourcelist "$root/sources.list";
 Dir::Etc::sourceparts "-";
 Acquire::Languages "none";
-Acquire::Retries "2";
+Acquire::Retries "1";
+Acquire::http::Timeout "20";
 APT::Sandbox::User "root";
 CONF
   apt_of "$root" apt-get update

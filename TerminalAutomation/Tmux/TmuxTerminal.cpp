@@ -3,13 +3,12 @@
 #include <utility>
 
 #include "TerminalAutomation/Tmux/TmuxOperations.h"
-#include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
 
 namespace velmora {
 
 TmuxParts TmuxParts::ofSystem(const TmuxOptions& options) {
-  return {.transport = std::make_unique<TmuxProcessTransport>(options.environment, options.socketPath,
-                                                              options.program),
+  return {.transport = makeTmuxTransport(options.transport, options.environment, options.socketPath,
+                                         options.program, options.log),
           .processes = systemProcessTable(),
           .desktop = std::make_unique<SystemDesktopTerminal>(options.environment),
           .drawPicture = renderPanePicture};

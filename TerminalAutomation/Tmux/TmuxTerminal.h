@@ -9,8 +9,10 @@
 #include <string>
 
 #include "BridgeModels/Uuid.h"
+#include "System/Log.h"
 #include "TerminalAutomation/SerialTerminal.h"
 #include "TerminalAutomation/Tmux/DesktopTerminal.h"
+#include "TerminalAutomation/Tmux/Direct/TmuxSocketTransport.h"
 #include "TerminalAutomation/Tmux/Picture/PanePicture.h"
 #include "TerminalAutomation/Tmux/ProcessTable.h"
 #include "TerminalAutomation/Tmux/TmuxTransport.h"
@@ -21,8 +23,10 @@ struct TmuxOptions {
   Environment environment{};                          ///< The bridge's own.
   std::optional<std::filesystem::path> socketPath{};  ///< Else that of $TMUX, else tmux's default.
   std::optional<std::filesystem::path> program{};     ///< Else tmux in $PATH.
-  std::filesystem::path temporaryDirectory{};         ///< Pictures go to Velmora/ in it.
-  std::filesystem::path homeDirectory{};              ///< Where new sessions start; empty: $HOME, else "/".
+  TmuxTransportChoice transport = TmuxTransportChoice::automatic;
+  Log log{};
+  std::filesystem::path temporaryDirectory{};  ///< Pictures go to Velmora/ in it.
+  std::filesystem::path homeDirectory{};       ///< Where new sessions start; empty: $HOME, else "/".
   UuidSource uuid = Uuid::random;
   TerminalDeadlines deadlines{};
   std::function<void(std::chrono::milliseconds)> sleep{};  ///< Empty: the system's.

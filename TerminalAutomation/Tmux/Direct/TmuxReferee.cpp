@@ -62,7 +62,7 @@ TmuxVerdict judgeTmux(TmuxTransport& program, TmuxDirectClient& direct,
     const auto server = serverOf(fromProgram);
     if (!server) return {};
     if (!isTestedTmuxVersion(server->version))
-      return byProgram("tmux " + server->version + " is not a tested version");
+      return byProgram("tmux " + server->version.substr(0, 20) + " is not a tested version");
     const auto [reach, exchange] = direct.ask(asked, server->process);
     if (reach == Reach::otherUser) return {.way = Way::refused};
     if (reach == Reach::otherServer) return byProgram("the socket is not the server's own");

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "TerminalAutomation/Tmux/Direct/DirectCommands.h"
+#include "TerminalAutomation/Tmux/TmuxProcessTransport.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
@@ -74,7 +75,16 @@ TmuxVerdict TmuxSocketTransport::judge(const TmuxSocketStamp& socket,
 }
 
 void TmuxSocketTransport::tell(const std::string& reason) const {
-  if (log_) log_("tmux", "The tmux program is started for each call: " + reason + ".");
+  log_.warning("tmux", "The tmux program is started for each call: " + reason + ".");
+}
+
+std::unique_ptr<TmuxTransport> makeTmuxTransport(TmuxTransportChoice choice, const Environment& environment,
+                                                 const std::optional<std::filesystem::path>& socket,
+                                                 const std::optional<std::filesystem::path>& program,
+                                                 const Log& log) {
+  auto byProgram = std::make_unique<TmuxProcessTransport>(environment, socket, program);
+  if (choice == TmuxTransportChoice::program) return byProgram;
+  return std::make_unique<TmuxSocketTransport>(std::move(byProgram), environment, log);
 }
 
 }  // namespace velmora

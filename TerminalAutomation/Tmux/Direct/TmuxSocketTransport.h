@@ -2,13 +2,13 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "System/Environment.h"
+#include "System/Log.h"
 #include "TerminalAutomation/Tmux/Direct/TmuxDirectClient.h"
 #include "TerminalAutomation/Tmux/Direct/TmuxTrust.h"
 #include "TerminalAutomation/Tmux/TmuxTransport.h"
@@ -24,11 +24,10 @@ namespace velmora {
 /// Thread-safe; calls run side by side.
 class TmuxSocketTransport final : public TmuxTransport {
  public:
-  /// Takes a line for the log: which part speaks, and what it says. Called from any thread.
-  using Log = std::function<void(std::string_view area, std::string_view words)>;
-
-  /// `environment` is what `program` was made with.
-  TmuxSocketTransport(std::unique_ptr<TmuxTransport> program, const Environment& environment, Log log = {});
+  /// `environment` is what `program` was made with. `log` gets a line when the program takes over for a
+  /// server.
+  TmuxSocketTransport(std::unique_ptr<TmuxTransport> program, const Environment& environment,
+                      Log log = Log());
 
   TmuxAnswer run(const TmuxInvocation& invocation) override;
   std::string socketPath() const override { return program_->socketPath(); }
@@ -48,5 +47,15 @@ class TmuxSocketTransport final : public TmuxTransport {
   TmuxDirectClient direct_;
   TmuxTrust trust_;
 };
+
+/// How the adapter asks tmux. `program`: always by the tmux program, for people who want it plain.
+enum class TmuxTransportChoice { automatic, program };
+
+/// The transport for the server that `socket` and `environment` name (see chooseTmuxSocket), with `program`
+/// or, without it, the tmux in $PATH.
+std::unique_ptr<TmuxTransport> makeTmuxTransport(TmuxTransportChoice choice, const Environment& environment,
+                                                 const std::optional<std::filesystem::path>& socket,
+                                                 const std::optional<std::filesystem::path>& program,
+                                                 const Log& log);
 
 }  // namespace velmora

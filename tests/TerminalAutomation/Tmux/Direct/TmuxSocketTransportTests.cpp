@@ -82,9 +82,9 @@ class TmuxSocketTransportTest : public ::testing::Test {
     if (!transport_) {
       transport_ = std::make_unique<TmuxSocketTransport>(
           std::make_unique<ScriptedProgram>(program_), Environment{{"TERM", "xterm"}},
-          [this](std::string_view area, std::string_view words) {
+          Log([this](LogLevel, std::string_view area, std::string_view words) {
             log_.push_back(std::string(area) + ": " + std::string(words));
-          });
+          }));
     }
     return *transport_;
   }

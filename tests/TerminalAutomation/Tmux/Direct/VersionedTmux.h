@@ -65,15 +65,6 @@ class VersionedTmux : public PrivateTmux, public ::testing::WithParamInterface<s
                               server_.value());
   }
 
-  std::unique_ptr<TmuxSocketTransport> socketTransport() {
-    return std::make_unique<TmuxSocketTransport>(
-        programTransport(), environment_, [this](std::string_view area, std::string_view words) {
-          log_ += std::string(area) + ": " + std::string(words) + "\n";
-        });
-  }
-
-  std::string log_;
-
  private:
   std::unique_ptr<TmuxDirectClient> directClient_;
 };
