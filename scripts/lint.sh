@@ -183,7 +183,7 @@ check 'includes point one way' includes
 check 'every test file runs' tests
 check 'no wall clock in unit tests' wallClock
 check 'nothing unfinished' unfinished
-check 'shell scripts (shellcheck)' shellcheck scripts/*.sh packaging/macos/*.sh packaging/completions/*.bash .ci/run
+check 'shell scripts (shellcheck)' shellcheck scripts/*.sh packaging/macos/*.sh packaging/completions/*.bash .ci/*
 check 'every header compiles alone' headersAlone
 check 'clang-tidy' tidy
 

@@ -187,6 +187,7 @@ mkdir -p "$work"
 trap 'rm -rf "$work"' EXIT
 install_tools
 gather_headers
+step 'the workflow files are well formed' node "$check/checkWorkflows.cjs" .github/workflows/*.yml
 step 'the declarations agree with the references' check_declarations
 step 'planted faults in the declarations are found' python3 "$check/CheckDeclarationsTests.py" "$types" "$pascal"
 step 'the words of the script stand in the dictionaries' python3 "$check/checkDictionary.py" "$words"

@@ -59,8 +59,16 @@ ask() {
 system="macOS $(sw_vers -productVersion) ($(sw_vers -buildVersion))"
 echo "$system"
 
-# A question that changes nothing: may Terminal be asked at all?
-answer=$(echo 'return my bridgeStatus()' | ask)
+# A question that changes nothing, to a Terminal that is started if need be: may Terminal be asked at all? The system's own
+# question to the user stays up for two minutes.
+answer=$(ask <<'QUESTION'
+	if not my terminalRuns() then my startTerminal()
+	with timeout of 150 seconds
+		tell application id "com.apple.Terminal" to set windowNumbers to id of every window
+	end timeout
+	return windowNumbers
+QUESTION
+)
 case $answer in
   '{'*) ;;
   *)

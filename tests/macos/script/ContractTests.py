@@ -97,6 +97,17 @@ class RecordTests(unittest.TestCase):
         self.assertIn(f"error {NOT_PERMITTED}", result.stderr)
         self.assertIn("Automation", result.stderr)
 
+    def test_a_user_who_takes_a_minute_to_allow_it_is_waited_for(self):
+        self.desktop.consent[TERMINAL] = None
+        self.desktop.consent_takes = 60
+        result = self.record("--only", "newWindow")
+        self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
+
+    def test_a_terminal_that_does_not_run_is_started(self):
+        self.desktop.running = False
+        result = self.record("--only", "newWindow")
+        self.assertEqual((result.returncode, result.stderr), (0, ""), result.stdout)
+
     def test_an_error_inside_a_scenario_is_an_answer_that_differs(self):
         self.desktop.consent[SYSTEM_EVENTS] = False
         result = self.record("--keys", "--only", "pressedKeys")
