@@ -20,8 +20,7 @@ import unittest
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.dont_write_bytecode = True
 sys.path.insert(0, str(ROOT / "tests" / "macos" / "script"))
-import interpreter  # noqa: E402  (the path comes first)
-import scriptTesting  # noqa: E402
+import scriptTesting  # noqa: E402  (the path comes first)
 import syntax  # noqa: E402
 
 TESTS = ["StatusTests", "ListingTests", "InputTests", "ReadingTests", "ShowingTests", "WindowTests", "RefusalTests"]

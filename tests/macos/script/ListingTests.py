@@ -4,7 +4,7 @@ import unittest
 
 from desktop import Tab, Window
 from dictionary import TERMINAL
-from scriptTesting import FIRST, SECOND, ScriptTestCase, one_window, two_windows
+from scriptTesting import FIRST, SECOND, ScriptTestCase, two_windows
 from values import MISSING
 
 

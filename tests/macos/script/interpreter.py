@@ -43,18 +43,16 @@ class RepeatLeft(Exception):
 
 
 class Interpreter:
-    """`handlers` from syntax.read; `desktop` has is_running, is_frontmost, sleep and event. `lines` are those run."""
+    """`handlers` from syntax.read; `desktop` has is_running, is_frontmost, sleep and event."""
 
     def __init__(self, handlers, desktop):
         self.handlers, self.desktop = handlers, desktop
-        self.lines = set()
         self.steps = 0
 
-    def step(self, line=0):
-        self.lines.add(line)
+    def step(self):
         self.steps += 1
         if self.steps > MOST_STEPS:
-            raise DoesNotEnd(f"line {line}")
+            raise DoesNotEnd(f"more than {MOST_STEPS} statements")
 
     def call(self, name, *arguments):
         """Calls a handler as the application does, with positional arguments."""
@@ -81,7 +79,7 @@ class Frame:
 
     def run(self, statements):
         for statement in statements:
-            self.interpreter.step(statement.line)
+            self.interpreter.step()
             STATEMENTS[statement.kind](self, *statement.data)
 
     def value(self, expression):

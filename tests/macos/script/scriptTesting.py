@@ -44,8 +44,7 @@ class ScriptTestCase(unittest.TestCase):
         return self.desktop
 
     def call(self, handler, *arguments):
-        self.run_of_script = interpreter.Interpreter(Script.handlers, self.desktop)
-        return self.run_of_script.call(handler, *arguments)
+        return interpreter.Interpreter(Script.handlers, self.desktop).call(handler, *arguments)
 
     def assert_error(self, number, handler, *arguments):
         with self.assertRaises(ScriptError) as caught:
