@@ -1,12 +1,10 @@
 // The application with its window. It takes no arguments; a second start brings the first one's window
 // forward. Diagnostics go to stderr.
 
-#include <spdlog/sinks/stdout_color_sinks.h>
-#include <spdlog/spdlog.h>
-
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
 
+#include "BridgeHost/ProgramLog.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "VelmoraApp/Shell/SingleInstance.h"
 #include "VelmoraApp/Shell/TerminationSignals.h"
@@ -19,26 +17,25 @@ using namespace velmora;
 
 // The directory that the control socket stands in, too. Without it the bridge says on the screen what is
 // wrong.
-std::filesystem::path ownDirectory(const Environment& environment) {
+std::filesystem::path ownDirectory(const Environment& environment, const Log& log) {
   const auto socketURL = UnixSocketEndpoint::defaultURL(environment);
   try {
     UnixSocketEndpoint::prepareDirectory(socketURL);
   } catch (const std::exception& error) {
-    spdlog::warn("{}: {}", socketURL.parent_path().string(), error.what());
+    log.warning("socket", socketURL.parent_path().string() + ": " + error.what());
   }
   return socketURL.parent_path();
 }
 
-int serve(QApplication& application) {
-  const auto environment = processEnvironment();
-  const SingleInstance instance(ownDirectory(environment));
+int serve(QApplication& application, const Environment& environment, const Log& log) {
+  const SingleInstance instance(ownDirectory(environment, log));
   if (!instance.isFirst()) {
     if (instance.wakeFirst(qgetenv("XDG_ACTIVATION_TOKEN"))) return EXIT_SUCCESS;
-    spdlog::error("Velmora is already running and does not answer.");
+    log.error("start", "Velmora is already running and does not answer.");
     return EXIT_FAILURE;
   }
   const TerminationSignals signals;
-  VelmoraApp app(environment);
+  VelmoraApp app(environment, log);
   QObject::connect(&instance, &SingleInstance::woken, &app, &VelmoraApp::openWindow);
   QObject::connect(&signals, &TerminationSignals::received, &application, &QApplication::quit);
   app.openWindow();
@@ -48,7 +45,8 @@ int serve(QApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  spdlog::set_default_logger(spdlog::stderr_color_mt("velmora-app"));
+  const auto environment = velmora::processEnvironment();
+  const auto log = velmora::programLog(environment);
   velmora::setUpStyle();
   QApplication application(argc, argv);
   QApplication::setApplicationName("Velmora");
@@ -57,9 +55,9 @@ int main(int argc, char** argv) {
   QApplication::setWindowIcon(QIcon::fromTheme("app.velmora.Velmora"));  // the installed one
   QApplication::setQuitOnLastWindowClosed(false);
   try {
-    return serve(application);
+    return serve(application, environment, log);
   } catch (const std::exception& error) {
-    spdlog::critical("{}", error.what());
+    log.error("start", error.what());
     return EXIT_FAILURE;
   }
 }

@@ -1,15 +1,16 @@
 // The bridge without a window. It takes no arguments, prints one line (the socket's path) when it is ready,
-// and serves until SIGINT or SIGTERM. Diagnostics go to stderr.
+// and serves until SIGINT or SIGTERM. What it has to say of itself goes to stderr.
 
-#include <spdlog/sinks/stdout_color_sinks.h>
-#include <spdlog/spdlog.h>
+#include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <iostream>
 
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeHost/PlatformTerminal.h"
+#include "BridgeHost/ProgramLog.h"
 #include "System/Environment.h"
 
 namespace {
@@ -29,45 +30,52 @@ sigset_t blockTerminationSignals() {
   return signals;
 }
 
-int serve(const sigset_t& signals) {
-  const auto environment = processEnvironment();
-  BridgeHost host({.environment = environment, .makeTerminal = [&](const auto& temporaryDirectory) {
-                     return makePlatformTerminal(environment, temporaryDirectory);
-                   }});
+int serve(const sigset_t& signals, const Environment& environment, const Log& log) {
+  std::atomic<bool> acceptsNoMore = false;
+  BridgeHost host({.environment = environment,
+                   .makeTerminal =
+                       [&](const auto& temporaryDirectory) {
+                         return makePlatformTerminal(environment, temporaryDirectory);
+                       },
+                   .acceptingEnded =
+                       [&](const std::string&) {
+                         acceptsNoMore = true;
+                         ::kill(::getpid(), SIGTERM);
+                       },
+                   .log = log});
   if (host.localServer() == nullptr) {
-    spdlog::error("The socket {} could not be made: {}.", host.socketURL().string(), host.serverProblem());
+    log.error("socket", host.socketURL().string() + " could not be made: " + host.serverProblem());
     return EXIT_FAILURE;
   }
-  const auto problems = host.coordinator().loadLocalState();
-  if (problems.settings) {
-    // The defaults would open more than the person may have allowed, and delete a history that they may keep.
-    spdlog::error("The settings in {} could not be loaded: {}. Mend the file or remove it.",
-                  host.coordinator().settingsStore().fileURL().string(), *problems.settings);
+  if (host.coordinator().loadLocalState().settings) {
+    // The defaults would open more than the user may have allowed, and delete a history that they may keep.
+    log.error("settings",
+              "velmora-headless does not run on settings that it cannot read; mend the file or remove it");
     return EXIT_FAILURE;
   }
-  if (problems.history) spdlog::warn("The history could not be loaded: {}", *problems.history);
   host.startServing();
   std::cout << host.socketURL().string() << std::endl;
 
   int received = 0;
   sigwait(&signals, &received);
   host.prepareForTermination();
-  return EXIT_SUCCESS;
+  return acceptsNoMore ? EXIT_FAILURE : EXIT_SUCCESS;  // a service manager starts it again then
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   const auto signals = blockTerminationSignals();
-  spdlog::set_default_logger(spdlog::stderr_color_mt("velmora-headless"));
   if (argc > 1) {
     std::fprintf(stderr, "%s: takes no arguments; it serves until SIGINT or SIGTERM\n", argv[0]);
     return 2;
   }
+  const auto environment = processEnvironment();
+  const auto log = programLog(environment);
   try {
-    return serve(signals);
+    return serve(signals, environment, log);
   } catch (const std::exception& error) {
-    spdlog::critical("{}", error.what());
+    log.error("start", error.what());
     return EXIT_FAILURE;
   }
 }

@@ -1,5 +1,6 @@
 // The whole bridge as a process: a real socket at one end, a real tmux server at the other.
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include <cstdint>
 #include <thread>
@@ -147,6 +148,33 @@ TEST_F(Headless, RefusesToStartWithUnreadableSettingsAndLosesNothing) {
   EXPECT_THAT(program->restOfErrors(), HasSubstr((directory / "data/Velmora/settings.json").string()));
   EXPECT_TRUE(std::filesystem::exists(directory / "data/Velmora/settings.json"));
   EXPECT_TRUE(std::filesystem::exists(historyFile()));
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+}
+
+TEST_F(Headless, SaysOnStandardErrorWhoChangedWhatAndNothingOfTheContents) {
+  startTmux();
+  startHeadless();
+  const auto id = textAt(createSession(), "sessionId");
+  payload(ToolName::sendCommand, {{"sessionId", id}, {"command", "echo a-secret"}});
+  headless->signal(SIGTERM);
+  EXPECT_EQ(headless->wait(), 0);
+  const auto errors = headless->restOfErrors();
+  headless.reset();
+  EXPECT_THAT(errors, HasSubstr("terminal_create_session by \"tester\" \"1.0\": delivered\n"));
+  EXPECT_THAT(errors,
+              HasSubstr("terminal_send_command by \"tester\" \"1.0\", session " + id + ": delivered\n"));
+  EXPECT_THAT(errors, ::testing::Not(HasSubstr("a-secret")));
+}
+
+TEST_F(Headless, EndsWithAFailureWhenItCanAcceptNoMore) {
+  startHeadless();
+  const struct rlimit none {};
+  ASSERT_EQ(::prlimit(headless->process(), RLIMIT_NOFILE, &none, nullptr), 0);
+  const auto unserved = UnixSocketClient::connect(socketPath());
+  EXPECT_EQ(headless->wait(), 1);
+  EXPECT_THAT(headless->restOfErrors(),
+              HasSubstr("accepting has ended until the bridge starts again: accept: "));
+  headless.reset();
   EXPECT_FALSE(std::filesystem::exists(socketPath()));
 }
 

@@ -201,9 +201,9 @@ TEST_F(TmuxFailures, AServerThatDiesInMidCallIsReported) {
 
 TEST_F(TmuxFailures, DestructionDoesNotWaitForAHungServer) {
   startServer();
-  TmuxExecutorOptions byProgram = options();
+  TmuxOptions byProgram = options();
   byProgram.transport = TmuxTransportChoice::program;  // whose start can be seen
-  executor_ = std::make_unique<TmuxExecutor>(byProgram);
+  executor_ = makeTmuxTerminal(byProgram);
   onlyTab();
   const pid_t server = serverProcess().value();
   ::kill(server, SIGSTOP);
