@@ -44,7 +44,9 @@ struct FakeBridge {
   RequestRecorder recorder{Date::now};
   PrivacySettingsStore settings{files, directory / "settings.json", {}};
   HistoryStore history{files, directory / "history.json"};
-  BridgeCoordinator coordinator{terminal, registry, state, recorder, settings, history, Date::now};
+  const Log log{
+      [](LogLevel, std::string_view, std::string_view) {}};  // lines are made, and nobody writes them
+  BridgeCoordinator coordinator{terminal, registry, state, recorder, settings, history, Date::now, log};
   LocalControlRouter router{coordinator};
   Uuid sessionId;
 };
