@@ -51,8 +51,8 @@ SettingsPage {
             title: qsTr("Retention")
             valueText: value => qsTr("%1 days").arg(value)
             value: page.viewModel.retentionDays
-            from: 1
-            to: 365
+            from: page.viewModel.retentionDaysRange.minimum
+            to: page.viewModel.retentionDaysRange.maximum
             onPicked: value => page.viewModel.retentionDays = value
         }
         Separator {
@@ -64,8 +64,8 @@ SettingsPage {
             title: qsTr("Maximum records")
             valueText: value => qsTr("%1 records").arg(value)
             value: page.viewModel.maximumRecordCount
-            from: 1
-            to: 10000
+            from: page.viewModel.maximumRecordCountRange.minimum
+            to: page.viewModel.maximumRecordCountRange.maximum
             step: 100
             onPicked: value => page.viewModel.maximumRecordCount = value
         }
@@ -105,8 +105,8 @@ SettingsPage {
             title: qsTr("Preview limit")
             valueText: value => qsTr("%1 characters").arg(value)
             value: page.viewModel.outputPreviewMaxCharacters
-            from: 0
-            to: 10000
+            from: page.viewModel.outputPreviewMaxCharactersRange.minimum
+            to: page.viewModel.outputPreviewMaxCharactersRange.maximum
             step: 100
             onPicked: value => page.viewModel.outputPreviewMaxCharacters = value
         }
