@@ -5,6 +5,7 @@
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/ToolPayloads.h"
+#include "LocalControl/UnixSocketError.h"
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/CallCommand.h"
 #include "VelmoraHelper/Commands/Payload.h"
@@ -36,6 +37,17 @@ std::string inWords(const BridgeStatus& status) {
   return "unavailable" + (status.lastError ? ": " + plainText(status.lastError->message) : "");
 }
 
+// A status that was answered came over a connection of its own; a socket that refuses one is a bridge that
+// accepts no more, or none at all.
+bool isAccepting(const CommandContext& context) {
+  try {
+    context.connect();
+    return true;
+  } catch (const UnixSocketError&) {
+    return false;
+  }
+}
+
 void printSessions(std::ostream& out, const std::vector<TerminalSession>& sessions) {
   for (const auto& session : sessions) {
     out << "  " << session.sessionId.toString() << "  " << wireName(session.permission)
@@ -49,11 +61,13 @@ void printSessions(std::ostream& out, const std::vector<TerminalSession>& sessio
 ExitStatus printStatus(const CommandContext& context) {
   const auto answer = payloadOf<StatusPayload>(context, ToolName::status);
   if (answer.error) {
+    context.out << "Accepting:   " << (isAccepting(context) ? "yes" : "no") << '\n';
     explain(context, *answer.error);
     return ExitStatus::failure;
   }
   const auto& status = answer.payload.status;
   context.out << "Bridge:      " << inWords(status.mcpState) << '\n'
+              << "Accepting:   yes\n"
               << "Terminal:    " << inWords(status) << '\n'
               << "Permission:  " << wireName(status.automationPermission) << '\n';
   if (status.terminalState != TerminalState::available) return ExitStatus::success;

@@ -5,8 +5,8 @@
 
 namespace velmora {
 
-/// Prints the bridge's state, the terminal, the permission and the sessions. Fails when the application does
-/// not report them.
+/// Prints the bridge's state, whether it accepts connections, the terminal, the permission and the sessions.
+/// Fails when the application does not report them.
 ExitStatus printStatus(const CommandContext& context);
 
 }  // namespace velmora

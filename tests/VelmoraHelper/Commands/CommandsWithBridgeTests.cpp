@@ -58,6 +58,7 @@ TEST_F(CommandsWithBridge, StatusShowsTheSessions) {
   const auto status = run({"status"});
   EXPECT_EQ(status.status, 0) << status.errors;
   EXPECT_THAT(status.output, MatchesRegex("Bridge:      active\n"
+                                          "Accepting:   yes\n"
                                           "Terminal:    available, 1 window\n"
                                           "Permission:  granted\n"
                                           "Sessions:    1\n"

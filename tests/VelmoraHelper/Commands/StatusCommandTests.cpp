@@ -36,6 +36,7 @@ TEST_F(StatusCommand, ShowsTheBridgeTheTerminalThePermissionAndEverySession) {
   EXPECT_EQ(printStatus(context()), ExitStatus::success);
   EXPECT_EQ(out.str(),
             "Bridge:      active\n"
+            "Accepting:   yes\n"
             "Terminal:    available, 2 windows\n"
             "Permission:  granted\n"
             "Sessions:    2\n"
@@ -77,9 +78,10 @@ TEST_F(StatusCommand, KeepsTheControlCharactersOfATitleFromTheTerminal) {
 
 TEST_F(StatusCommand, FailsWhenTheApplicationIsAbsentOrRefuses) {
   answer = absent;
+  connect = [] { throw UnixSocketError::system("connect", ENOENT); };
   EXPECT_EQ(printStatus(context()), ExitStatus::failure);
   EXPECT_THAT(err.str(), HasSubstr("Velmora is not running."));
-  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(out.str(), "Accepting:   no\n");
 
   answer = [this](const auto& request) {
     if (request.operation != ToolName::status)
@@ -89,6 +91,12 @@ TEST_F(StatusCommand, FailsWhenTheApplicationIsAbsentOrRefuses) {
   };
   EXPECT_EQ(printStatus(context()), ExitStatus::failure);
   EXPECT_THAT(err.str(), HasSubstr("It went. (TERMINAL_NOT_RUNNING)"));
+}
+
+TEST_F(StatusCommand, KnowsABridgeThatAcceptsAndDoesNotAnswer) {
+  answer = [](const auto&) -> LocalControlResponse { throw UnixSocketError::disconnected(); };
+  EXPECT_EQ(printStatus(context()), ExitStatus::failure);
+  EXPECT_EQ(out.str(), "Accepting:   yes\n");
 }
 
 TEST_F(StatusCommand, FailsOnAnAnswerOfAnotherVersion) {
