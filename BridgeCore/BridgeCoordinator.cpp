@@ -28,12 +28,13 @@ struct BridgeCoordinator::Call {
   std::optional<Uuid> sessionId{};
 };
 
-/// What the record learns of a success besides its time.
+/// What the record and the log learn of a success besides its time.
 struct BridgeCoordinator::Outcome {
   std::optional<std::string> command{};
   std::optional<std::string> output{};
   std::optional<std::int64_t> outputCharacterCount{};
   std::optional<bool> outputTruncated{};
+  std::optional<Uuid> createdSession{};
 };
 
 template <class Payload>
@@ -86,8 +87,10 @@ ToolResult<SessionPayload> BridgeCoordinator::activeSession(const Uuid& requestI
 ToolResult<SessionPayload> BridgeCoordinator::createSession(const Uuid& requestId,
                                                             const ClientIdentitySummary& client,
                                                             const CreateSessionInput& input) {
-  return run<SessionPayload>({requestId, client, ToolName::createSession},
-                             [&] { return Answer<SessionPayload>{{sessionService_.create(input)}}; });
+  return run<SessionPayload>({requestId, client, ToolName::createSession}, [&] {
+    auto session = sessionService_.create(input);
+    return Answer<SessionPayload>{{session}, {}, {.createdSession = session.sessionId}};
+  });
 }
 
 ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId,
@@ -238,7 +241,8 @@ void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
   recorder_.complete(call.requestId, status, outcome.outputCharacterCount, outcome.outputTruncated,
                      std::nullopt);
   if (traits.sensitive) recorder_.persist(historyStore_, settingsStore_);
-  logChange(call, status, nullptr);
+  logChange(call, outcome.createdSession ? outcome.createdSession : call.sessionId,
+            std::string(wireName(status)));
 }
 
 StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_ptr& error,
@@ -247,21 +251,19 @@ StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_p
   const auto status = isFailure(mapped.code) ? RequestStatus::failed : RequestStatus::rejected;
   recorder_.complete(call.requestId, status, std::nullopt, std::nullopt, mapped);
   statusService_.note(call.requestId, mapped);
-  logChange(call, status, &mapped);
+  logChange(call, call.sessionId, std::string(wireName(status)) + ", " + std::string(wireName(mapped.code)));
   if (isTrouble(mapped.code))
     log_.warning("calls", std::string(wireName(call.tool)) + " failed: " + mapped.message);
   return mapped;
 }
 
-void BridgeCoordinator::logChange(const Call& call, RequestStatus status,
-                                  const StructuredError* error) const {
+void BridgeCoordinator::logChange(const Call& call, const std::optional<Uuid>& session,
+                                  const std::string& outcome) const {
   if (!toolTraits(call.tool).changesTerminal) return;
   auto line = std::string(wireName(call.tool)) + " by " + quotedForLog(call.client.name);
   if (call.client.version) line += " " + quotedForLog(*call.client.version);
-  if (call.sessionId) line += ", session " + call.sessionId->toString();
-  line.append(": ").append(wireName(status));
-  if (error != nullptr) line.append(", ").append(wireName(error->code));
-  log_.info("calls", line);
+  if (session) line += ", session " + session->toString();
+  log_.info("calls", line + ": " + outcome);
 }
 
 }  // namespace velmora

@@ -115,7 +115,7 @@ class BridgeCoordinator {
   void close(const Call& call, const Outcome& outcome);
   StructuredError fail(const Call& call, const std::exception_ptr& error,
                        const std::optional<SessionReference>& session);
-  void logChange(const Call& call, RequestStatus status, const StructuredError* error) const;
+  void logChange(const Call& call, const std::optional<Uuid>& session, const std::string& outcome) const;
   void apply(const PrivacyRetentionSettings& settings) VELMORA_REQUIRES(settingsOrder_);
 
   SessionRegistry& registry_;

@@ -393,7 +393,8 @@ TEST_F(BridgeCoordinatorTest, TheLogHasALineForEachCallThatChangesSomething) {
   coordinator.readOutput(request, client, {.sessionId = id});
   coordinator.captureScreen(request, client, {id});
   EXPECT_THAT(log.all(), ::testing::IsEmpty());
-  coordinator.createSession(request, {"an agent", std::nullopt}, {});
+  const auto created =
+      coordinator.createSession(request, {"an agent", std::nullopt}, {}).data->session.sessionId;
   coordinator.sendCommand(request, client, {id, "echo a-secret"});
   coordinator.sendKey(request, client, {id, TerminalKey::tab, 1});
   coordinator.setPaused(true);
@@ -401,7 +402,8 @@ TEST_F(BridgeCoordinatorTest, TheLogHasALineForEachCallThatChangesSomething) {
   const auto session = ", session " + id.toString();
   EXPECT_THAT(log.all(),
               ::testing::ElementsAre(
-                  "info calls: terminal_create_session by \"an agent\": delivered",
+                  "info calls: terminal_create_session by \"an agent\", session " + created.toString() +
+                      ": delivered",
                   "info calls: terminal_send_command by \"test client\" \"1.0\"" + session + ": delivered",
                   "info calls: terminal_send_key by \"test client\" \"1.0\"" + session + ": delivered",
                   "info calls: terminal_focus_session by \"x' 1.0: delivered?\" \"2\"" + session +
@@ -413,9 +415,10 @@ TEST_F(BridgeCoordinatorTest, TheLogNamesWhatFailedInTheTerminalAndInAStore) {
   const auto id = registerTab();
   terminal.failWith("listSessions", PlatformError("d", -1708));
   coordinator.listSessions(request, client, {});
-  EXPECT_THAT(log.all(),
-              ::testing::ElementsAre("warning calls: terminal_list_sessions failed: Terminal.app could not "
-                                     "complete the requested automation operation."));
+  EXPECT_THAT(
+      log.all(),
+      ::testing::ElementsAre(
+          "warning calls: terminal_list_sessions failed: Terminal.app could not complete the requested automation operation."));
   terminal.failures.clear();
   std::filesystem::create_directories(historyStore.fileURL() / "a folder in its place");
   coordinator.sendCommand(request, client, {id, "ls"});

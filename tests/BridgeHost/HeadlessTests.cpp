@@ -160,7 +160,8 @@ TEST_F(Headless, SaysOnStandardErrorWhoChangedWhatAndNothingOfTheContents) {
   EXPECT_EQ(headless->wait(), 0);
   const auto errors = headless->restOfErrors();
   headless.reset();
-  EXPECT_THAT(errors, HasSubstr("terminal_create_session by \"tester\" \"1.0\": delivered\n"));
+  EXPECT_THAT(errors,
+              HasSubstr("terminal_create_session by \"tester\" \"1.0\", session " + id + ": delivered\n"));
   EXPECT_THAT(errors,
               HasSubstr("terminal_send_command by \"tester\" \"1.0\", session " + id + ": delivered\n"));
   EXPECT_THAT(errors, ::testing::Not(HasSubstr("a-secret")));
