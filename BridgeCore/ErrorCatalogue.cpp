@@ -133,14 +133,14 @@ StructuredError outputTruncated(std::string_view operation, const SessionReferen
 }
 
 StructuredError screenCaptureUnavailable(const SessionReference& session) {
-  return {.code = ErrorCode::screenCaptureUnavailable,
-          .message = "Terminal screen capture is unavailable.",
-          .operation = operationOf(ToolName::captureScreen),
-          .session = session,
-          .retryable = true,
-          .recoverySuggestion =
-              "Allow Screen Recording for Velmora in System Settings, keep the Terminal window visible, then "
-              "retry."};
+  return {
+      .code = ErrorCode::screenCaptureUnavailable,
+      .message = "Terminal screen capture is unavailable.",
+      .operation = operationOf(ToolName::captureScreen),
+      .session = session,
+      .retryable = true,
+      .recoverySuggestion =
+          "Allow Screen Recording for Velmora in System Settings, keep the Terminal window visible, then retry."};
 }
 
 StructuredError sessionBusy(BusyInput input, const SessionReference& session) {

@@ -75,7 +75,7 @@ void BridgeHost::startServing() {
 
 void BridgeHost::endServing() noexcept {
   if (localServer_) localServer_->stop();
-  terminal_->cancel();  // a terminal that hangs holds up no one's exit
+  terminal_->cancel();  // a terminal that hangs must not hold up the exit
   localServer_.reset();
 }
 

@@ -31,7 +31,7 @@ struct SideBySide {
   std::vector<double> plainMicroseconds;
 };
 
-/// Runs `times` of each by turns for as long as the benchmark lasts. The benchmark must use manual time.
+/// Runs `times` of each in turn for as long as the benchmark lasts. The benchmark must use manual time.
 template <class Action, class Plain>
 SideBySide runSideBySide(benchmark::State& state, int times, const Action& action, const Plain& plain) {
   SideBySide result;

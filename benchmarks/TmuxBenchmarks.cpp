@@ -1,5 +1,5 @@
 // What the tmux adapter costs beside running tmux by hand: both do the same work on the same private
-// server by turns, so their ratio holds on any machine.
+// server in turn, so their ratio holds on any machine.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <spawn.h>

@@ -12,7 +12,7 @@
 
 namespace velmora {
 
-/// What the person wants to see. Empty members do not restrict.
+/// What the user wants to see. Empty members do not restrict.
 struct HistoryFilter {
   std::string query{};  ///< Sought in all that is shown of a record, never in command bodies and previews.
   std::optional<ToolName> tool{};

@@ -62,7 +62,7 @@ BridgeHostOptions AppModel::bridgeOptions() {
 
 AppModel::~AppModel() {
   terminating_ = true;
-  automation().cancel();  // a terminal that hangs holds up no one's exit
+  automation().cancel();  // a terminal that hangs must not hold up the exit
 }
 
 // Once, and before anyone is served: no request may run under settings that are not the user's.

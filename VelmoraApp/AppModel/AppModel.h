@@ -29,7 +29,7 @@ struct AppModelOptions {
 
 /// Lives on the main thread and never blocks it. What may wait for the terminal runs on one worker, what
 /// waits for files on another, so that a hung terminal holds up neither the user's settings nor the
-/// records. Results arrive in the event loop; a signal tells of each change of a published value.
+/// records. Results arrive in the event loop; each change of a published value emits a signal.
 ///
 /// The local server serves from construction on, as soon as the settings are loaded.
 class AppModel : public QObject {

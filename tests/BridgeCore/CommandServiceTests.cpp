@@ -61,7 +61,7 @@ TEST_F(CommandServiceTest, ChecksThePermissionBeforeBusy) {
   }
 }
 
-TEST_F(CommandServiceTest, RefusesABusyTabUnlessThePersonAllowsIt) {
+TEST_F(CommandServiceTest, RefusesABusyTabUnlessTheUserAllowsIt) {
   const auto id = registerTab(SessionPermission::allowed);
   terminal.tabs[0].busy = true;
   EXPECT_EQ(refusalOf(id),

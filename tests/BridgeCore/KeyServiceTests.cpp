@@ -54,7 +54,7 @@ TEST_F(KeyServiceTest, ATabThatTurnedBusyMeanwhileIsRefusedInTheSameWords) {
             catalogue::sessionBusy(catalogue::BusyInput::keys, registry.session(id).reference()));
 }
 
-TEST_F(KeyServiceTest, PressesKeysInABusyTabWhenThePersonAllowsIt) {
+TEST_F(KeyServiceTest, PressesKeysInABusyTabWhenTheUserAllowsIt) {
   const auto id = registerTab();
   terminal.tabs[0].busy = true;
   allowBusyInput();

@@ -1,4 +1,4 @@
-// The program `velmora-headless` as a person runs it, and a tmux server of the test's own: both as processes,
+// The program `velmora-headless` as a user runs it, and a tmux server of the test's own: both as processes,
 // in one temporary folder that is home, data, runtime and tmux directory. Teardown ends both.
 #pragma once
 

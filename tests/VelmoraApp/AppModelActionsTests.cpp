@@ -1,4 +1,4 @@
-// What the person does on the screens.
+// What the user does on the screens.
 #include "tests/VelmoraApp/AppFixture.h"
 
 namespace velmora {
@@ -63,9 +63,10 @@ TEST_F(AppModelActionsTest, ThePermissionOfAnUnknownSessionIsRefusedWithASentenc
   startApp();
   const auto sentences = sentencesOf(&AppModel::sessionActionFailed);
   andRefresh([this] { app->setPermission(SessionPermission::allowed, numberedUuid(999)); });
-  EXPECT_THAT(*sentences, ::testing::ElementsAre(
-                              "The requested Terminal session was not found. List sessions and select a "
-                              "current sessionId."));
+  EXPECT_THAT(
+      *sentences,
+      ::testing::ElementsAre(
+          "The requested Terminal session was not found. List sessions and select a current sessionId."));
 }
 
 TEST_F(AppModelActionsTest, FocusBringsTheTabForwardAndRefreshes) {
@@ -84,8 +85,9 @@ TEST_F(AppModelActionsTest, AFocusThatFailsSaysWhy) {
   app->setPaused(true);
   const auto sentences = sentencesOf(&AppModel::sessionActionFailed);
   andRefresh([this] { app->focus(app->sessions()[0].sessionId); });
-  EXPECT_THAT(*sentences, ::testing::ElementsAre("MCP change operations are paused. Resume MCP operations in "
-                                                 "Velmora, then retry."));
+  EXPECT_THAT(*sentences,
+              ::testing::ElementsAre(
+                  "MCP change operations are paused. Resume MCP operations in Velmora, then retry."));
   EXPECT_EQ(terminal->callCount("focus"), 0u);
 }
 
@@ -163,7 +165,7 @@ TEST_F(AppModelActionsTest, ThePolicyIsAdoptedBeforeTheStartAndTheOtherSettingsS
   auto expected = stored;
   expected.sessionPolicy = SessionPolicy::selective;
   EXPECT_EQ(app->settings(), expected);
-  EXPECT_EQ(app->coordinator().settingsStore().load(), expected) << "as it stands in the file";
+  EXPECT_EQ(app->coordinator().settingsStore().load(), expected) << "in the file too";
   for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
 }
 

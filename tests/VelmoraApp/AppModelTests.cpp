@@ -182,7 +182,7 @@ TEST_F(AppModelTest, AHungTerminalHoldsUpNothingElse) {
   app->refreshAll();
   ASSERT_TRUE(spinUntil([this] { return terminal->callCount("status") > 1; }));
 
-  // While the terminal hangs the person pauses, blocks a session and sees what clients asked for.
+  // While the terminal hangs the user pauses, blocks a session and sees what clients asked for.
   app->setPaused(true);
   EXPECT_EQ(app->status().mcpState, MCPState::paused);
   EXPECT_EQ(sendCommand("ls").error->code, ErrorCode::mcpPaused);
