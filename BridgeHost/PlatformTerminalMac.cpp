@@ -1,6 +1,6 @@
 // A file of its own although short: each system has its adapter.
 #include "BridgeHost/PlatformTerminal.h"
-#include "MacPlatform/RunningApplications.h"
+#include "MacPlatform/Application.h"
 #include "TerminalAutomation/AppleScript/AppleScriptExecutor.h"
 #include "TerminalAutomation/AppleScript/ScriptSource.h"
 

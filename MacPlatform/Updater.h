@@ -13,20 +13,17 @@ class Updater {
  public:
   virtual ~Updater() = default;
 
-  /// False for a build without an updater, in which all else does nothing.
-  virtual bool isAvailable() const = 0;
-
   virtual bool automaticallyChecksForUpdates() const = 0;
   virtual void setAutomaticallyChecksForUpdates(bool automatically) = 0;
 
-  /// Looks now and tells the person what it found, in windows of its own.
+  /// Looks now and tells the user what it found, in windows of its own.
   virtual void checkForUpdates() = 0;
 
   /// Nothing before the first look.
   virtual std::optional<Date> lastUpdateCheckDate() const = 0;
 };
 
-/// Starts the updater; without one in this build, or under a unit-test harness, the one that does nothing.
+/// Starts the updater; null in a build without one, and under a unit-test harness.
 std::unique_ptr<Updater> makeUpdater();
 
 }  // namespace velmora::mac

@@ -1,7 +1,8 @@
-#include "MacPlatform/NoUpdater.h"
+// For a build without Sparkle; a file of its own because CMake picks one of the two.
+#include "MacPlatform/Updater.h"
 
 namespace velmora::mac {
 
-std::unique_ptr<Updater> makeUpdater() { return std::make_unique<NoUpdater>(); }
+std::unique_ptr<Updater> makeUpdater() { return nullptr; }
 
 }  // namespace velmora::mac

@@ -1,7 +1,7 @@
 #import <Foundation/Foundation.h>
 #import <Sparkle/Sparkle.h>
 
-#include "MacPlatform/NoUpdater.h"
+#include "MacPlatform/Updater.h"
 
 namespace velmora::mac {
 
@@ -9,8 +9,6 @@ namespace {
 
 class SparkleUpdater final : public Updater {
  public:
-  bool isAvailable() const override { return true; }
-
   bool automaticallyChecksForUpdates() const override {
     return [[controller_ updater] automaticallyChecksForUpdates];
   }
@@ -37,7 +35,7 @@ class SparkleUpdater final : public Updater {
 }  // namespace
 
 std::unique_ptr<Updater> makeUpdater() {
-  if (NSClassFromString(@"XCTestCase") != nil) return std::make_unique<NoUpdater>();
+  if (NSClassFromString(@"XCTestCase") != nil) return nullptr;
   return std::make_unique<SparkleUpdater>();
 }
 

@@ -92,7 +92,8 @@ includes() {
     'VelmoraHelper/Stdio:VelmoraHelper/Commands' \
     'VelmoraHelper/Commands:VelmoraHelper/(Mcp|Stdio)' \
     'VelmoraApp:LocalControl/(Socket|UnixSocket(Server|Client|Connection))' \
-    'VelmoraApp/AppModel:VelmoraApp/[^A]' \
+    'VelmoraApp/Platform:BridgeHost|BridgeCore|VelmoraApp/[^P]' \
+    'VelmoraApp/AppModel:VelmoraApp/[^AP]' \
     'VelmoraApp/Style:VelmoraApp/[^S]'; do
     folder=${rule%%:*}
     forbidden=${rule#*:}

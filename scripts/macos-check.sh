@@ -116,7 +116,7 @@ compile_window() {
     flags+=(-isystem "$qt/$module")
   done
   for file in $(git ls-files 'VelmoraApp/*.cpp' | grep -v 'Linux\.cpp$'); do
-    if grep -qE 'QtDBus|glib\.h|DesktopEntry\.h' "$file" "${file%.cpp}.h" 2>/dev/null; then continue; fi
+    if grep -qE 'QtDBus|glib\.h' "$file" "${file%.cpp}.h" 2>/dev/null; then continue; fi
     files+=("$file")
     mkdir -p "$work/window/$(dirname "$file")"
   done

@@ -15,14 +15,14 @@
 #include "BridgeHost/BridgeHost.h"
 #include "VelmoraApp/AppModel/AppSection.h"
 #include "VelmoraApp/AppModel/CallGate.h"
-#include "VelmoraApp/AppModel/StartupPermissionPrompter.h"
 #include "VelmoraApp/AppModel/Worker.h"
+#include "VelmoraApp/Platform/StartupPermissionPrompter.h"
 
 namespace velmora {
 
 struct AppModelOptions {
   BridgeHostOptions bridge{};
-  StartupPermissionPrompter permissionPrompter = StartupPermissionPrompter::platform();
+  StartupPermissionPrompter permissionPrompter{};
   bool onboardingCompleted = false;
   std::chrono::milliseconds pollInterval{1000};
 };

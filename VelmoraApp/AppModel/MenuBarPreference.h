@@ -1,9 +1,9 @@
-// Whether the person wants the menu-bar extra, and whether the desktop has a place for it.
+// Whether the user wants the menu-bar extra, and whether the desktop has a place for it.
 #pragma once
 
 #include <QtCore/QObject>
 
-#include "VelmoraApp/AppModel/UserDefaults.h"
+#include "VelmoraApp/Platform/UserDefaults.h"
 
 namespace velmora {
 
@@ -16,10 +16,18 @@ class MenuBarPreference : public QObject {
   explicit MenuBarPreference(UserDefaults& defaults) : defaults_(defaults) {}
 
   bool menuBarEnabled() const { return defaults_.boolean(userDefault::menuBarEnabled, /*absent=*/true); }
-  void setMenuBarEnabled(bool enabled);
+  void setMenuBarEnabled(bool enabled) {
+    if (enabled == menuBarEnabled()) return;
+    defaults_.set(userDefault::menuBarEnabled, enabled);
+    Q_EMIT changed();
+  }
 
   bool hasPlace() const { return hasPlace_; }
-  void setHasPlace(bool hasPlace);
+  void setHasPlace(bool hasPlace) {
+    if (hasPlace == hasPlace_) return;
+    hasPlace_ = hasPlace;
+    Q_EMIT changed();
+  }
 
   bool shows() const { return menuBarEnabled() && hasPlace_; }
 

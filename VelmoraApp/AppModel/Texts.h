@@ -1,4 +1,4 @@
-// The bridge's texts as Qt takes them.
+// What the bridge says, as texts for the screens.
 #pragma once
 
 #include <QtCore/QString>
@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "BridgeModels/Date.h"
 #include "BridgeModels/WireNames.h"
 
 namespace velmora {
@@ -35,5 +36,8 @@ template <class Enum>
 std::optional<Enum> fromWireText(const QString& name) {
   return fromWireName<Enum>(name.toStdString());
 }
+
+/// A point in time in the local time zone: "14:05:22" on the day of `now`, else "2026-11-21 14:05:22".
+QString timeText(Date date, Date now);
 
 }  // namespace velmora

@@ -1,12 +1,25 @@
 #include "VelmoraApp/Dashboard/DashboardViewModel.h"
 
 #include "VelmoraApp/AppModel/Texts.h"
-#include "VelmoraApp/AppModel/TimeText.h"
-#include "VelmoraApp/Dashboard/AutomationWarning.h"
 
 namespace velmora {
 
-DashboardViewModel::DashboardViewModel(AppModel& model) : model_(model) {
+namespace {
+
+// For tmux no settings pane gives this permission; the adapter knows what stands in its way.
+QString automationWarning(GuidedTerminal terminal, const BridgeStatus& status) {
+  if (terminal == GuidedTerminal::terminalApp) {
+    return "Terminal automation permission is required. Open System Settings > Privacy & Security > Automation and allow Velmora.";
+  }
+  QString warning = "Terminal automation permission is required.";
+  if (!status.lastError) return warning;
+  return warning + " " + text(status.lastError->message + " " + status.lastError->recoverySuggestion);
+}
+
+}  // namespace
+
+DashboardViewModel::DashboardViewModel(AppModel& model, GuidedTerminal terminal)
+    : model_(model), terminal_(terminal) {
   connect(&model_, &AppModel::statusChanged, this, &DashboardViewModel::statusChanged);
   connect(&model_, &AppModel::recordsChanged, this, &DashboardViewModel::statusChanged);
   connect(&model_, &AppModel::problemsChanged, this, &DashboardViewModel::statusChanged);
@@ -23,7 +36,15 @@ QString DashboardViewModel::terminalName() const { return text(model_.automation
 
 QString DashboardViewModel::terminalState() const { return wireText(status().terminalState); }
 
+Meaning DashboardViewModel::terminalMeaning() const {
+  return status().terminalState == TerminalState::available ? Meaning::Positive : Meaning::Caution;
+}
+
 QString DashboardViewModel::automation() const { return wireText(status().automationPermission); }
+
+Meaning DashboardViewModel::automationMeaning() const {
+  return status().automationPermission == AutomationPermission::denied ? Meaning::Danger : Meaning::Plain;
+}
 
 int DashboardViewModel::windowCount() const { return static_cast<int>(status().windowCount); }
 
@@ -52,8 +73,9 @@ QStringList DashboardViewModel::connectedClients() const {
 
 QStringList DashboardViewModel::warnings() const {
   auto warnings = model_.problems();
-  const auto automation = automationWarning(status());
-  if (!automation.isEmpty()) warnings.prepend(automation);
+  if (status().automationPermission == AutomationPermission::denied) {
+    warnings.prepend(automationWarning(terminal_, status()));
+  }
   return warnings;
 }
 

@@ -7,6 +7,8 @@
 #include <QtCore/QStringList>
 
 #include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/Platform/Desktop.h"
+#include "VelmoraApp/Style/Meaning.h"
 
 namespace velmora {
 
@@ -18,10 +20,13 @@ class DashboardViewModel : public QObject {
   Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
   Q_PROPERTY(bool paused READ paused NOTIFY statusChanged)
   Q_PROPERTY(QString bridgeState READ bridgeState NOTIFY statusChanged)
+  Q_PROPERTY(velmora::Meaning bridgeMeaning READ bridgeMeaning NOTIFY statusChanged)
   Q_PROPERTY(QString pauseButtonText READ pauseButtonText NOTIFY statusChanged)
   Q_PROPERTY(QString terminalName READ terminalName CONSTANT)
   Q_PROPERTY(QString terminalState READ terminalState NOTIFY statusChanged)
+  Q_PROPERTY(velmora::Meaning terminalMeaning READ terminalMeaning NOTIFY statusChanged)
   Q_PROPERTY(QString automation READ automation NOTIFY statusChanged)
+  Q_PROPERTY(velmora::Meaning automationMeaning READ automationMeaning NOTIFY statusChanged)
   Q_PROPERTY(int windowCount READ windowCount NOTIFY statusChanged)
   Q_PROPERTY(int sessionCount READ sessionCount NOTIFY statusChanged)
   Q_PROPERTY(QString lastRequest READ lastRequest NOTIFY statusChanged)
@@ -31,16 +36,19 @@ class DashboardViewModel : public QObject {
   Q_PROPERTY(QStringList warnings READ warnings NOTIFY statusChanged)
 
  public:
-  explicit DashboardViewModel(AppModel& model);
+  DashboardViewModel(AppModel& model, GuidedTerminal terminal);
 
   bool isLoading() const { return model_.isRefreshing(); }
   const BridgeStatus& status() const { return model_.status(); }
   bool paused() const { return status().mcpState == MCPState::paused; }
   QString bridgeState() const;
+  Meaning bridgeMeaning() const { return paused() ? Meaning::Caution : Meaning::Positive; }
   QString pauseButtonText() const;
   QString terminalName() const;
   QString terminalState() const;
+  Meaning terminalMeaning() const;
   QString automation() const;
+  Meaning automationMeaning() const;
   int windowCount() const;
   int sessionCount() const;
   QString lastRequest() const;
@@ -58,6 +66,7 @@ class DashboardViewModel : public QObject {
 
  private:
   AppModel& model_;
+  const GuidedTerminal terminal_;
 };
 
 }  // namespace velmora

@@ -17,14 +17,14 @@ GridLayout {
         symbol: "bolt.horizontal"
         label: qsTr("Bridge")
         value: figures.viewModel.bridgeState
-        valueColor: figures.viewModel.paused ? Theme.caution : Theme.positive
+        valueColor: Theme.colorOf(figures.viewModel.bridgeMeaning)
     }
     StatusFigure {
         objectName: "automation"
         symbol: "lock.shield"
         label: qsTr("Automation")
         value: figures.viewModel.automation
-        valueColor: figures.viewModel.automation === "denied" ? Theme.danger : Theme.text
+        valueColor: Theme.colorOf(figures.viewModel.automationMeaning)
     }
     StatusFigure {
         objectName: "windowCount"

@@ -20,7 +20,7 @@ Card {
             symbol: "terminal"
             label: qsTr("Status")
             value: card.viewModel.terminalState
-            valueColor: card.viewModel.terminalState === "available" ? Theme.positive : Theme.caution
+            valueColor: Theme.colorOf(card.viewModel.terminalMeaning)
         }
         StatusRow {
             objectName: "lastRequest"

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "VelmoraApp/Help/GuideContext.h"
 #include "VelmoraApp/Help/HelpLanguage.h"
+#include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 
@@ -88,7 +88,13 @@ struct HelpTexts {
 extern const HelpTexts englishHelp;
 extern const HelpTexts koreanHelp;
 
-const HelpTexts& helpTexts(HelpLanguage language);
-const HelpCopy& helpCopy(HelpLanguage language, GuidedTerminal terminal);
+inline const HelpTexts& helpTexts(HelpLanguage language) {
+  return language == HelpLanguage::korean ? koreanHelp : englishHelp;
+}
+
+inline const HelpCopy& helpCopy(HelpLanguage language, GuidedTerminal terminal) {
+  const auto& texts = helpTexts(language);
+  return terminal == GuidedTerminal::tmux ? texts.copyForTmux : texts.copyForTerminalApp;
+}
 
 }  // namespace velmora

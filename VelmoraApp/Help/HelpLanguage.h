@@ -21,7 +21,10 @@ inline constexpr auto helpLanguages = std::to_array<HelpLanguageTraits>({
     {HelpLanguage::korean, "한국어"},
 });
 
-/// For a person who reads these languages (tags such as "ko-KR"), the most preferred one first.
-HelpLanguage helpLanguageFor(const QStringList& preferredLanguages);
+/// For a user who reads these languages (tags such as "ko-KR"), the most preferred one first.
+inline HelpLanguage helpLanguageFor(const QStringList& preferredLanguages) {
+  const bool korean = !preferredLanguages.isEmpty() && preferredLanguages.first().startsWith("ko");
+  return korean ? HelpLanguage::korean : HelpLanguage::english;
+}
 
 }  // namespace velmora

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Layouts
 import Velmora
+import Velmora.Style
 
 // One step of the help.
 SettingsSectionBlock {

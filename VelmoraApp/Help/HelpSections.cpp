@@ -2,6 +2,7 @@
 
 #include "BridgeModels/WireNames.h"
 #include "VelmoraApp/Help/HelpToolCalls.h"
+#include "VelmoraApp/Settings/MCPConnectionConfiguration.h"
 
 namespace velmora {
 
@@ -26,7 +27,8 @@ HelpPassage exampleCall(const HelpCopy& copy, ToolName tool) {
   return code(exampleToolCall(tool), wireName(tool), copy.toolCallCopyHelp(wireName(tool)));
 }
 
-HelpSection registration(const HelpCopy& copy, const MCPConnectionConfiguration& connection) {
+HelpSection registration(const HelpCopy& copy, const std::string& helperPath) {
+  const MCPConnectionConfiguration connection{helperPath};
   return {std::string(copy.registrationTitle),
           {instruction(copy.registrationInstruction),
            code(connection.configuration(), "mcpServers", copy.copyMCPConfiguration),
@@ -34,7 +36,7 @@ HelpSection registration(const HelpCopy& copy, const MCPConnectionConfiguration&
            code(connection.openClawConfiguration(), "openclaw.json", copy.copyOpenClawJSON),
            instruction(copy.openClawCLIInstruction),
            code(connection.openClawCommands(), "openclaw mcp", copy.copyOpenClawCLI),
-           code(connection.helperPath, "velmora", copy.copyHelperPath), note(copy.noNetworkText)}};
+           code(helperPath, "velmora", copy.copyHelperPath), note(copy.noNetworkText)}};
 }
 
 }  // namespace
@@ -50,7 +52,7 @@ std::vector<HelpSection> helpSections(const HelpCopy& copy, const GuideContext& 
         code(context.installPath.toStdString(), "Velmora", copy.copyInstallPath)}},
       {std::string(copy.permissionsTitle),
        {instruction(copy.permissionsInstruction), note(copy.permissionsRecovery)}},
-      registration(copy, context.connection),
+      registration(copy, context.helperPath),
       tool(copy.statusTitle, copy.statusInstruction, ToolName::status, copy.statusNote),
       tool(copy.createSessionTitle, copy.createSessionInstruction, ToolName::createSession,
            copy.createSessionNote),

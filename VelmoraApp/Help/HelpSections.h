@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "VelmoraApp/Help/GuideContext.h"
 #include "VelmoraApp/Help/HelpCopy.h"
+#include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 

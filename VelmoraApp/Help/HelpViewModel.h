@@ -7,8 +7,8 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariantList>
 
-#include "VelmoraApp/Help/GuideContext.h"
 #include "VelmoraApp/Help/HelpCopy.h"
+#include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "BridgeModels/WireNames.h"
-#include "VelmoraApp/Help/GuideContext.h"
+#include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 

@@ -32,8 +32,10 @@ ListView {
 
     onActiveFocusChanged: if (activeFocus && currentIndex < 0)
         currentIndex = Math.max(0, indexAt(0, contentY + Theme.medium))
-    Keys.onReturnPressed: if (currentItem)
-        (currentItem as RequestRow).foldToggled()
+    Keys.onReturnPressed: event => {
+        if (currentItem && !event.isAutoRepeat)
+            (currentItem as RequestRow).foldToggled();
+    }
     Keys.onPressed: event => {
         const page = Math.max(1, Math.floor(height / Theme.rowHeight / 2));
         const steps = new Map([[Qt.Key_PageUp, -page], [Qt.Key_PageDown, page], [Qt.Key_Home, -count], [Qt.Key_End, count]]);

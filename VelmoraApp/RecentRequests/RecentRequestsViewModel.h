@@ -21,7 +21,12 @@ class RecentRequestsViewModel : public QObject {
  public:
   static constexpr std::size_t most = 5;
 
-  explicit RecentRequestsViewModel(AppModel& model);
+  explicit RecentRequestsViewModel(AppModel& model) : model_(model), records_(model.clock()) {
+    connect(&model_, &AppModel::recordsChanged, this, &RecentRequestsViewModel::update);
+    connect(&model_, &AppModel::sessionsChanged, this, [this] { records_.nameTargets(model_.sessions()); });
+    records_.nameTargets(model_.sessions());
+    update();
+  }
 
   RecordListModel* records() { return &records_; }
   int count() const { return records_.rowCount(); }
@@ -30,7 +35,10 @@ class RecentRequestsViewModel : public QObject {
   void countChanged();
 
  private:
-  void update();
+  void update() {
+    records_.showRecords(model_.records(), most);
+    Q_EMIT countChanged();
+  }
 
   AppModel& model_;
   RecordListModel records_;

@@ -1,7 +1,7 @@
 #include "VelmoraApp/RecentRequests/RecordListModel.h"
 
 #include "VelmoraApp/AppModel/Texts.h"
-#include "VelmoraApp/AppModel/TimeText.h"
+#include "VelmoraApp/Style/Meaning.h"
 
 namespace velmora {
 
@@ -11,6 +11,7 @@ enum Role {
   requestIdRole = Qt::UserRole,
   toolNameRole,
   statusRole,
+  meaningRole,
   targetRole,
   receivedRole,
   completedRole,
@@ -21,6 +22,23 @@ enum Role {
   clientRole,
   durationRole,
 };
+
+Meaning meaningOf(RequestStatus status) {
+  switch (status) {
+    case RequestStatus::delivered:
+    case RequestStatus::readComplete:
+      return Meaning::Positive;
+    case RequestStatus::rejected:
+    case RequestStatus::cancelled:
+      return Meaning::Caution;
+    case RequestStatus::failed:
+      return Meaning::Danger;
+    case RequestStatus::received:
+    case RequestStatus::processing:
+      break;
+  }
+  return Meaning::Quiet;
+}
 
 QString note(const MCPRequestRecord& record) {
   const bool isDeliveredCommand =
@@ -49,6 +67,8 @@ QVariant RecordListModel::data(const QModelIndex& index, int role) const {
       return wireText(record->toolName);
     case statusRole:
       return wireText(record->status);
+    case meaningRole:
+      return QVariant::fromValue(meaningOf(record->status));
     case targetRole:
       return target(*record);
     case receivedRole:
@@ -74,9 +94,10 @@ QVariant RecordListModel::data(const QModelIndex& index, int role) const {
 
 QHash<int, QByteArray> RecordListModel::roleNames() const {
   return {{requestIdRole, "requestId"}, {toolNameRole, "toolName"}, {statusRole, "status"},
-          {targetRole, "target"},       {receivedRole, "received"}, {completedRole, "completed"},
-          {commandRole, "command"},     {outputRole, "output"},     {noteRole, "note"},
-          {errorRole, "error"},         {clientRole, "client"},     {durationRole, "duration"}};
+          {meaningRole, "meaning"},     {targetRole, "target"},     {receivedRole, "received"},
+          {completedRole, "completed"}, {commandRole, "command"},   {outputRole, "output"},
+          {noteRole, "note"},           {errorRole, "error"},       {clientRole, "client"},
+          {durationRole, "duration"}};
 }
 
 void RecordListModel::showRecords(const std::vector<MCPRequestRecord>& records, std::size_t most) {

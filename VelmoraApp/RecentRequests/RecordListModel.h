@@ -31,8 +31,9 @@ struct std::hash<velmora::RecordKey> {
 
 namespace velmora {
 
-/// For the main thread. Roles, all texts and empty when there is nothing to say: requestId, toolName, status,
-/// target, received, completed, command, output, note, error, client, duration.
+/// For the main thread. Roles, texts that are empty when there is nothing to say: requestId, toolName,
+/// status, target, received, completed, command, output, note, error, client, duration; and the status's
+/// meaning.
 class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   Q_OBJECT
   QML_ELEMENT

@@ -9,6 +9,7 @@ Item {
     required property string requestId
     required property string toolName
     required property string status
+    required property int meaning
     required property string target
     required property string received
     required property string completed
@@ -26,13 +27,6 @@ Item {
     signal foldToggled
 
     readonly property bool foldable: unfolded || command.cut || output.cut
-    readonly property color meaning: {
-        if (status === "failed")
-            return Theme.danger;
-        if (status === "rejected" || status === "cancelled")
-            return Theme.caution;
-        return status === "delivered" || status === "readComplete" ? Theme.positive : Theme.textSecondary;
-    }
 
     function joined(parts: var, separator: string): string {
         return parts.filter(part => part.length > 0).join(separator);
@@ -71,7 +65,7 @@ Item {
             Badge {
                 objectName: "status"
                 text: row.status
-                meaning: row.meaning
+                meaning: Theme.colorOf(row.meaning)
             }
         }
         Label {

@@ -1,7 +1,6 @@
 #include "VelmoraApp/Sessions/SessionListModel.h"
 
 #include "VelmoraApp/AppModel/Texts.h"
-#include "VelmoraApp/AppModel/TimeText.h"
 
 namespace velmora {
 

@@ -83,7 +83,7 @@ ScreenPage {
                 width: list.width
                 roomy: sessions.roomy
                 permissions: sessions.viewModel.permissions
-                onPermissionPicked: row => sessions.viewModel.setPermission(sessionId, permissions[row])
+                onPermissionPicked: row => sessions.viewModel.setPermission(sessionId, row)
                 onShowRequested: sessions.viewModel.focus(sessionId)
                 onEntered: list.currentIndex = index
             }

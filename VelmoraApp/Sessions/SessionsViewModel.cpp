@@ -36,9 +36,9 @@ QString SessionsViewModel::emptyText() const {
       .arg(text(model_.automation().displayName()));
 }
 
-void SessionsViewModel::setPermission(const QString& sessionId, const QString& permission) {
+void SessionsViewModel::setPermission(const QString& sessionId, int row) {
   const auto id = Uuid::parse(sessionId.toStdString());
-  const auto value = fromWireText<SessionPermission>(permission);
+  const auto value = fromWireText<SessionPermission>(permissions().value(row));
   if (!id || !value) return;
   dismissProblem();
   model_.setPermission(*value, *id);

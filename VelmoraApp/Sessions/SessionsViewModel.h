@@ -41,8 +41,8 @@ class SessionsViewModel : public QObject {
   bool isLoading() const { return model_.isRefreshing(); }
   QString problem() const { return problem_; }  ///< Why the last action failed; empty when it did not.
 
-  /// Both ignore ids and permissions that do not exist.
-  Q_INVOKABLE void setPermission(const QString& sessionId, const QString& permission);
+  /// Both ignore ids and rows of `permissions` that do not exist.
+  Q_INVOKABLE void setPermission(const QString& sessionId, int row);
   Q_INVOKABLE void focus(const QString& sessionId);
   Q_INVOKABLE void refresh();
   Q_INVOKABLE void dismissProblem();

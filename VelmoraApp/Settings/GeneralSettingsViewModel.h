@@ -9,18 +9,18 @@
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/MenuBarPreference.h"
-#include "VelmoraApp/LaunchAtLogin/LaunchAtLoginController.h"
+#include "VelmoraApp/Settings/LaunchAtLoginController.h"
 #include "VelmoraApp/Settings/PermissionSettings.h"
-#include "VelmoraApp/Updates/UpdaterService.h"
+#include "VelmoraApp/Settings/UpdaterService.h"
 
 namespace velmora {
 
 /// What the general page shows besides the model. All must outlive the view models.
 struct GeneralSettingsSources {
+  Desktop& desktop;
   MenuBarPreference& menuBar;
   LaunchAtLoginController& launchAtLogin;
   std::function<UpdaterService&()> updater;  ///< Made when it is first asked for.
-  std::function<void(SystemSettingsLink)> openPane;
 };
 
 /// For the main thread.
@@ -58,6 +58,7 @@ class GeneralSettingsViewModel : public QObject {
  private:
   AppModel& model_;
   GeneralSettingsSources sources_;
+  const GuidedTerminal terminal_;
   PermissionSettings permissions_;
 };
 

@@ -9,12 +9,6 @@ namespace velmora {
 struct MCPConnectionConfiguration {
   /// The helper's absolute path, in UTF-8.
   std::string helperPath;
-  /// Whether a program lies there.
-  bool helperIsThere = true;
-
-  /// That of the running application: in its bundle on macOS, beside it elsewhere. Needs the application's
-  /// object.
-  static MCPConnectionConfiguration ofRunningApplication();
 
   /// {"mcpServers": {"terminal": {"command": helperPath}}}
   std::string configuration() const;

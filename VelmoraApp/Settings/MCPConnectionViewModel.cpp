@@ -4,7 +4,6 @@
 
 #include "ClientSetup/McpClients.h"
 #include "VelmoraApp/AppModel/Texts.h"
-#include "VelmoraApp/Settings/SettingsTexts.h"
 
 namespace velmora {
 
@@ -23,7 +22,11 @@ const McpClient& furtherClient(int index) { return *furtherClients()[static_cast
 
 }  // namespace
 
-QString MCPConnectionViewModel::caption() const { return connectionCaption(); }
+QString MCPConnectionViewModel::caption() const {
+  return context_.terminal == GuidedTerminal::tmux
+             ? "This configuration names the helper of the Velmora that is running now. No URL, port, or network authentication is used."
+             : "This configuration assumes Velmora.app is installed in /Applications. No URL, port, or network authentication is used.";
+}
 
 QString MCPConnectionViewModel::helperPath() const { return text(connection_.helperPath); }
 

@@ -6,6 +6,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 
+#include "VelmoraApp/Platform/Desktop.h"
 #include "VelmoraApp/Settings/MCPConnectionConfiguration.h"
 
 namespace velmora {
@@ -27,12 +28,11 @@ class MCPConnectionViewModel : public QObject {
   Q_PROPERTY(QString clientSnippet READ clientSnippet NOTIFY clientChanged)
 
  public:
-  explicit MCPConnectionViewModel(MCPConnectionConfiguration connection)
-      : connection_(std::move(connection)) {}
+  explicit MCPConnectionViewModel(const GuideContext& context) : context_(context) {}
 
   QString caption() const;
   QString helperPath() const;
-  bool helperMissing() const { return !connection_.helperIsThere; }
+  bool helperMissing() const { return !context_.helperIsThere; }
   QString configuration() const;
   QString openClawConfiguration() const;
   QString openClawCommands() const;
@@ -47,7 +47,8 @@ class MCPConnectionViewModel : public QObject {
   void clientChanged();
 
  private:
-  MCPConnectionConfiguration connection_;
+  const GuideContext context_;
+  const MCPConnectionConfiguration connection_{context_.helperPath};
   int clientIndex_ = 0;
 };
 

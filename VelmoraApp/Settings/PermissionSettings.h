@@ -1,4 +1,4 @@
-// What the application needs leave for on this system, and where the person gives it.
+// What the application needs permission for, and where the user gives it.
 #pragma once
 
 #include <QtCore/QObject>
@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "BridgeModels/BridgeStatus.h"
-#include "VelmoraApp/Settings/SystemSettingsLink.h"
+#include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 
@@ -38,6 +38,6 @@ struct PermissionSettings {
 };
 
 /// As things stand now.
-PermissionSettings permissionSettings(const BridgeStatus& status);
+PermissionSettings permissionSettings(GuidedTerminal terminal, const BridgeStatus& status);
 
 }  // namespace velmora

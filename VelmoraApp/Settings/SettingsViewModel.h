@@ -22,8 +22,8 @@ class SettingsViewModel : public QObject {
   Q_PROPERTY(velmora::MCPConnectionViewModel* connection READ connection CONSTANT)
 
  public:
-  SettingsViewModel(AppModel& model, GeneralSettingsSources sources, MCPConnectionConfiguration connection)
-      : general_(model, std::move(sources)), privacy_(model), connection_(std::move(connection)) {}
+  SettingsViewModel(AppModel& model, const GeneralSettingsSources& sources)
+      : general_(model, sources), privacy_(model), connection_(sources.desktop.guideContext()) {}
 
   int page() const { return page_; }
   void setPage(int page) {

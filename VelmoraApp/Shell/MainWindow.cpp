@@ -4,7 +4,7 @@
 #include <QtQuick/QQuickWindow>
 #include <stdexcept>
 
-#include "VelmoraApp/Shell/ViewModels.h"
+#include "VelmoraApp/Navigation/ViewModels.h"
 #include "VelmoraApp/Style/StyleSetup.h"
 
 Q_IMPORT_QML_PLUGIN(VelmoraPlugin)

@@ -3,14 +3,13 @@
 #include <QtCore/QCoreApplication>
 
 #include "BridgeHost/PlatformTerminal.h"
-#include "VelmoraApp/Shell/AboutPanel.h"
-#include "VelmoraApp/Updates/UpdaterService.h"
+#include "VelmoraApp/Settings/UpdaterService.h"
 
 namespace velmora {
 
 namespace {
 
-AppModelOptions optionsFor(const Environment& environment, const Log& log,
+AppModelOptions optionsFor(const Environment& environment, const Log& log, const Desktop& desktop,
                            const FirstRunController& firstRun) {
   return {.bridge = {.environment = environment,
                      .makeTerminal =
@@ -18,40 +17,38 @@ AppModelOptions optionsFor(const Environment& environment, const Log& log,
                            return makePlatformTerminal(environment, temporaryDirectory);
                          },
                      .log = log},
+          .permissionPrompter = desktop.permissionPrompter(),
           .onboardingCompleted = !firstRun.needsOnboarding()};
 }
-
-std::filesystem::path programFile() { return QCoreApplication::applicationFilePath().toStdString(); }
 
 }  // namespace
 
 VelmoraApp::VelmoraApp(const Environment& environment, const Log& log)
-    : defaults_(UserDefaults::standard(environment)),
-      firstRun_(defaults_),
-      menuBarPreference_(defaults_),
-      launchAtLogin_(makeLoginItem(environment, programFile())),
-      model_(optionsFor(environment, log, firstRun_)),
+    : desktop_(makeDesktop(environment, log)),
+      firstRun_(desktop_->userDefaults()),
+      menuBarPreference_(desktop_->userDefaults()),
+      launchAtLogin_(*desktop_),
+      model_(optionsFor(environment, log, *desktop_, firstRun_)),
       viewModels_(model_, firstRun_,
-                  {.menuBar = menuBarPreference_,
+                  {.desktop = *desktop_,
+                   .menuBar = menuBarPreference_,
                    .launchAtLogin = launchAtLogin_,
-                   .updater = [this]() -> UpdaterService& { return updater(); },
-                   .openPane = openSettingsPane},
-                  GuideContext::ofThisSystem()),
+                   .updater = [this]() -> UpdaterService& { return updater(); }}),
       window_(viewModels_),
-      menuBarViewModel_(model_) {
+      menuBarViewModel_(model_, *desktop_) {
   connect(viewModels_.mainWindow(), &MainWindowViewModel::quitRequested, qApp, &QCoreApplication::quit,
           Qt::QueuedConnection);
   connect(qApp, &QCoreApplication::aboutToQuit, &model_, &AppModel::prepareForTermination);
-  connect(&trayHost_, &TrayHost::availabilityChanged, this, &VelmoraApp::findTray);
+  connect(&*desktop_, &Desktop::trayPlaceChanged, this,
+          [this] { menuBarPreference_.setHasPlace(desktop_->hasTrayPlace()); });
   connect(&menuBarPreference_, &MenuBarPreference::changed, this, &VelmoraApp::updateMenuBar);
-  findTray();
+  desktop_->start();
   updateMenuBar();
-  addAboutToApplicationMenu(this);
-  if (updatesFromTheStart(defaults_)) updater();
+  if (desktop_->updatesFromTheStart()) updater();
 }
 
 UpdaterService& VelmoraApp::updater() {
-  auto& service = UpdaterService::shared();
+  auto& service = UpdaterService::shared(*desktop_);
   connect(&service, &UpdaterService::updateFound, this, &VelmoraApp::tellOfUpdate, Qt::UniqueConnection);
   return service;
 }
@@ -59,8 +56,6 @@ UpdaterService& VelmoraApp::updater() {
 void VelmoraApp::tellOfUpdate(const QString& sentence) {
   if (menuBar_) menuBar_->tell(sentence);
 }
-
-void VelmoraApp::findTray() { menuBarPreference_.setHasPlace(trayHost_.isAvailable()); }
 
 void VelmoraApp::updateMenuBar() {
   const bool shows = menuBarPreference_.shows();

@@ -7,11 +7,9 @@
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
 #include "VelmoraApp/AppModel/MenuBarPreference.h"
-#include "VelmoraApp/LaunchAtLogin/LaunchAtLoginController.h"
-#include "VelmoraApp/MenuBar/TrayHost.h"
-#include "VelmoraApp/MenuBar/VelmoraMenuBar.h"
+#include "VelmoraApp/Navigation/ViewModels.h"
 #include "VelmoraApp/Shell/MainWindow.h"
-#include "VelmoraApp/Shell/ViewModels.h"
+#include "VelmoraApp/Shell/VelmoraMenuBar.h"
 
 namespace velmora {
 
@@ -30,12 +28,11 @@ class VelmoraApp : public QObject {
   QQuickWindow* window() const { return window_.window(); }
 
  private:
-  void findTray();
   void updateMenuBar();
   UpdaterService& updater();
   void tellOfUpdate(const QString& sentence);
 
-  UserDefaults defaults_;
+  const std::unique_ptr<Desktop> desktop_;
   FirstRunController firstRun_;
   MenuBarPreference menuBarPreference_;
   LaunchAtLoginController launchAtLogin_;
@@ -43,7 +40,6 @@ class VelmoraApp : public QObject {
   ViewModels viewModels_;
   MainWindow window_;
   MenuBarViewModel menuBarViewModel_;
-  TrayHost trayHost_;
   std::optional<VelmoraMenuBar> menuBar_;
 };
 

@@ -9,11 +9,11 @@ Q_IMPORT_QML_PLUGIN(Velmora_StylePlugin)
 namespace velmora {
 
 void setUpStyle() {
-  QQuickStyle::setStyle(QStringLiteral("Velmora.Style"));
-  QQuickStyle::setFallbackStyle(QStringLiteral("Fusion"));
+  QQuickStyle::setStyle("Velmora.Style");
+  QQuickStyle::setFallbackStyle("Fusion");
   chooseRenderer();
 }
 
-void addModules(QQmlEngine& engine) { engine.addImportPath(QStringLiteral("qrc:/qt/qml")); }
+void addModules(QQmlEngine& engine) { engine.addImportPath("qrc:/qt/qml"); }
 
 }  // namespace velmora

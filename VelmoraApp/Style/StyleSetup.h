@@ -8,7 +8,7 @@ namespace velmora {
 /// Call once, before the first window, on the main thread.
 void setUpStyle();
 
-/// How windows are drawn on this system. `setUpStyle` calls it; the platform's file has it.
+/// Chooses how windows are drawn on this system; `setUpStyle` calls it. In the platform's file.
 void chooseRenderer();
 
 /// Lets an engine find the QML modules that are linked into the program.

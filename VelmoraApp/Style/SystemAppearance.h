@@ -5,6 +5,7 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
+#include <QtGui/QFontDatabase>
 
 namespace velmora {
 
@@ -18,18 +19,22 @@ class SystemAppearance : public QObject {
   Q_PROPERTY(QString fixedFontFamily READ fixedFontFamily CONSTANT)
 
  public:
-  explicit SystemAppearance(QObject* parent = nullptr);
+  explicit SystemAppearance(QObject* parent = nullptr) : QObject(parent) { follow(); }
 
   bool dark() const { return dark_; }
-  QString fixedFontFamily() const;
+  QString fixedFontFamily() const { return QFontDatabase::systemFont(QFontDatabase::FixedFont).family(); }
 
  Q_SIGNALS:
   void darkChanged();
 
  private:
-  /// Asks the system once and listens from then on. The platform's file has it.
+  /// Asks the system once and listens from then on. In the platform's file.
   void follow();
-  void setDark(bool dark);
+  void setDark(bool dark) {
+    if (dark == dark_) return;
+    dark_ = dark;
+    Q_EMIT darkChanged();
+  }
 
   bool dark_ = false;
 };

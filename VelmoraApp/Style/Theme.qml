@@ -33,7 +33,7 @@ QtObject {
     readonly property color textSecondary: dark ? "#a9a9b0" : "#62626a"
     readonly property color textOnAccent: "#ffffff"
 
-    // Meanings. The same colour writes and, thinned by `tint`, lies behind what it writes.
+    // Meanings: text colours; `tint` of each is the matching background.
     readonly property color accent: dark ? "#62a8ff" : "#0a5fca"
     readonly property color accentFill: dark ? "#1a6fdc" : "#0a63d1"
     readonly property color accentFillPressed: dark ? "#155cb8" : "#0850ab"
@@ -107,6 +107,18 @@ QtObject {
                 "pixelSize": size,
                 "weight": weight
             });
+    }
+
+    function colorOf(meaning: int): color {
+        switch (meaning) {
+        case Meaning.Positive:
+            return positive;
+        case Meaning.Caution:
+            return caution;
+        case Meaning.Danger:
+            return danger;
+        }
+        return meaning === Meaning.Quiet ? textSecondary : text;
     }
 
     function tint(meaning: color): color {

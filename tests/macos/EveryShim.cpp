@@ -1,11 +1,6 @@
 // Calls everything in MacPlatform/, so that linking it shows that all of it is there. Never run.
-#include "MacPlatform/AboutPanel.h"
-#include "MacPlatform/ApplicationBundle.h"
-#include "MacPlatform/LoginItem.h"
-#include "MacPlatform/PermissionPrompts.h"
-#include "MacPlatform/PreferredLanguages.h"
-#include "MacPlatform/RunningApplications.h"
-#include "MacPlatform/SystemSettings.h"
+#include "MacPlatform/Application.h"
+#include "MacPlatform/Permissions.h"
 #include "MacPlatform/Updater.h"
 #include "MacPlatform/UserDefaults.h"
 
@@ -20,6 +15,6 @@ int main() {
   updater->checkForUpdates();
   return mac::requestAccessibility() && mac::requestScreenCapture() &&
          mac::isApplicationRunning(mac::textDefault("application").value_or("")) &&
-         mac::openSystemSettings(mac::SystemSettingsLink::automation) && updater->isAvailable() &&
+         mac::openURL(mac::textDefault("address").value_or("")) &&
          updater->lastUpdateCheckDate().has_value() && mac::boolDefault("login").value_or(false);
 }

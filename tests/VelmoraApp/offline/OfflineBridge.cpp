@@ -1,10 +1,10 @@
 #include "tests/VelmoraApp/offline/OfflineBridge.h"
 
+#include <QtCore/QLocale>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 
 #include "VelmoraApp/AppModel/Texts.h"
-#include "tests/VelmoraApp/offline/Scenario.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/Files.h"
 
@@ -39,22 +39,8 @@ AppModelOptions optionsFor(const Scenario& scenario, const TemporaryDirectory& h
   };
   options.bridge.now = scenarioTime;
   options.bridge.uuid = countingUuids();
-  options.permissionPrompter = {.requestAccessibility = [] { return true; },
-                                .requestScreenCapture = [] { return true; },
-                                .requestTerminalAutomation = [](TerminalAutomating&) {},
-                                .requestSystemEventsAutomation = [](TerminalAutomating&) {}};
   options.pollInterval = std::chrono::milliseconds(20);
   return options;
-}
-
-// The paths of an installed application, wherever this one lies.
-GuideContext guideContextFor(const Scenario& scenario) {
-  auto context = GuideContext::ofThisSystem();
-  context.terminal = scenario.terminalApp ? GuidedTerminal::terminalApp : GuidedTerminal::tmux;
-  context.installPath = scenario.terminalApp ? "/Applications/Velmora.app" : "/usr/bin/velmora-app";
-  context.connection.helperPath =
-      scenario.terminalApp ? "/Applications/Velmora.app/Contents/Helpers/velmora" : "/usr/bin/velmora";
-  return context;
 }
 
 }  // namespace
@@ -76,16 +62,15 @@ void OfflineBridge::setScenario(const QString& name) {
   coordinator.recorder().replace(std::move(data.records));
   coordinator.statusService().updateClients(data.clients);
   coordinator.setPaused(data.paused);
-  makeServices();
-  defaults_->set(userDefault::onboardingCompleted, !data.firstRun);
-  firstRun_ = std::make_unique<FirstRunController>(*defaults_);
+  makeServices(data);
+  desktop_.defaults.set(userDefault::onboardingCompleted, !data.firstRun);
+  firstRun_ = std::make_unique<FirstRunController>(desktop_.defaults);
   viewModels_ = std::make_unique<ViewModels>(
       *model_, *firstRun_,
-      GeneralSettingsSources{.menuBar = *menuBar_,
+      GeneralSettingsSources{.desktop = desktop_,
+                             .menuBar = *menuBar_,
                              .launchAtLogin = *launchAtLogin_,
-                             .updater = [this]() -> UpdaterService& { return *updaterService_; },
-                             .openPane = openSettingsPane},
-      guideContextFor(data));
+                             .updater = [this]() -> UpdaterService& { return *updaterService_; }});
   connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
     if (ready_ || model_->isRefreshing()) {
       return;
@@ -99,14 +84,18 @@ void OfflineBridge::setScenario(const QString& name) {
   Q_EMIT scenarioChanged();
 }
 
-void OfflineBridge::makeServices() {
-  defaults_ = std::make_unique<UserDefaults>(text((home_ / "defaults.ini").string()));
-  menuBar_ = std::make_unique<MenuBarPreference>(*defaults_);
+void OfflineBridge::makeServices(const Scenario& scenario) {
+  desktop_.context.preferredLanguages = QLocale::system().uiLanguages();
+  if (scenario.terminalApp) {
+    desktop_.context.terminal = GuidedTerminal::terminalApp;
+    desktop_.context.installPath = "/Applications/Velmora.app";
+    desktop_.context.helperPath = "/Applications/Velmora.app/Contents/Helpers/velmora";
+  }
+  menuBar_ = std::make_unique<MenuBarPreference>(desktop_.defaults);
   menuBar_->setHasPlace(true);
-  launchAtLogin_ =
-      std::make_unique<LaunchAtLoginController>(std::make_unique<FakeLoginItem>(loginItemRefuses_));
-  const Date anHourAgo{scenarioTime().secondsSinceReferenceDate - 3600};
-  auto updater = std::make_unique<FakeUpdater>(anHourAgo);
+  launchAtLogin_ = std::make_unique<LaunchAtLoginController>(desktop_);
+  auto updater = std::make_unique<FakeUpdater>();
+  updater->lastCheck = Date{scenarioTime().secondsSinceReferenceDate - 3600};
   updater_ = updater.get();
   updaterService_ = std::make_unique<UpdaterService>(std::move(updater), scenarioTime);
 }
@@ -144,7 +133,7 @@ QString OfflineBridge::sendCommand(const QString& sessionId, const QString& comm
 
 QString OfflineBridge::pasteboard() const { return QGuiApplication::clipboard()->text(); }
 
-QString OfflineBridge::userDefault(const QString& key) const { return defaults_->text(key); }
+QString OfflineBridge::userDefault(const QString& key) const { return desktop_.defaults.text(key); }
 
 QString OfflineBridge::sessionPolicy() {
   return wireText(model_->coordinator().settingsStore().current().sessionPolicy);

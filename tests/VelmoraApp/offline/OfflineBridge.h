@@ -7,8 +7,9 @@
 #include <QtCore/QStringList>
 #include <memory>
 
-#include "VelmoraApp/Shell/ViewModels.h"
-#include "tests/VelmoraApp/FakeServices.h"
+#include "VelmoraApp/Navigation/ViewModels.h"
+#include "tests/VelmoraApp/FakeDesktop.h"
+#include "tests/VelmoraApp/offline/Scenario.h"
 #include "tests/support/FakeTerminal.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -45,12 +46,12 @@ class OfflineBridge : public QObject {
   /// From now on no settings can be saved.
   Q_INVOKABLE void failSaves() const;
   /// From now on the system refuses, or allows again, to change the login item.
-  Q_INVOKABLE void refuseLoginItem(bool refuses) { loginItemRefuses_ = refuses; }
+  Q_INVOKABLE void refuseLoginItem(bool refuses) { desktop_.refusesLoginItem = refuses; }
   /// The check for updates ends.
   Q_INVOKABLE void finishUpdateCheck(const QString& result) { updater_->finish(result); }
   /// What was copied last.
   Q_INVOKABLE QString pasteboard() const;
-  /// What the application keeps of the person's choices, as text.
+  /// What the application keeps of the user's choices, as text.
   Q_INVOKABLE QString userDefault(const QString& key) const;
   /// The policy of the stored settings.
   Q_INVOKABLE QString sessionPolicy();
@@ -62,17 +63,16 @@ class OfflineBridge : public QObject {
   void readyChanged();
 
  private:
-  void makeServices();
+  void makeServices(const Scenario& scenario);
 
   TemporaryDirectory home_;
   QString scenarioName_;
   bool ready_ = false;
   FakeTerminal* terminal_ = nullptr;  // the model's
-  std::unique_ptr<UserDefaults> defaults_;
+  FakeDesktop desktop_{QString::fromStdString((home_ / "defaults.ini").string())};
   std::unique_ptr<FirstRunController> firstRun_;
   std::unique_ptr<AppModel> model_;
   std::unique_ptr<MenuBarPreference> menuBar_;
-  bool loginItemRefuses_ = false;
   std::unique_ptr<LaunchAtLoginController> launchAtLogin_;
   FakeUpdater* updater_ = nullptr;  // the service's
   std::unique_ptr<UpdaterService> updaterService_;

@@ -1,0 +1,32 @@
+#import <ApplicationServices/ApplicationServices.h>
+#import <Foundation/Foundation.h>
+#import <ServiceManagement/ServiceManagement.h>
+
+#include "MacPlatform/Permissions.h"
+
+namespace velmora::mac {
+
+bool requestAccessibility() {
+  @autoreleasepool {
+    NSDictionary* const options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @YES};
+    return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
+  }
+}
+
+bool requestScreenCapture() { return CGRequestScreenCaptureAccess(); }
+
+bool isLoginItemEnabled() {
+  @autoreleasepool {
+    return [[SMAppService mainAppService] status] == SMAppServiceStatusEnabled;
+  }
+}
+
+bool setLoginItemEnabled(bool enabled) {
+  @autoreleasepool {
+    SMAppService* const service = [SMAppService mainAppService];
+    NSError* ignored = nil;
+    return enabled ? [service registerAndReturnError:&ignored] : [service unregisterAndReturnError:&ignored];
+  }
+}
+
+}  // namespace velmora::mac

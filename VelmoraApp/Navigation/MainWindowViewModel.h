@@ -1,0 +1,55 @@
+// What the window does besides its sections: it says what it is, closes, and quits.
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+
+#include "VelmoraApp/Platform/Desktop.h"
+
+namespace velmora {
+
+/// For the main thread. With a tray, closing hides the window and the bridge goes on. Without one nothing
+/// would be left to reach it by, so closing quits; the person is told so once before it does.
+class MainWindowViewModel : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by ViewModels")
+  Q_PROPERTY(QString applicationName READ applicationName CONSTANT)
+  Q_PROPERTY(QString applicationVersion READ applicationVersion CONSTANT)
+  Q_PROPERTY(QString closeExplanation READ closeExplanation CONSTANT)
+  Q_PROPERTY(bool explainsClosing READ explainsClosing NOTIFY explainsClosingChanged)
+
+ public:
+  /// `desktop` must outlive it.
+  explicit MainWindowViewModel(Desktop& desktop) : desktop_(desktop) {}
+
+  QString applicationName() const;
+  QString applicationVersion() const;
+  QString closeExplanation() const;
+  bool explainsClosing() const { return explainsClosing_; }
+
+  void setHasTray(bool hasTray) { hasTray_ = hasTray; }
+
+  /// Shows name and version by the system's means; false when the window has to.
+  Q_INVOKABLE bool showAbout() { return desktop_.showAboutPanel(); }
+  /// Whether the window may close now.
+  Q_INVOKABLE bool closeRequested();
+  Q_INVOKABLE void confirmClosing();
+  Q_INVOKABLE void cancelClosing();
+  Q_INVOKABLE void quit();
+
+ Q_SIGNALS:
+  void explainsClosingChanged();
+  void quitRequested();
+
+ private:
+  void setExplainsClosing(bool explains);
+
+  Desktop& desktop_;
+  bool hasTray_ = false;
+  bool explained_ = false;
+  bool explainsClosing_ = false;
+};
+
+}  // namespace velmora

@@ -1,0 +1,44 @@
+// The switch "Launch at login".
+#pragma once
+
+#include <QtQml/qqmlregistration.h>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include "VelmoraApp/Platform/Desktop.h"
+
+namespace velmora {
+
+/// For the main thread. Shows what the system says, never what was only asked for.
+class LaunchAtLoginController : public QObject {
+  Q_OBJECT
+  QML_ELEMENT
+  QML_UNCREATABLE("Made by the application")
+  Q_PROPERTY(bool enabled READ enabled WRITE setEnabled NOTIFY enabledChanged)
+  Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY errorMessageChanged)
+
+ public:
+  /// `desktop` must outlive it.
+  explicit LaunchAtLoginController(Desktop& desktop);
+
+  bool enabled() const { return enabled_; }
+  QString errorMessage() const { return errorMessage_; }  ///< Empty unless the last change failed.
+
+  /// A failed call changes `errorMessage` only, but emits enabledChanged() too, so that the switch snaps
+  /// back.
+  Q_INVOKABLE void setEnabled(bool enabled);
+
+ Q_SIGNALS:
+  void enabledChanged();
+  void errorMessageChanged();
+
+ private:
+  void setErrorMessage(const QString& message);
+
+  Desktop& desktop_;
+  bool enabled_;
+  QString errorMessage_;
+};
+
+}  // namespace velmora

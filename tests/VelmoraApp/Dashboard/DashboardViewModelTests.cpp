@@ -1,0 +1,138 @@
+#include "VelmoraApp/Dashboard/DashboardViewModel.h"
+#include "tests/VelmoraApp/AppFixture.h"
+#include "tests/VelmoraApp/ModelRows.h"
+#include "tests/support/LocalTimeZone.h"
+#include "tests/support/SampleRecords.h"
+
+namespace velmora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::spinUntil;
+using testing::texts;
+
+class DashboardViewModelTest : public testing::AppFixture {
+ protected:
+  void start() {
+    startApp();
+    dashboard = std::make_unique<DashboardViewModel>(*app, terminalOfTheTexts);
+  }
+  ~DashboardViewModelTest() override { dashboard.reset(); }
+
+  GuidedTerminal terminalOfTheTexts = GuidedTerminal::tmux;
+  std::unique_ptr<DashboardViewModel> dashboard;
+};
+
+TEST_F(DashboardViewModelTest, ShowsTheStatus) {
+  const LocalTimeZone zone("UTC");
+  start();
+  EXPECT_EQ(dashboard->bridgeState(), "Active");
+  EXPECT_EQ(dashboard->terminalName(), "Fake");
+  EXPECT_EQ(dashboard->terminalState(), "available");
+  EXPECT_EQ(dashboard->terminalMeaning(), Meaning::Positive);
+  EXPECT_EQ(dashboard->automation(), "granted");
+  EXPECT_EQ(dashboard->automationMeaning(), Meaning::Plain);
+  EXPECT_EQ(dashboard->windowCount(), 1);
+  EXPECT_EQ(dashboard->sessionCount(), 2);
+  EXPECT_EQ(dashboard->lastRequest().toStdString(), time.now().toIso8601().substr(11, 8));
+  EXPECT_EQ(dashboard->recentError(), "");
+  EXPECT_THAT(texts(dashboard->connectedClients()), IsEmpty());
+  EXPECT_THAT(texts(dashboard->warnings()), IsEmpty());
+}
+
+TEST_F(DashboardViewModelTest, ShowsNothingOfRequestsBeforeThereIsOne) {
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  const DashboardViewModel fresh(*app, GuidedTerminal::tmux);
+  EXPECT_EQ(fresh.lastRequest(), "");
+  EXPECT_EQ(fresh.terminalState(), "notRunning");
+  EXPECT_EQ(fresh.automation(), "unknown");
+}
+
+TEST_F(DashboardViewModelTest, PausesAndResumes) {
+  start();
+  const auto changes = testing::countOf(*dashboard, &DashboardViewModel::statusChanged);
+  EXPECT_EQ(dashboard->pauseButtonText(), "Pause MCP changes");
+  dashboard->togglePause();
+  EXPECT_GE(*changes, 1);
+  EXPECT_TRUE(dashboard->paused());
+  EXPECT_EQ(dashboard->bridgeState(), "Paused");
+  EXPECT_EQ(dashboard->bridgeMeaning(), Meaning::Caution);
+  EXPECT_EQ(dashboard->pauseButtonText(), "Resume MCP changes");
+  EXPECT_EQ(sendCommand("ls").error->code, ErrorCode::mcpPaused);
+  dashboard->togglePause();
+  EXPECT_EQ(dashboard->bridgeState(), "Active");
+  EXPECT_TRUE(sendCommand("ls").ok);
+}
+
+TEST_F(DashboardViewModelTest, RefreshListsAndSaysThatItIsUnderWay) {
+  start();
+  EXPECT_FALSE(dashboard->isLoading());
+  andRefresh([this] {
+    dashboard->refresh();
+    EXPECT_TRUE(dashboard->isLoading());
+  });
+  EXPECT_EQ(refreshes(), 2u);
+}
+
+TEST_F(DashboardViewModelTest, ShowsTheLastErrorUntilARequestForTheStatusSucceeds) {
+  start();
+  app->setPaused(true);
+  sendCommand("ls");
+  app->poll();
+  ASSERT_TRUE(spinUntil([this] { return !dashboard->recentError().isEmpty(); }));
+  EXPECT_EQ(dashboard->recentError(), "MCP change operations are paused.");
+  EXPECT_EQ(dashboard->recentErrorSuggestion(), "Resume MCP operations in Velmora, then retry.");
+  andRefresh([this] { dashboard->refresh(); });
+  EXPECT_TRUE(spinUntil([this] { return dashboard->recentError().isEmpty(); }));
+}
+
+TEST_F(DashboardViewModelTest, NamesTheConnectedClients) {
+  start();
+  auto nameless = testing::sampleClient();
+  nameless.version.reset();
+  app->coordinator().statusService().updateClients({testing::sampleClient(), nameless});
+  app->poll();
+  ASSERT_TRUE(spinUntil([this] { return dashboard->connectedClients().size() == 2; }));
+  EXPECT_THAT(texts(dashboard->connectedClients()), ElementsAre("some client 1.2.3", "some client"));
+}
+
+TEST_F(DashboardViewModelTest, WarnsOfAutomationThatIsDeniedInTheAdaptersWords) {
+  terminal->failWith("status", StructuredError{.code = ErrorCode::automationPermissionDenied,
+                                               .message = "The socket belongs to somebody else.",
+                                               .recoverySuggestion = "Ask them."});
+  start();
+  EXPECT_EQ(dashboard->automation(), "denied");
+  EXPECT_EQ(dashboard->automationMeaning(), Meaning::Danger);
+  EXPECT_EQ(dashboard->terminalState(), "unavailable");
+  EXPECT_EQ(dashboard->terminalMeaning(), Meaning::Caution);
+  EXPECT_THAT(
+      texts(dashboard->warnings()),
+      ElementsAre("Terminal automation permission is required. The socket belongs to somebody else. Ask "
+                  "them."));
+}
+
+TEST_F(DashboardViewModelTest, ForTerminalAppTheWarningNamesThePane) {
+  terminalOfTheTexts = GuidedTerminal::terminalApp;
+  terminal->failWith("status", StructuredError{.code = ErrorCode::automationPermissionDenied,
+                                               .message = "Not allowed.",
+                                               .recoverySuggestion = "Allow it."});
+  start();
+  EXPECT_THAT(
+      texts(dashboard->warnings()),
+      ElementsAre(
+          "Terminal automation permission is required. Open System Settings > Privacy & Security > Automation and allow Velmora."));
+}
+
+TEST_F(DashboardViewModelTest, WarnsOfWhatDidNotWorkAtTheStart) {
+  testing::writeFile(settingsFile(), "{");
+  testing::writeFile(directory / "app.velmora.Velmora/control-v1.sock", "a regular file");
+  start();
+  EXPECT_THAT(texts(dashboard->warnings()),
+              ElementsAre(::testing::StartsWith("MCP clients cannot connect."),
+                          ::testing::StartsWith("The settings could not be loaded")));
+}
+
+}  // namespace
+}  // namespace velmora

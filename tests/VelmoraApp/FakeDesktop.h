@@ -1,0 +1,77 @@
+// What a desktop gives the application, in memory.
+#pragma once
+
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "VelmoraApp/Platform/Desktop.h"
+
+namespace velmora::testing {
+
+class FakeUpdater final : public PlatformUpdater {
+ public:
+  bool available = true;
+  bool automatic = false;
+  bool refuses = false;  ///< The choice is not taken.
+  bool checking = false;
+  int checks = 0;
+  std::optional<Date> lastCheck{};
+  QString result;
+
+  bool isAvailable() const override { return available; }
+  bool automaticallyChecksForUpdates() const override { return automatic; }
+  void setAutomaticallyChecksForUpdates(bool automatically) override {
+    if (refuses) return;
+    automatic = automatically;
+    Q_EMIT changed();
+  }
+  void checkForUpdates() override {
+    ++checks;
+    checking = true;
+    Q_EMIT changed();
+  }
+  bool isChecking() const override { return checking; }
+  std::optional<Date> lastUpdateCheckDate() const override { return lastCheck; }
+  QString caption() const override { return "Updates come from your system's package manager."; }
+  QString checkResult() const override { return result; }
+
+  void finish(QString with) {
+    checking = false;
+    result = std::move(with);
+    Q_EMIT changed();
+  }
+};
+
+class FakeDesktop final : public Desktop {
+ public:
+  /// User defaults are kept in `defaultsFile`.
+  explicit FakeDesktop(const QString& defaultsFile) : defaults(defaultsFile) {}
+
+  GuideContext context{.terminal = GuidedTerminal::tmux,
+                       .preferredLanguages = {"en"},
+                       .installPath = "/usr/bin/velmora-app",
+                       .helperPath = "/usr/bin/velmora"};
+  IniFileDefaults defaults;
+  bool isLoginItem = false;
+  bool refusesLoginItem = false;
+  bool ignoresLoginItem = false;  ///< As while the user's approval is awaited.
+  bool hasAboutPanel = false;
+  std::vector<SystemSettingsLink> openedPanes;
+
+  void start() override {}
+  GuideContext guideContext() const override { return context; }
+  UserDefaults& userDefaults() override { return defaults; }
+  StartupPermissionPrompter permissionPrompter() const override { return {}; }
+  bool startsAtLogin() const override { return isLoginItem; }
+  void setStartsAtLogin(bool starts) override {
+    if (refusesLoginItem) throw std::runtime_error("refused");
+    if (!ignoresLoginItem) isLoginItem = starts;
+  }
+  std::unique_ptr<PlatformUpdater> makeUpdater() override { return std::make_unique<FakeUpdater>(); }
+  bool updatesFromTheStart() override { return false; }
+  bool showAboutPanel() override { return hasAboutPanel; }
+  void openSettingsPane(SystemSettingsLink link) override { openedPanes.push_back(link); }
+};
+
+}  // namespace velmora::testing

@@ -1,0 +1,55 @@
+#include "VelmoraApp/Navigation/MainWindowViewModel.h"
+#include "tests/VelmoraApp/AppFixture.h"
+#include "tests/VelmoraApp/FakeDesktop.h"
+
+namespace velmora {
+namespace {
+
+class MainWindowViewModelTest : public ::testing::Test {
+ protected:
+  const TemporaryDirectory home;
+  testing::FakeDesktop desktop{QString::fromStdString((home / "defaults.ini").string())};
+  MainWindowViewModel window{desktop};
+  std::shared_ptr<int> quits = testing::countOf(window, &MainWindowViewModel::quitRequested);
+};
+
+TEST_F(MainWindowViewModelTest, KnowsItsNameAndVersion) {
+  EXPECT_EQ(window.applicationName(), "Velmora");
+  EXPECT_TRUE(window.applicationVersion().contains('.'));
+}
+
+TEST_F(MainWindowViewModelTest, LeavesNameAndVersionToTheWindowWhereTheSystemHasNoPanel) {
+  EXPECT_FALSE(window.showAbout());
+  desktop.hasAboutPanel = true;
+  EXPECT_TRUE(window.showAbout());
+}
+
+TEST_F(MainWindowViewModelTest, ClosesIntoTheTrayAndGoesOn) {
+  window.setHasTray(true);
+  EXPECT_TRUE(window.closeRequested());
+  EXPECT_FALSE(window.explainsClosing());
+  EXPECT_EQ(*quits, 0);
+}
+
+TEST_F(MainWindowViewModelTest, WithoutATraySaysOnceThatClosingQuits) {
+  EXPECT_FALSE(window.closeRequested());
+  EXPECT_TRUE(window.explainsClosing());
+  EXPECT_EQ(*quits, 0);
+  window.cancelClosing();
+  EXPECT_FALSE(window.explainsClosing());
+  EXPECT_TRUE(window.closeRequested());
+  EXPECT_FALSE(window.explainsClosing()) << "once is enough";
+  EXPECT_EQ(*quits, 1);
+}
+
+TEST_F(MainWindowViewModelTest, QuitsWhenThePersonConfirmsAndWheneverAsked) {
+  window.closeRequested();
+  window.confirmClosing();
+  EXPECT_FALSE(window.explainsClosing());
+  EXPECT_EQ(*quits, 1);
+  window.quit();
+  EXPECT_EQ(*quits, 2);
+}
+
+}  // namespace
+}  // namespace velmora

@@ -1,0 +1,122 @@
+#include "VelmoraApp/Onboarding/OnboardingViewModel.h"
+#include "tests/VelmoraApp/AppFixture.h"
+#include "tests/VelmoraApp/ModelRows.h"
+
+namespace velmora {
+namespace {
+
+using testing::countOf;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::spinUntil;
+using testing::texts;
+using Step = OnboardingViewModel::Step;
+
+class OnboardingViewModelTest : public testing::AppFixture {
+ protected:
+  OnboardingViewModelTest() {
+    options.onboardingCompleted = false;
+    app = std::make_unique<AppModel>(options);
+    onboarding.emplace(*app, firstRun, GuidedTerminal::tmux);
+  }
+
+  IniFileDefaults defaults{QString::fromStdString((directory / "some.conf").string())};
+  FirstRunController firstRun{defaults};
+  std::optional<OnboardingViewModel> onboarding;
+};
+
+TEST_F(OnboardingViewModelTest, StartsAtTheFirstStepWithTheSafePolicy) {
+  EXPECT_TRUE(onboarding->needed());
+  EXPECT_EQ(onboarding->step(), Step::scope);
+  EXPECT_EQ(onboarding->policy(), SessionPolicy::safe);
+  EXPECT_FALSE(onboarding->canGoBack());
+  EXPECT_EQ(onboarding->progress(), "Step 1 of 4");
+}
+
+TEST_F(OnboardingViewModelTest, GoesThroughTheStepsAndBackAndNoFurther) {
+  const auto changes = countOf(*onboarding, &OnboardingViewModel::stepChanged);
+  onboarding->back();
+  EXPECT_EQ(onboarding->step(), Step::scope);
+  EXPECT_EQ(*changes, 0);
+  for (const auto step : {Step::permission, Step::policy, Step::connection}) {
+    onboarding->next();
+    EXPECT_EQ(onboarding->step(), step);
+    EXPECT_EQ(onboarding->choosesPolicy(), step == Step::policy);
+    EXPECT_TRUE(onboarding->canGoBack());
+  }
+  EXPECT_EQ(*changes, 3);
+  onboarding->next();
+  EXPECT_EQ(onboarding->step(), Step::connection);
+  EXPECT_EQ(*changes, 3);
+  EXPECT_EQ(onboarding->progress(), "Step 4 of 4");
+  EXPECT_TRUE(firstRun.needsOnboarding());
+  for (const auto step : {Step::policy, Step::permission, Step::scope}) {
+    onboarding->back();
+    EXPECT_EQ(onboarding->step(), step);
+  }
+}
+
+TEST_F(OnboardingViewModelTest, ShowsThePageOfItsStep) {
+  for (const auto& page : onboardingPages(GuidedTerminal::tmux)) {
+    EXPECT_EQ(onboarding->title(), text(page.title));
+    EXPECT_EQ(onboarding->text(), text(page.text));
+    EXPECT_EQ(onboarding->symbol(), text(page.symbol));
+    EXPECT_EQ(onboarding->forwardText(), page.step == Step::connection ? "Finish" : "Continue");
+    onboarding->next();
+  }
+}
+
+TEST_F(OnboardingViewModelTest, KeepsTheChosenPolicyWhereverOneGoes) {
+  EXPECT_THAT(texts(onboarding->policies()),
+              ElementsAre("Safe: managed sessions only", "Selective: existing sessions start read-only"));
+  const auto changes = countOf(*onboarding, &OnboardingViewModel::policyChanged);
+  onboarding->setPolicyIndex(1);
+  EXPECT_EQ(onboarding->policy(), SessionPolicy::selective);
+  for (const int index : {2, -1}) onboarding->setPolicyIndex(index);
+  EXPECT_EQ(onboarding->policyIndex(), 1);
+  EXPECT_EQ(*changes, 3) << "what was refused is shown again";
+  onboarding->next();
+  onboarding->back();
+  EXPECT_EQ(onboarding->policy(), SessionPolicy::selective);
+}
+
+TEST_F(OnboardingViewModelTest, FinishingStoresThePolicyAndStartsTheApplication) {
+  onboarding->setPolicyIndex(1);
+  const auto changes = countOf(*onboarding, &OnboardingViewModel::neededChanged);
+  for (int step = 0; step < 4; ++step) {
+    EXPECT_TRUE(onboarding->needed());
+    EXPECT_EQ(defaults.text("sessionPolicy"), "") << "nothing before the end";
+    EXPECT_THAT(prompts, IsEmpty());
+    onboarding->forward();
+  }
+  EXPECT_FALSE(onboarding->needed());
+  EXPECT_EQ(*changes, 1);
+  EXPECT_TRUE(defaults.boolean("onboardingCompleted", false));
+  EXPECT_EQ(defaults.text("sessionPolicy"), "selective");
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(app->settings().sessionPolicy, SessionPolicy::selective);
+  EXPECT_EQ(app->coordinator().settingsStore().load().sessionPolicy, SessionPolicy::selective);
+  EXPECT_THAT(prompts, ::testing::SizeIs(4));
+  for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
+}
+
+TEST_F(OnboardingViewModelTest, FinishesOnce) {
+  for (int step = 0; step < 4; ++step) onboarding->forward();
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  firstRun.complete(SessionPolicy::selective);
+  onboarding->forward();
+  EXPECT_EQ(defaults.text("sessionPolicy"), "selective") << "a second press changes nothing any more";
+  EXPECT_THAT(prompts, ::testing::SizeIs(4));
+}
+
+TEST_F(OnboardingViewModelTest, LeavingBeforeTheEndLeavesItDue) {
+  onboarding->setPolicyIndex(1);
+  for (int step = 0; step < 3; ++step) onboarding->forward();
+  app->prepareForTermination();
+  EXPECT_THAT(testing::contentOf(directory / "some.conf"), IsEmpty());
+  EXPECT_FALSE(std::filesystem::exists(settingsFile()));
+  EXPECT_TRUE(FirstRunController(defaults).needsOnboarding());
+}
+
+}  // namespace
+}  // namespace velmora
