@@ -48,7 +48,7 @@ plant() {
   plant_files FrameFuzzer tests/data/requests/*.json tests/data/local-control/*.frame
   plant_files SettingsFuzzer tests/data/stores/settings.json
   plant_files HistoryFuzzer tests/data/stores/history.json
-  plant_files DesktopEntryFuzzer packaging/linux/*.desktop
+  plant_files AutostartEntryFuzzer packaging/linux/*.desktop
   # Every key and every word of the golden files, which mutation alone would hardly guess.
   grep -ohE '"[A-Za-z_]{2,40}"' -r tests/data --include='*.json' | sort -u >"$work/words.dict"
 }

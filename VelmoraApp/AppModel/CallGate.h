@@ -1,11 +1,11 @@
-// Keeps calls that are asked for again and again from piling up.
+// Keeps repeated calls from piling up.
 #pragma once
 
 #include <utility>
 
 namespace velmora {
 
-/// Of the calls of one kind at most one is under way; asked for again meanwhile, one more follows.
+/// At most one call of a kind is under way; if it is requested again meanwhile, one more follows.
 class CallGate {
  public:
   /// Whether to make the call now.

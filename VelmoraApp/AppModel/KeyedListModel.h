@@ -11,8 +11,8 @@
 
 namespace velmora {
 
-/// For the main thread. `Key` names a row for good; no two rows shown at once share one. `Row` compares with
-/// ==. A subclass says what the roles are.
+/// For the main thread. `Key` identifies a row for good; no two rows shown at once share one. `Row` compares
+/// with ==. A subclass defines the roles.
 template <class Row, class Key>
 class KeyedListModel : public QAbstractListModel {
  public:
@@ -25,7 +25,7 @@ class KeyedListModel : public QAbstractListModel {
     return parent.isValid() ? 0 : static_cast<int>(items_.size());
   }
 
-  /// Replaces the list, by as few removals, insertions and moves as a person would see in it.
+  /// Replaces the list, by as few removals, insertions and moves as possible.
   void show(std::vector<Item> next) {
     removeMissing(next);
     std::unordered_set<Key> present;
@@ -48,7 +48,7 @@ class KeyedListModel : public QAbstractListModel {
   }
   const std::vector<Item>& items() const { return items_; }
 
-  /// Has the views read all roles of the row again, also when nothing changed in it.
+  /// Emits dataChanged for the row even if it did not change.
   void repeat(std::size_t index) {
     const auto changed = this->index(static_cast<int>(index));
     Q_EMIT dataChanged(changed, changed);

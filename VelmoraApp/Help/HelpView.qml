@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// How to set Velmora up and how a client calls it, step by step, in a language of the person's choice.
+// How to set Velmora up and how a client calls it, step by step, in a language of the user's choice.
 SettingsPage {
     id: help
 

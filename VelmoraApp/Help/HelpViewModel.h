@@ -1,4 +1,4 @@
-// The help: how to set Velmora up and how a client calls it, in the person's language.
+// The help: how to set Velmora up and how a client calls it, in the user's language.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -12,7 +12,7 @@
 
 namespace velmora {
 
-/// For the main thread. Opens in the person's language; another holds while the application runs.
+/// For the main thread. Opens in the user's language; another holds while the application runs.
 class HelpViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -1,4 +1,4 @@
-// Clearing the history, which the person confirms first.
+// Clearing the history, which the user confirms first.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// For the main thread. Every screen that offers to clear has one of its own.
+/// For the main thread. Each screen that offers clearing has its own.
 class HistoryClearing : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -20,7 +20,7 @@ class HistoryClearing : public QObject {
  public:
   explicit HistoryClearing(AppModel& model);
 
-  bool confirmClear() const { return confirmClear_; }  ///< Whether the person is being asked.
+  bool confirmClear() const { return confirmClear_; }  ///< Whether the user is being asked.
   QString problem() const { return problem_; }         ///< Why clearing failed; empty when it did not.
 
   Q_INVOKABLE void request();

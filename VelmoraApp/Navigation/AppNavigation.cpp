@@ -15,7 +15,7 @@ QString AppNavigation::selectedSection() const {
 
 void AppNavigation::setSelectedSection(const QString& name) {
   if (const auto section = fromWireText<AppSection>(name)) model_.selectSection(*section);
-  Q_EMIT selectedSectionChanged();  // also when nothing changed: the list shows the selection again
+  Q_EMIT selectedSectionChanged();  // even if nothing changed, so that the list shows the selection again
 }
 
 int AppNavigation::selectedIndex() const {

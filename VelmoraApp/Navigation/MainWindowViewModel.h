@@ -1,4 +1,4 @@
-// What the window does besides its sections: it says what it is, closes, and quits.
+// What the window does besides its sections: shows its version, closes, and quits.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -9,8 +9,8 @@
 
 namespace velmora {
 
-/// For the main thread. With a tray, closing hides the window and the bridge goes on. Without one nothing
-/// would be left to reach it by, so closing quits; the person is told so once before it does.
+/// For the main thread. With a tray, closing hides the window and the bridge keeps running. Without one the
+/// user could no longer reach it, so closing quits, after saying so once.
 class MainWindowViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -31,7 +31,7 @@ class MainWindowViewModel : public QObject {
 
   void setHasTray(bool hasTray) { hasTray_ = hasTray; }
 
-  /// Shows name and version by the system's means; false when the window has to.
+  /// Shows name and version in the system's own panel; false when the window has to show them.
   Q_INVOKABLE bool showAbout() { return desktop_.showAboutPanel(); }
   /// Whether the window may close now.
   Q_INVOKABLE bool closeRequested();

@@ -14,21 +14,17 @@ constexpr OnboardingPage connectionPage{
 
 constexpr Pages pagesForTerminalApp{
     {{OnboardingStep::scope, "terminal", "Velmora Bridge",
-      "Commands run in Apple's Terminal.app. This app does not create a PTY, render a terminal, or inspect "
-      "shell internals."},
+      "Commands run in Apple's Terminal.app. This app does not create a PTY, render a terminal, or inspect shell internals."},
      {OnboardingStep::permission, "checkmark.shield", "Terminal automation",
-      "macOS permission is used only to read official Terminal scripting properties and deliver commands to "
-      "explicitly identified sessions."},
+      "macOS permission is used only to read official Terminal scripting properties and deliver commands to explicitly identified sessions."},
      policyPage,
      connectionPage}};
 
 constexpr Pages pagesForTmux{
     {{OnboardingStep::scope, "terminal", "Velmora Bridge",
-      "Commands run in your own tmux sessions. This app does not create a PTY, replace your terminal, or "
-      "inspect shell internals."},
+      "Commands run in your own tmux sessions. This app does not create a PTY, replace your terminal, or inspect shell internals."},
      {OnboardingStep::permission, "checkmark.shield", "tmux automation",
-      "tmux needs no permission. It is used only to read its sessions and deliver commands to explicitly "
-      "identified ones."},
+      "tmux needs no permission. It is used only to read its sessions and deliver commands to explicitly identified ones."},
      policyPage,
      connectionPage}};
 

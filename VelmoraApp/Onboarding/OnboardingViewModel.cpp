@@ -25,7 +25,7 @@ QStringList OnboardingViewModel::policies() const { return sessionPolicyLabels()
 
 void OnboardingViewModel::setPolicyIndex(int index) {
   policy_ = sessionPolicyAt(index).value_or(policy_);
-  Q_EMIT policyChanged();  // also when nothing changed: the buttons show the choice again
+  Q_EMIT policyChanged();  // even if nothing changed, so that the buttons show the choice again
 }
 
 QString OnboardingViewModel::forwardText() const { return step_ == Step::connection ? "Finish" : "Continue"; }

@@ -25,7 +25,7 @@ PackageKitTransaction::PackageKitTransaction(const QDBusConnection& bus, Package
   deadline_.setSingleShot(true);
   connect(&deadline_, &QTimer::timeout, this,
           [this] { fail(outcome_.failure.value_or("The package manager did not answer.")); });
-  if (!bus_.isConnected()) {  // a call on it would never come to an end
+  if (!bus_.isConnected()) {  // a call on it would never end
     outcome_ = {.failure = "There is no system bus.", .hasNoService = true};
     deadline_.start(std::chrono::milliseconds(0));
     return;
@@ -57,13 +57,13 @@ void PackageKitTransaction::begin(const QDBusMessage& answer) {
   call(message, [](const QDBusMessage&) {});
 }
 
-// By the owner's own name: asking whose the well-known one is would block.
+// By the owner's unique name: resolving the well-known one would block.
 void PackageKitTransaction::listen() {
   bus_.connect(owner_, path_, transactionInterface, "Package", this, SLOT(takePackage(QDBusMessage)));
   bus_.connect(owner_, path_, transactionInterface, "ErrorCode", this, SLOT(takeError(QDBusMessage)));
   bus_.connect(owner_, path_, transactionInterface, "Finished", this, SLOT(takeEnd(QDBusMessage)));
   bus_.connect(owner_, path_, transactionInterface, "Destroy", this, SLOT(takeDisappearance()));
-  // A bus that ends takes with it whoever would tell that the service has gone.
+  // If the bus itself ends, nobody is left to say that the service has gone.
   bus_.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", this,
                SLOT(takeDisappearance()));
 }
@@ -74,7 +74,7 @@ void PackageKitTransaction::send(const QString& method, const QVariantList& argu
   bus_.asyncCall(message);
 }
 
-// The bus's own time-out for an answer is over while a person still types a password; the deadline decides.
+// The bus's own time-out is too short for a user who has to type a password; the deadline decides.
 void PackageKitTransaction::call(const QDBusMessage& message,
                                  const std::function<void(const QDBusMessage&)>& then) {
   auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message, 2 * deadline_.interval()), this);

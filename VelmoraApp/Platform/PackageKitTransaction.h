@@ -28,7 +28,7 @@ inline constexpr uint roleRefreshCache = 13;
 struct PackageKitRequest {
   QString method;
   QVariantList arguments{};
-  bool interactive = false;  ///< Whether the system may ask the person for a password; else it refuses.
+  bool interactive = false;  ///< Whether the system may ask the user for a password; else it refuses.
 };
 
 struct PackageKitOutcome {
@@ -43,15 +43,18 @@ struct PackageKitOutcome {
   std::vector<Package> packages{};
 };
 
-/// For the main thread, which it never blocks. Destroys itself after it has handed over its outcome;
-/// destroyed earlier, it hands over nothing and has PackageKit stop.
+/// For the main thread, which it never blocks. Deletes itself after it has reported its outcome; deleted
+/// earlier, it reports nothing and cancels the transaction.
+///
+/// PackageKit's own client library is not used: it ends no transaction whose object or bus vanished, makes
+/// GLib end this process when the system bus goes, and needs Qt to run on GLib's main loop.
 class PackageKitTransaction : public QObject {
   Q_OBJECT
 
  public:
   using Finish = std::function<void(const PackageKitOutcome&)>;
 
-  /// Ends within `patience`, also when PackageKit dies or never answers.
+  /// Ends within `patience`, even if PackageKit dies or never answers.
   PackageKitTransaction(const QDBusConnection& bus, PackageKitRequest request,
                         std::chrono::milliseconds patience, Finish finish, QObject* parent);
   ~PackageKitTransaction() override;

@@ -47,8 +47,7 @@ QString PackageKitUpdater::caption() const {
     case Origin::package:
       return "Updates come from your system's package sources and are installed only after you approve them.";
     case Origin::noPackage:
-      return "This copy of Velmora was not installed by the system's package manager, so it cannot look for "
-             "updates.";
+      return "This copy of Velmora was not installed by the system's package manager, so it cannot look for updates.";
     case Origin::noService:
       return "Velmora looks for updates through PackageKit, which this system does not have.";
     case Origin::noAnswer:
@@ -114,7 +113,7 @@ void PackageKitUpdater::check(Asker asker) {
   isChecking_ = true;
   checkResult_.clear();
   Q_EMIT changed();
-  const bool interactive = asker == Asker::person;
+  const bool interactive = asker == Asker::user;
   run({.method = "RefreshCache", .arguments = {false}, .interactive = interactive},
       [this, asker, interactive](const PackageKitOutcome& refreshed) {
         if (refreshed.failure) {
@@ -144,7 +143,7 @@ void PackageKitUpdater::takeUpdates(Asker asker, const PackageKitOutcome& outcom
     return;
   }
   finishCheck("Version " + found->version + " is available. Install it with your system's updates.");
-  if (asker == Asker::person) {
+  if (asker == Asker::user) {
     options_.open(kSoftwareCentrePage);
   } else if (std::exchange(toldVersion_, found->version) != found->version) {
     Q_EMIT updateFound(checkResult_);

@@ -38,7 +38,7 @@ class PackageKitUpdater final : public PlatformUpdater {
   bool isAvailable() const override { return origin_ == Origin::package; }
   bool automaticallyChecksForUpdates() const override;
   void setAutomaticallyChecksForUpdates(bool automatically) override;
-  void checkForUpdates() override { check(Asker::person); }
+  void checkForUpdates() override { check(Asker::user); }
   bool isChecking() const override { return isChecking_; }
   std::optional<Date> lastUpdateCheckDate() const override { return lastRefresh_; }
   QString caption() const override;
@@ -47,7 +47,7 @@ class PackageKitUpdater final : public PlatformUpdater {
  private:
   /// Where the running program comes from.
   enum class Origin { asking, package, noPackage, noService, noAnswer };
-  enum class Asker { person, timer };
+  enum class Asker { user, timer };
 
   void askOrigin();
   void takeOrigin(const PackageKitOutcome& outcome);

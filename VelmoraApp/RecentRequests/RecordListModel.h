@@ -48,7 +48,7 @@ class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   /// `records` are oldest first, as the recorder has them; the rows are newest first, and at most `most`.
   void showRecords(const std::vector<MCPRequestRecord>& records, std::size_t most);
 
-  /// Records know the ids of their targets only; these sessions lend them their titles.
+  /// Records know only the ids of their targets; the titles come from these sessions.
   void nameTargets(const std::vector<TerminalSession>& sessions);
 
  private:

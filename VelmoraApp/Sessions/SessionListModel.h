@@ -23,7 +23,7 @@ class SessionListModel : public KeyedListModel<TerminalSession, Uuid> {
 
   void showSessions(const std::vector<TerminalSession>& sessions);
 
-  /// Has the views read every row again: one may still show a choice that was refused.
+  /// Emits dataChanged for every row: a view may still show a choice that was refused.
   void repeatAll();
 
  private:

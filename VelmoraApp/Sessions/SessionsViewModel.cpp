@@ -74,7 +74,7 @@ void SessionsViewModel::update() {
 }
 
 void SessionsViewModel::fail(const QString& problem) {
-  sessions_.repeatAll();  // the person's choice did not hold
+  sessions_.repeatAll();  // the user's choice did not hold
   problem_ = problem;
   Q_EMIT problemChanged();
 }

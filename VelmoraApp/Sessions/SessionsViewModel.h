@@ -1,4 +1,4 @@
-// The known sessions, which of them are listed, and what the person may do with each.
+// The known sessions, which of them are listed, and what the user may do with each.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

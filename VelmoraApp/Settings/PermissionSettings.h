@@ -25,7 +25,7 @@ struct PermissionSettingsRow {
   QString title;
   QString instruction;
   QString buttonTitle;     ///< Empty without a pane to open.
-  bool attention = false;  ///< Something is missing: the instruction is the next step.
+  bool attention = false;  ///< Something is missing; the instruction says what to do.
 
   bool operator==(const PermissionSettingsRow&) const = default;
 };

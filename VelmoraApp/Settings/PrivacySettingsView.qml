@@ -51,8 +51,7 @@ SettingsPage {
             title: qsTr("Retention")
             valueText: value => qsTr("%1 days").arg(value)
             value: page.viewModel.retentionDays
-            from: page.viewModel.retentionDaysRange.minimum
-            to: page.viewModel.retentionDaysRange.maximum
+            range: page.viewModel.retentionDaysRange
             onPicked: value => page.viewModel.retentionDays = value
         }
         Separator {
@@ -64,8 +63,7 @@ SettingsPage {
             title: qsTr("Maximum records")
             valueText: value => qsTr("%1 records").arg(value)
             value: page.viewModel.maximumRecordCount
-            from: page.viewModel.maximumRecordCountRange.minimum
-            to: page.viewModel.maximumRecordCountRange.maximum
+            range: page.viewModel.maximumRecordCountRange
             step: 100
             onPicked: value => page.viewModel.maximumRecordCount = value
         }
@@ -105,8 +103,7 @@ SettingsPage {
             title: qsTr("Preview limit")
             valueText: value => qsTr("%1 characters").arg(value)
             value: page.viewModel.outputPreviewMaxCharacters
-            from: page.viewModel.outputPreviewMaxCharactersRange.minimum
-            to: page.viewModel.outputPreviewMaxCharactersRange.maximum
+            range: page.viewModel.outputPreviewMaxCharactersRange
             step: 100
             onPicked: value => page.viewModel.outputPreviewMaxCharacters = value
         }

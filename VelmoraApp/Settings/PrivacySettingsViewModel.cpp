@@ -4,6 +4,14 @@
 
 namespace velmora {
 
+namespace {
+
+QVariantMap valuesOf(const IntegerRange& range) {
+  return {{"minimum", static_cast<int>(range.minimum)}, {"maximum", static_cast<int>(range.maximum)}};
+}
+
+}  // namespace
+
 PrivacySettingsViewModel::PrivacySettingsViewModel(AppModel& model)
     : model_(model), draft_(model.settings()), clearing_(model) {
   connect(&model_, &AppModel::settingsChanged, this, [this] {
@@ -20,6 +28,18 @@ void PrivacySettingsViewModel::setPersistentHistoryEnabled(bool enabled) {
 
 void PrivacySettingsViewModel::setDeleteOnAppExit(bool deletes) {
   change(&PrivacyRetentionSettings::deleteOnAppExit, deletes);
+}
+
+QVariantMap PrivacySettingsViewModel::retentionDaysRange() {
+  return valuesOf(PrivacyRetentionSettings::retentionDaysRange);
+}
+
+QVariantMap PrivacySettingsViewModel::maximumRecordCountRange() {
+  return valuesOf(PrivacyRetentionSettings::maximumRecordCountRange);
+}
+
+QVariantMap PrivacySettingsViewModel::outputPreviewMaxCharactersRange() {
+  return valuesOf(PrivacyRetentionSettings::outputPreviewMaxCharactersRange);
 }
 
 void PrivacySettingsViewModel::setRetentionDays(int days) {
@@ -81,7 +101,7 @@ void PrivacySettingsViewModel::changeStored(bool PrivacyRetentionSettings::*flag
                                             StorageWarning warning) {
   if (!store || draft_.*flag) return change(flag, store);
   setWarning(warning);
-  Q_EMIT draftChanged();  // the switch is back at off until the person has answered
+  Q_EMIT draftChanged();  // the switch is back at off until the user has answered
 }
 
 void PrivacySettingsViewModel::setWarning(std::optional<StorageWarning> warning) {

@@ -6,6 +6,7 @@
 
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
+#include <QtCore/QVariantMap>
 #include <optional>
 #include <type_traits>
 
@@ -14,26 +15,10 @@
 
 namespace velmora {
 
-/// What a number of the settings may be, for QML.
-class NumberRange {
-  Q_GADGET
-  QML_VALUE_TYPE(numberRange)
-  Q_PROPERTY(int minimum MEMBER minimum CONSTANT)
-  Q_PROPERTY(int maximum MEMBER maximum CONSTANT)
-
- public:
-  NumberRange() = default;
-  explicit NumberRange(const IntegerRange& range)
-      : minimum(static_cast<int>(range.minimum)), maximum(static_cast<int>(range.maximum)) {}
-
-  int minimum = 0;
-  int maximum = 0;
-};
-
 /// What the user is warned of before it is stored.
 enum class StorageWarning { command, output };
 
-/// For the main thread. Shows the draft: what the person chose, also when it could not be saved.
+/// For the main thread. Shows the draft: what the user chose, even if it could not be saved.
 class PrivacySettingsViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -41,16 +26,15 @@ class PrivacySettingsViewModel : public QObject {
   Q_PROPERTY(bool persistentHistoryEnabled READ persistentHistoryEnabled WRITE setPersistentHistoryEnabled
                  NOTIFY draftChanged)
   Q_PROPERTY(bool deleteOnAppExit READ deleteOnAppExit WRITE setDeleteOnAppExit NOTIFY draftChanged)
+  Q_PROPERTY(QVariantMap retentionDaysRange READ retentionDaysRange CONSTANT)
+  Q_PROPERTY(QVariantMap maximumRecordCountRange READ maximumRecordCountRange CONSTANT)
+  Q_PROPERTY(QVariantMap outputPreviewMaxCharactersRange READ outputPreviewMaxCharactersRange CONSTANT)
   Q_PROPERTY(int retentionDays READ retentionDays WRITE setRetentionDays NOTIFY draftChanged)
   Q_PROPERTY(int maximumRecordCount READ maximumRecordCount WRITE setMaximumRecordCount NOTIFY draftChanged)
   Q_PROPERTY(bool storeCommandBody READ storeCommandBody WRITE setStoreCommandBody NOTIFY draftChanged)
   Q_PROPERTY(bool storeOutputPreview READ storeOutputPreview WRITE setStoreOutputPreview NOTIFY draftChanged)
   Q_PROPERTY(int outputPreviewMaxCharacters READ outputPreviewMaxCharacters WRITE
                  setOutputPreviewMaxCharacters NOTIFY draftChanged)
-  Q_PROPERTY(velmora::NumberRange retentionDaysRange READ retentionDaysRange CONSTANT)
-  Q_PROPERTY(velmora::NumberRange maximumRecordCountRange READ maximumRecordCountRange CONSTANT)
-  Q_PROPERTY(
-      velmora::NumberRange outputPreviewMaxCharactersRange READ outputPreviewMaxCharactersRange CONSTANT)
   Q_PROPERTY(bool allowBusySessionInput READ allowBusySessionInput WRITE setAllowBusySessionInput NOTIFY
                  draftChanged)
   Q_PROPERTY(int sessionPolicyIndex READ sessionPolicyIndex WRITE setSessionPolicyIndex NOTIFY draftChanged)
@@ -66,6 +50,10 @@ class PrivacySettingsViewModel : public QObject {
   void setPersistentHistoryEnabled(bool enabled);
   bool deleteOnAppExit() const { return draft_.deleteOnAppExit; }
   void setDeleteOnAppExit(bool deletes);
+  // Each {minimum, maximum}, both inclusive.
+  static QVariantMap retentionDaysRange();
+  static QVariantMap maximumRecordCountRange();
+  static QVariantMap outputPreviewMaxCharactersRange();
   int retentionDays() const { return static_cast<int>(draft_.retentionDays); }
   void setRetentionDays(int days);
   int maximumRecordCount() const { return static_cast<int>(draft_.maximumRecordCount); }
@@ -76,13 +64,6 @@ class PrivacySettingsViewModel : public QObject {
   void setStoreOutputPreview(bool store);  ///< Turning it on only asks.
   int outputPreviewMaxCharacters() const { return static_cast<int>(draft_.outputPreviewMaxCharacters); }
   void setOutputPreviewMaxCharacters(int characters);
-  NumberRange retentionDaysRange() const { return NumberRange(PrivacyRetentionSettings::retentionDaysRange); }
-  NumberRange maximumRecordCountRange() const {
-    return NumberRange(PrivacyRetentionSettings::maximumRecordCountRange);
-  }
-  NumberRange outputPreviewMaxCharactersRange() const {
-    return NumberRange(PrivacyRetentionSettings::outputPreviewMaxCharactersRange);
-  }
   bool allowBusySessionInput() const { return draft_.allowBusySessionInput; }
   void setAllowBusySessionInput(bool allow);
   int sessionPolicyIndex() const { return static_cast<int>(draft_.sessionPolicy); }

@@ -1,4 +1,4 @@
-// The session policies as the person reads them.
+// The session policies as the user reads them.
 #pragma once
 
 #include <QtCore/QStringList>

@@ -10,8 +10,8 @@ RowLayout {
     // The number as it reads, with its unit: a function of the number.
     required property var valueText
     required property int value
-    required property int from
-    required property int to
+    // {minimum, maximum}, both inclusive.
+    required property var range
     property int step: 1
 
     signal picked(int value)
@@ -28,8 +28,8 @@ RowLayout {
         id: spinBox
         objectName: row.objectName + "Stepper"
         Layout.minimumWidth: Theme.widePickerWidth
-        from: row.from
-        to: row.to
+        from: row.range.minimum
+        to: row.range.maximum
         stepSize: row.step
         value: row.value
         textFromValue: value => row.valueText(value)

@@ -19,8 +19,8 @@ class MainWindow {
   explicit MainWindow(ViewModels& viewModels) : viewModels_(viewModels) {}
   ~MainWindow();
 
-  /// Brings the window forward. `activationToken` is the desktop's leave to do so, where it gives one. Throws
-  /// std::runtime_error when the window cannot be made.
+  /// Brings the window forward. `activationToken` is the desktop's permission to do so, if there is one.
+  /// Throws std::runtime_error when the window cannot be made.
   void show(const QByteArray& activationToken = {});
 
   /// Nothing before the first `show`.

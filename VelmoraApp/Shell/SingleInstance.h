@@ -9,18 +9,20 @@
 
 namespace velmora {
 
-/// For the main thread. The first in a directory holds a lock there until it ends, however it ends.
+/// For the main thread. The first one in a directory holds a lock there until its process ends, however it
+/// ends.
 class SingleInstance : public QObject {
   Q_OBJECT
 
  public:
-  /// `directory` must exist and belong to the user alone. Where no lock can be had every start is a first.
+  /// `directory` must exist and belong to the user alone. If no lock can be had, every start counts as the
+  /// first.
   explicit SingleInstance(const std::filesystem::path& directory);
 
   bool isFirst() const { return isFirst_; }
 
-  /// Asks the first one to come forward, with the desktop's leave for it where there is one; false when it
-  /// does not answer.
+  /// Asks the first one to come forward, with the desktop's permission if there is one; false when it does
+  /// not answer.
   bool wakeFirst(const QByteArray& activationToken) const;
 
  Q_SIGNALS:

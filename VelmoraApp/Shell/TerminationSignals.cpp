@@ -10,7 +10,7 @@ namespace velmora {
 
 namespace {
 
-// A handler reaches nothing but what stands still: the pipe's ends live as long as the process.
+// A signal handler may only touch what never goes away: the pipe lives as long as the process.
 Pipe& signalPipe() {
   static auto pipe = openPipe();
   return pipe;
@@ -32,7 +32,7 @@ TerminationSignals::TerminationSignals() : notifier_(signalPipe().read.get(), QS
     if (::read(signalPipe().read.get(), &byte, 1) == 1) Q_EMIT received();
   });
   std::signal(SIGPIPE, SIG_IGN);
-  // Whoever started this may ignore it, and then the system would not keep a child's exit status.
+  // If our parent ignored it, so would we, and the system would not keep a child's exit status.
   std::signal(SIGCHLD, SIG_DFL);
   std::signal(SIGINT, handle);
   std::signal(SIGTERM, handle);

@@ -6,13 +6,13 @@
 
 namespace velmora {
 
-/// One a process, for the main thread, before other threads start. Also gives SIGPIPE and SIGCHLD the
-/// dispositions that the bridge needs.
+/// One per process, made on the main thread before other threads start. Also sets SIGPIPE and SIGCHLD to what
+/// the bridge needs.
 class TerminationSignals : public QObject {
   Q_OBJECT
 
  public:
-  /// Throws std::system_error when the system has no pipe to give.
+  /// Throws std::system_error when no pipe can be made.
   TerminationSignals();
 
  Q_SIGNALS:

@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// For the main thread. Make it only once a tray is there: Qt looks for one at the first use and never again.
+/// For the main thread. Make it only once there is a tray: Qt looks for one at first use and never again.
 class VelmoraMenuBar : public QObject {
   Q_OBJECT
 
@@ -19,7 +19,7 @@ class VelmoraMenuBar : public QObject {
 
   const QMenu& menu() const { return menu_; }
 
-  /// Shows a sentence for a moment, as the desktop does it.
+  /// Shows a sentence as a desktop notification.
   void tell(const QString& sentence) { icon_.showMessage("Velmora", sentence, icon_.icon()); }
 
  Q_SIGNALS:

@@ -8,7 +8,7 @@ Rectangle {
     property alias symbol: icon.symbol
     property alias text: label.text
     property color meaning: Theme.caution
-    // Whether the person may put it away.
+    // Whether the user may put it away.
     property bool dismissible: false
 
     signal dismissed

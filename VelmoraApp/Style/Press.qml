@@ -1,8 +1,8 @@
 import QtQuick
 
 // What presses a control besides the mouse: its keys and assistive technology. A key that is held down acts once. The
-// control forwards its keys here (Keys.forwardTo); Qt itself handles Space, and tells no handler what assistive technology
-// did.
+// control forwards its keys here (Keys.forwardTo); Qt handles Space by itself, but emits nothing when
+// assistive technology presses.
 Item {
     id: press
 

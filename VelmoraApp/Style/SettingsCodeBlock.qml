@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Layouts
 
-// A text to be copied as it stands: read-only, in the fixed font. It can be selected by mouse and keyboard.
+// A text to copy: read-only, in the fixed-width font. Mouse and keyboard can select it.
 Rectangle {
     id: block
 

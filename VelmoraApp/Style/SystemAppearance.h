@@ -1,4 +1,4 @@
-// What the style takes over from the system.
+// What the style takes from the system.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

@@ -235,7 +235,7 @@ TEST_F(PackageKitUpdaterTest, AnAutomaticCheckTellsOnceOfEachVersion) {
   QSignalSpy told(updater.get(), &PlatformUpdater::updateFound);
   updater->checkForUpdates();
   finishCheck();
-  EXPECT_EQ(told.count(), 0);  // the person sees the answer
+  EXPECT_EQ(told.count(), 0);  // the user sees the answer
   updater->setAutomaticallyChecksForUpdates(true);
   waitFor([&] { return told.count() == 1; });
   EXPECT_TRUE(told.at(0).at(0).toString().startsWith("Version 0.2.0-1 is available."));

@@ -1,4 +1,4 @@
-"""The whole application as a person has it: the real program in a real window, a real tmux server, and a client that
+"""The whole application as a user has it: the real program in a real window, a real tmux server, and a client that
 calls through the helper meanwhile. Run it under a display and a session bus of its own:
 xvfb-run -a dbus-run-session -- /usr/bin/python3 app_test.py FOLDER_OF_THE_PROGRAMS"""
 
@@ -139,7 +139,7 @@ def with_a_tray(desktop):
 
 
 def move_the_login_item(desktop):
-    """Leaves an entry as an earlier copy of the program wrote it, with a key that the person added."""
+    """Leaves an entry as an earlier copy of the program wrote it, with a key that the user added."""
     entry = pathlib.Path(desktop.home, "config/autostart/app.velmora.Velmora.desktop")
     entry.parent.mkdir(parents=True, exist_ok=True)
     lines = ["[Desktop Entry]", "Type=Application", "Name=Velmora", "Exec=/gone/velmora-app", "X-Own=kept", ""]
@@ -154,7 +154,7 @@ def without_a_tray(desktop):
     app = desktop.start()
     window = AccessibleWindow("Velmora")
     check("the login item follows the program", f"Exec={programs / 'velmora-app'}\n" in entry.read_text())
-    check("and keeps what the person added", "X-Own=kept\n" in entry.read_text())
+    check("and keeps what the user added", "X-Own=kept\n" in entry.read_text())
     client = HelperClient(programs / "velmora", desktop.environment)
     session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
     client.call("terminal_send_command", sessionId=session, command="echo kept")

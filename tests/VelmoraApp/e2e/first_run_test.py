@@ -1,4 +1,4 @@
-"""The first start of the application as a person has it: the introduction, what it stores and when, and that it does
+"""The first start of the application as a user has it: the introduction, what it stores and when, and that it does
 not come again. Run it under a display and a session bus of its own:
 xvfb-run -a dbus-run-session -- /usr/bin/python3 first_run_test.py FOLDER_OF_THE_PROGRAMS"""
 

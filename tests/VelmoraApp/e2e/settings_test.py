@@ -1,4 +1,4 @@
-"""The settings as a person changes them: each control by the accessibility bus, and what each leaves in the settings
+"""The settings as a user changes them: each control by the accessibility bus, and what each leaves in the settings
 file, the user's defaults and the autostart folder. Run it under a display and a session bus of its own:
 xvfb-run -a dbus-run-session -- /usr/bin/python3 settings_test.py FOLDER_OF_THE_PROGRAMS"""
 

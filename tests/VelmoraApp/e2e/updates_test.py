@@ -1,4 +1,4 @@
-"""Updates as a person meets them: a check that nobody asked for, and one by the button. Run it under a display and a
+"""Updates as a user meets them: a check that nobody asked for, and one by the button. Run it under a display and a
 session bus of its own:
 xvfb-run -a dbus-run-session -- /usr/bin/python3 updates_test.py FOLDER_OF_THE_PROGRAMS"""
 
