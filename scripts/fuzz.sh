@@ -42,7 +42,9 @@ plant_files() {
 plant() {
   local target
   rm -rf "$seeds"
-  for target in "${targets[@]}"; do mkdir -p "$seeds/$target" "$work/$target" "$findings/$target" "fuzzers/corpus/$target"; done
+  for target in "${targets[@]}"; do
+    mkdir -p "$seeds/$target" "$work/$target" "$findings/$target" "fuzzers/corpus/$target"
+  done
   if [ -d "$seeds/McpFuzzer" ]; then plant_messages; fi
   plant_files JsonFuzzer tests/data/{records,requests,responses,stores}/*.json
   plant_files FrameFuzzer tests/data/requests/*.json tests/data/local-control/*.frame
@@ -114,7 +116,8 @@ for index in "${!targets[@]}"; do
   executions=$(sed -n 's/^stat::number_of_executed_units: //p' "$log" | tail -n 1)
   coverage=$(sed -nE 's/.* cov: ([0-9]+) .*/\1/p' "$log" | tail -n 1)
   count=$(find "$findings/$target" -type f | wc -l)
-  printf '%-20s %14s %10s %10s %9s\n' "$target" "${executions:-?}" "${coverage:-?}" "$(find "fuzzers/corpus/$target" -type f | wc -l)" "$count"
+  kept=$(find "fuzzers/corpus/$target" -type f | wc -l)
+  printf '%-20s %14s %10s %10s %9s\n' "$target" "${executions:-?}" "${coverage:-?}" "$kept" "$count"
   if [ "$status" = 0 ] && [ "$count" = 0 ] && [ "${executions:-0}" -gt 0 ]; then
     passed=$((passed + 1))
   else

@@ -15,13 +15,17 @@ VELMORA_BIN=$(realpath "$VELMORA_BIN")
 export VELMORA_BIN
 unset TMUX
 
-# In namespaces of its own, where the system allows it, it may mount small disks and nothing outlives it.
-rooms=(unshare --mount --pid --fork --kill-child --mount-proc)
-if [ "$(id -u)" != 0 ]; then rooms+=(--user --map-root-user); fi
-if ! "${rooms[@]}" true 2>/dev/null; then
+# In namespaces of its own, where the system allows it, it may mount small disks, sees no bridge but its own, and nothing
+# outlives it.
+room=(unshare --mount --pid --fork --kill-child --mount-proc)
+if [ "$(id -u)" != 0 ]; then room+=(--user --map-root-user); fi
+if "${room[@]}" true 2>/dev/null; then
+  # shellcheck disable=SC2016 # for the inner shell
+  room+=(sh -c 'mount -t tmpfs none /run/user; exec "$@"' sh)
+else
   echo 'NOTE  no namespaces here: what needs a disk of its own is left out' >&2
-  rooms=()
+  room=()
 fi
 # The last resort: a run may be late by a minute and no more.
 exec timeout --foreground --signal=KILL $((seconds + 60)) \
-  ${rooms[@]+"${rooms[@]}"} /usr/bin/python3 -B tests/soak/run.py "$seconds" "$@"
+  ${room[@]+"${room[@]}"} /usr/bin/python3 -B tests/soak/run.py "$seconds" "$@"

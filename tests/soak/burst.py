@@ -4,7 +4,8 @@ import subprocess
 import time
 from concurrent.futures import ThreadPoolExecutor
 
-from laboratory import PROGRAMS, Laboratory, counted, outcome, sentence
+from clients import counted, outcome, sentence
+from laboratory import PROGRAMS, Laboratory
 
 
 def seen_of(answers):

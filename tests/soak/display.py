@@ -5,7 +5,8 @@ import signal
 import subprocess
 import time
 
-from laboratory import KEPT_HISTORY, PROGRAMS, Gone, Laboratory, NoAnswer, counted, eventually, outcome
+from clients import Gone, NoAnswer, counted, eventually, outcome
+from laboratory import KEPT_HISTORY, PROGRAMS, Laboratory
 
 WORDS = "the application's display is lost with calls under way"
 

@@ -4,7 +4,8 @@ import os
 import resource
 import time
 
-from laboratory import Laboratory, SocketClient, eventually
+from clients import SocketClient, eventually
+from laboratory import Laboratory
 
 
 def run(seconds, report):

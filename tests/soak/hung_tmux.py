@@ -6,7 +6,8 @@ import signal
 import subprocess
 import time
 
-from laboratory import Gone, Laboratory, NoAnswer, counted, eventually, outcome, sentence
+from clients import Gone, NoAnswer, counted, eventually, outcome, sentence
+from laboratory import Laboratory
 
 PROMPT = 6.5
 NEVER_BEGUN_IS_KNOWN = re.compile(r"unknown|may have", re.IGNORECASE)

@@ -9,7 +9,8 @@ import random
 import signal
 import time
 
-from laboratory import KEPT_HISTORY, Gone, Laboratory, eventually, outcome
+from clients import Gone, eventually, outcome
+from laboratory import KEPT_HISTORY, Laboratory
 
 KILLS = 200
 

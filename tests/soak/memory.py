@@ -4,7 +4,8 @@ import time
 import uuid
 from concurrent.futures import ThreadPoolExecutor
 
-from laboratory import Laboratory, descriptors, eventually, resident_megabytes
+from clients import eventually
+from laboratory import Laboratory, descriptors, resident_megabytes
 
 CONNECTIONS = 64
 MEGABYTES = 20

@@ -4,7 +4,8 @@ import random
 import threading
 import time
 
-from laboratory import Laboratory, Person, counted, eventually, outcome, sentence
+from clients import Person, counted, eventually, outcome, sentence
+from laboratory import Laboratory
 
 SENDS = 500
 SHELLS = ("/bin/bash", "/usr/bin/zsh", "/usr/bin/fish")

@@ -6,7 +6,8 @@ import shutil
 import subprocess
 import time
 
-from laboratory import PROGRAMS, KEPT_HISTORY, Laboratory, eventually
+from clients import eventually
+from laboratory import KEPT_HISTORY, PROGRAMS, Laboratory
 
 PROMPT = 5
 

@@ -8,7 +8,8 @@ import signal
 import socket
 import subprocess
 
-from laboratory import KEPT_HISTORY, SETTINGS, Laboratory, eventually
+from clients import eventually
+from laboratory import KEPT_HISTORY, SETTINGS, Laboratory
 
 PROMPT = 5
 
@@ -87,7 +88,8 @@ def other_bridges(report):
         except BlockingIOError:
             pass  # the queue is full
         seen, second = start(laboratory)
-        report.check("behind a stopped bridge with a full queue a second one refuses promptly", seen == "refuses", f"it {seen}")
+        report.check("behind a stopped bridge with a full queue a second one refuses promptly", seen == "refuses",
+                     f"it {seen}")
         if seen == "hangs":
             second.kill()
         for knock in knocks:

@@ -4,7 +4,8 @@ import os
 import signal
 import time
 
-from laboratory import Laboratory, eventually, outcome, sentence
+from clients import eventually, outcome, sentence
+from laboratory import Laboratory
 
 
 def failing_listing(report):
@@ -54,8 +55,8 @@ def focus_without_terminal(report):
         report.check("focus without an attached terminal says so", not answer["ok"] or "attach" in said,
                      f"{outcome(answer)}, warnings: {said or 'none'}")
         active = laboratory.call("terminal_get_active_session")
-        report.check("what was focused is the active session", active["ok"] and active["data"]["session"]["sessionId"] == id,
-                     outcome(active))
+        same = active["ok"] and active["data"]["session"]["sessionId"] == id
+        report.check("what was focused is the active session", same, outcome(active))
 
 
 def own_windows(report):
@@ -64,7 +65,8 @@ def own_windows(report):
         laboratory.start_bridge()
         made = laboratory.call("terminal_create_session", kind="window")
         names = laboratory.tmux("list-sessions", "-F", "#{session_name}").split()
-        report.check("a window that the bridge opens is named after it", any("velmora" in name for name in names), f"{names}")
+        report.check("a window that the bridge opens is named after it", any("velmora" in name for name in names),
+                     f"{names}")
         laboratory.stop_bridge()
         laboratory.start_bridge()
         tty = made["data"]["session"]["tty"]
