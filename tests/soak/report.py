@@ -8,6 +8,7 @@ class Report:
 
     def check(self, claim, holds, seen=""):
         """`seen`: the figures behind a claim that holds, or what was seen instead."""
+        seen = " ".join(str(seen).split())
         if holds:
             self.passed += 1
             print(f"OK    {claim}" + (f" ({seen})" if seen else ""), flush=True)
