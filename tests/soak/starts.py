@@ -61,7 +61,11 @@ def odd_folders(report):
                 shutil.chown(path, 65534, 65534)
             options = {"user": 65534, "group": 65534, "extra_groups": []}
         laboratory.errors.touch()
-        seen, _ = start(laboratory, **options)
+        try:
+            seen, _ = start(laboratory, **options)
+        except PermissionError:
+            report.note("its own folder has mode 000: not tried, because another user may not run the programs")
+            return
         report.check("its own folder has mode 000: the bridge mends it and serves", seen == "serves",
                      f"it {seen}: {laboratory.said().strip()[-120:]}")
 
