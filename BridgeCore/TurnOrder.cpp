@@ -1,3 +1,4 @@
+// A file of its own although short: whoever waits for a turn need not read how.
 #include "BridgeCore/TurnOrder.h"
 
 namespace velmora {

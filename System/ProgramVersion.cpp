@@ -1,3 +1,4 @@
+// A file of its own although short: what a version says has nothing to do with where its program is.
 #include "System/ProgramVersion.h"
 
 #include <charconv>

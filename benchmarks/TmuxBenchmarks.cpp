@@ -16,7 +16,7 @@
 #include <thread>
 #include <vector>
 
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
 #include "TerminalAutomation/Tmux/TmuxTerminal.h"
 #include "benchmarks/SideBySide.h"

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "TerminalAutomation/Tmux/Direct/TmuxSocketTransport.h"
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "TerminalAutomation/Tmux/TmuxRows.h"
 #include "benchmarks/SideBySide.h"
 

@@ -158,11 +158,9 @@ StructuredError inputOff() {
 }
 
 StructuredError busy() {
-  return make(
-      ErrorCode::sessionBusy, "The terminal session is busy: a program is running in the tmux pane.",
-      /*retryable=*/true,
-      "Wait for the program to finish and retry, or enable busy session input in Velmora settings only when "
-      "you intend to send input to it.");
+  // The core has words of its own for this.
+  return make(ErrorCode::sessionBusy, "A program is running in the tmux pane.", /*retryable=*/true,
+              "Wait for it to finish, then retry.");
 }
 
 StructuredError textHasNul() {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "TerminalAutomation/TerminalOperations.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "TerminalAutomation/Tmux/PaneDirectory.h"
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
 #include "TerminalAutomation/Tmux/TmuxTerminal.h"
 
@@ -18,7 +18,7 @@ namespace velmora {
 
 /// Thread-safe. Throws StructuredErrors in tmux's words. What acts on one tab goes straight to the pane that
 /// the last listing showed under that address, in one invocation; the server itself checks that it still is
-/// that pane (TmuxDelivery). An address that no listing gave is stale.
+/// that pane (PaneCommands). An address that no listing gave is stale.
 class TmuxOperations final : public TerminalOperations {
  public:
   TmuxOperations(TmuxOptions options, TmuxParts parts);

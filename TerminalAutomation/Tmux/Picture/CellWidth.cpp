@@ -1,3 +1,4 @@
+// A file of its own although short: the only one of the picture that asks ICU.
 #include "TerminalAutomation/Tmux/Picture/CellWidth.h"
 
 #include <unicode/uchar.h>

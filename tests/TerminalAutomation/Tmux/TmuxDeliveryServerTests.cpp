@@ -1,4 +1,4 @@
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 
 namespace velmora {

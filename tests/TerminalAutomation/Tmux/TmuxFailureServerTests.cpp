@@ -3,7 +3,7 @@
 
 #include <sstream>
 
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TerminalAutomation/Tmux/Direct/DirectCommands.h"
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "tests/TerminalAutomation/Tmux/ScriptedTmux.h"
 
 namespace velmora {

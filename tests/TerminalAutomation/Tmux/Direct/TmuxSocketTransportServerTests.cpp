@@ -2,7 +2,7 @@
 #include <atomic>
 #include <random>
 
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "tests/TerminalAutomation/Tmux/Direct/RawTmux.h"
 #include "tests/TerminalAutomation/Tmux/Direct/VersionedTmux.h"
 

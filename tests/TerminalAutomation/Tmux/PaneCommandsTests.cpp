@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "TerminalAutomation/Tmux/TmuxDelivery.h"
+#include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "tests/TerminalAutomation/Tmux/ScriptedTmux.h"
 
 namespace velmora {
@@ -13,7 +13,7 @@ const std::string samePane =
     "#{&&:#{==:#{start_time},1700000000},#{==:#{pid},100}}}}}";
 const std::string guard = "#{?pane_dead,0,#{?pane_input_off,0," + samePane + "}}";
 
-TEST(TmuxDelivery, TypesTextThenAReturnUnderTheGuard) {
+TEST(PaneCommands, TypesTextThenAReturnUnderTheGuard) {
   const PaneCommand command = typeText(samplePane(3, 2), "text;", "b");
   EXPECT_EQ(command.standardInput, "text;");
   EXPECT_EQ(command.arguments,
@@ -24,7 +24,7 @@ TEST(TmuxDelivery, TypesTextThenAReturnUnderTheGuard) {
                 "delete-buffer -b b ; delete-buffer -b br ; display-message -p STALE"}));
 }
 
-TEST(TmuxDelivery, NeverPutsTheTextIntoTheArguments) {
+TEST(PaneCommands, NeverPutsTheTextIntoTheArguments) {
   for (const PaneCommand& command :
        {typeText(samplePane(3, 2), "secret", "b"), typeText(samplePane(3, 2), "secret\033[201~", "b")}) {
     for (const std::string& argument : command.arguments) {
@@ -33,7 +33,7 @@ TEST(TmuxDelivery, NeverPutsTheTextIntoTheArguments) {
   }
 }
 
-TEST(TmuxDelivery, TypesEmptyTextAsTheReturnAlone) {
+TEST(PaneCommands, TypesEmptyTextAsTheReturnAlone) {
   const PaneCommand command = typeText(samplePane(3, 2), "", "b");
   EXPECT_EQ(command.standardInput, "\r");
   EXPECT_EQ(command.arguments.front(), "load-buffer");
@@ -42,7 +42,7 @@ TEST(TmuxDelivery, TypesEmptyTextAsTheReturnAlone) {
             "copy-mode -q -t %3 ; paste-buffer -d -r -b br -t %3");
 }
 
-TEST(TmuxDelivery, AsksNewServersToLeaveControlCharactersAlone) {
+TEST(PaneCommands, AsksNewServersToLeaveControlCharactersAlone) {
   PaneRow pane = samplePane(3, 2);
   const auto paste = [&pane] {
     const PaneCommand command = typeText(pane, "x", "b");
@@ -56,7 +56,7 @@ TEST(TmuxDelivery, AsksNewServersToLeaveControlCharactersAlone) {
   }
 }
 
-TEST(TmuxDelivery, PressesKeysByNameBehindTheStandardInput) {
+TEST(PaneCommands, PressesKeysByNameBehindTheStandardInput) {
   const PaneCommand command = pressKey(samplePane(3, 2), TerminalKey::pageDown, 50, "b");
   EXPECT_EQ(command.standardInput, "x");
   EXPECT_EQ(command.arguments,
@@ -66,7 +66,7 @@ TEST(TmuxDelivery, PressesKeysByNameBehindTheStandardInput) {
                                       "delete-buffer -b b ; display-message -p STALE"}));
 }
 
-TEST(TmuxDelivery, PastesKeysIntoSynchronizedPanes) {
+TEST(PaneCommands, PastesKeysIntoSynchronizedPanes) {
   PaneRow pane = samplePane(3, 2);
   pane.synchronized = true;
   EXPECT_EQ(pressKey(pane, TerminalKey::upArrow, 2, "b").standardInput, "\033[A\033[A");
@@ -77,7 +77,7 @@ TEST(TmuxDelivery, PastesKeysIntoSynchronizedPanes) {
             "copy-mode -q -t %3 ; paste-buffer -d -r -b b -t %3");
 }
 
-TEST(TmuxDelivery, ReadingSaysWhetherItIsStillTheSamePane) {
+TEST(PaneCommands, ReadingSaysWhetherItIsStillTheSamePane) {
   const std::string verdict = "#{?" + samePane + ",PANE,STALE}";
   const std::vector<std::string> expected{"display-message", "-p", "-t", "%3", verdict, ";",
                                           "capture-pane",    "-p", "-J", "-t", "%3"};
