@@ -5,12 +5,15 @@
 #include <memory>
 
 #include "System/Environment.h"
+#include "System/Log.h"
 #include "TerminalAutomation/TerminalAutomating.h"
 
 namespace velmora {
 
-/// `temporaryDirectory` is where pictures of tabs go. Throws when the adapter cannot be made.
+/// `temporaryDirectory` is where pictures of tabs go; `log` hears of what the adapter had to do without.
+/// Throws when the adapter cannot be made.
 std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment& environment,
-                                                         const std::filesystem::path& temporaryDirectory);
+                                                         const std::filesystem::path& temporaryDirectory,
+                                                         const Log& log);
 
 }  // namespace velmora

@@ -5,8 +5,9 @@
 namespace velmora {
 
 std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment& environment,
-                                                         const std::filesystem::path& temporaryDirectory) {
-  return makeTmuxTerminal({.environment = environment, .temporaryDirectory = temporaryDirectory});
+                                                         const std::filesystem::path& temporaryDirectory,
+                                                         const Log& log) {
+  return makeTmuxTerminal({.environment = environment, .log = log, .temporaryDirectory = temporaryDirectory});
 }
 
 }  // namespace velmora

@@ -7,7 +7,8 @@
 namespace velmora {
 
 std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment& environment,
-                                                         const std::filesystem::path& temporaryDirectory) {
+                                                         const std::filesystem::path& temporaryDirectory,
+                                                         const Log& /*log*/) {
   return std::make_unique<AppleScriptExecutor>(
       AppleScriptParts{.script = systemScriptHost(),
                        .isRunning = mac::isApplicationRunning,

@@ -35,7 +35,7 @@ int serve(const sigset_t& signals, const Environment& environment, const Log& lo
   BridgeHost host({.environment = environment,
                    .makeTerminal =
                        [&](const auto& temporaryDirectory) {
-                         return makePlatformTerminal(environment, temporaryDirectory);
+                         return makePlatformTerminal(environment, temporaryDirectory, log);
                        },
                    .acceptingEnded =
                        [&](const std::string&) {

@@ -13,8 +13,8 @@ AppModelOptions optionsFor(const Environment& environment, const Log& log, const
                            const FirstRunController& firstRun) {
   return {.bridge = {.environment = environment,
                      .makeTerminal =
-                         [environment](const std::filesystem::path& temporaryDirectory) {
-                           return makePlatformTerminal(environment, temporaryDirectory);
+                         [environment, log](const std::filesystem::path& temporaryDirectory) {
+                           return makePlatformTerminal(environment, temporaryDirectory, log);
                          },
                      .log = log},
           .permissionPrompter = desktop.permissionPrompter(),

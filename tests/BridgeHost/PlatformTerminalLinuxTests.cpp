@@ -6,7 +6,7 @@ namespace velmora {
 namespace {
 
 TEST(PlatformTerminal, IsTmux) {
-  EXPECT_EQ(makePlatformTerminal({{"HOME", "/nonexistent"}}, "/nonexistent")->displayName(), "tmux");
+  EXPECT_EQ(makePlatformTerminal({{"HOME", "/nonexistent"}}, "/nonexistent", Log())->displayName(), "tmux");
 }
 
 }  // namespace

@@ -6,7 +6,8 @@ namespace velmora {
 namespace {
 
 TEST(PlatformTerminal, CompilesTheScriptForTerminal) {
-  EXPECT_EQ(makePlatformTerminal({{"HOME", "/nonexistent"}}, "/nonexistent")->displayName(), "Terminal.app");
+  EXPECT_EQ(makePlatformTerminal({{"HOME", "/nonexistent"}}, "/nonexistent", Log())->displayName(),
+            "Terminal.app");
 }
 
 }  // namespace
