@@ -26,6 +26,13 @@ class TmuxFailures : public testing::PrivateTmux {
     return *executor_;
   }
 
+  /// Whose start can be seen.
+  void askByProgram() {
+    TmuxOptions byProgram = options();
+    byProgram.transport = TmuxTransportChoice::program;
+    executor_ = makeTmuxTerminal(byProgram);
+  }
+
   static std::size_t descriptorCount() { return namesIn("/proc/self/fd").size(); }
 
   /// The names of this process's children, zombies among them; a sanitizer's helper is not meant.
@@ -187,6 +194,7 @@ TEST_F(TmuxFailures, ATextWhoseServerHangsIsNeverTypedLater) {
 
 TEST_F(TmuxFailures, AServerThatDiesInMidCallIsReported) {
   startServer();
+  askByProgram();
   const auto tab = onlyTab();
   const pid_t server = serverProcess().value();
   ::kill(server, SIGSTOP);
@@ -201,9 +209,7 @@ TEST_F(TmuxFailures, AServerThatDiesInMidCallIsReported) {
 
 TEST_F(TmuxFailures, DestructionDoesNotWaitForAHungServer) {
   startServer();
-  TmuxOptions byProgram = options();
-  byProgram.transport = TmuxTransportChoice::program;  // whose start can be seen
-  executor_ = makeTmuxTerminal(byProgram);
+  askByProgram();
   onlyTab();
   const pid_t server = serverProcess().value();
   ::kill(server, SIGSTOP);

@@ -27,6 +27,8 @@ class TmuxTwins : public testing::VersionedTmux {
     for (TmuxProcessTransport* const server : {transport_.get(), twin_.get()}) {
       by(*server,
          {"set-option", "-g", "exit-empty", "off", ";", "set-option", "-g", "automatic-rename", "off"});
+      // tmux may have named the window after the shell that came before cat, in one of the two.
+      by(*server, {"rename-window", "-t", "main:0", "cat"});
     }
     atTwin_ = std::make_unique<TmuxDirectClient>(twinSocket_, environment_["TERM"], environment_["HOME"]);
   }
@@ -66,6 +68,9 @@ class TmuxTwins : public testing::VersionedTmux {
     EXPECT_EQ(unified(straight.errorOutput), unified(program.errorOutput)) << words;
     if (program.output.size() < 10'000) {
       EXPECT_EQ(unified(straight.output), unified(program.output)) << words;
+    } else if (program.output.size() < 100'000) {
+      EXPECT_TRUE(unified(straight.output) == unified(program.output))
+          << words << ": " << straight.output.size() << " and " << program.output.size() << " bytes";
     } else {
       EXPECT_TRUE(straight.output == program.output)
           << words << ": " << straight.output.size() << " and " << program.output.size() << " bytes";

@@ -247,13 +247,14 @@ TEST_P(DirectTmux, AServerWithoutSessionsIsSpokenToDirectlyToo) {
 
 TEST_P(DirectTmux, CallsFromManyThreadsDoNotMixUp) {
   startServer();
+  TmuxSocketTransport& transport = direct();
   std::atomic<int> wrong = 0;
   std::vector<std::thread> threads;
   for (int thread = 0; thread < 8; ++thread) {
     threads.emplace_back([&, thread] {
       for (int count = 0; count < 100; ++count) {
         const std::string mark = std::to_string(thread) + " " + std::to_string(count);
-        if (run(direct(), {"display-message", "-p", mark}).output != mark + "\n") ++wrong;
+        if (run(transport, {"display-message", "-p", mark}).output != mark + "\n") ++wrong;
       }
     });
   }
