@@ -1,3 +1,4 @@
+// What only Linux offers for child processes.
 #include <sys/syscall.h>
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// What only macOS offers for child processes.
 #include <fcntl.h>
 #include <sys/event.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// What descriptors need beyond their owner: calls that fail with an exception.
 #include "System/FileDescriptor.h"
 
 #include <fcntl.h>

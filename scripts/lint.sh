@@ -60,6 +60,16 @@ sizes() {
   return 0
 }
 
+# A source file that is hardly more than its frame joins its neighbour, or says in its first line why it stands alone.
+crumbs() {
+  local file
+  for file in $(git ls-files '*.cpp' '*.mm' | grep -vE '^(tests|benchmarks|fuzzers|cmake)/'); do
+    if [ "$(wc -l <"$file")" -lt 25 ] && ! head -n 1 "$file" | grep -q '^// '; then
+      echo "$file: fewer than 25 lines, and the first does not say why"
+    fi
+  done
+}
+
 # Every header compiles alone. The build has shown it already for one whose .cpp file includes it first.
 headersAlone() {
   local flags header unproven=()
@@ -180,6 +190,7 @@ check 'QML (qmllint)' qmlLint
 check 'colours, fonts and sizes stand in the theme' literals
 check 'functions in QML are small' functions
 check 'sizes of files' sizes
+check 'no crumbs' crumbs
 check 'includes point one way' includes
 check 'every test file runs' tests
 check 'no wall clock in unit tests' wallClock

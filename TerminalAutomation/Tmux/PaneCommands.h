@@ -1,6 +1,6 @@
-// The tmux commands that act on one pane or read it, each under a guard that the server itself checks in the same
-// turn: without it a pane that has ended meanwhile could take the whole server down, and one that has moved or
-// started another program would get what was meant for the former.
+// The tmux commands that act on one pane or read it, each under a guard that the server itself checks in the
+// same turn: without it a pane that has ended meanwhile could take the whole server down, and one that has
+// moved or started another program would get what was meant for the former.
 #pragma once
 
 #include <cstdint>

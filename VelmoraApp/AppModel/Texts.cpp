@@ -1,3 +1,4 @@
+// The one text that is more than a conversion: when something happened.
 #include "VelmoraApp/AppModel/Texts.h"
 
 #include <QtCore/QDateTime>

@@ -1,3 +1,4 @@
+// Apart from the header, so that only this file knows Qt Quick Controls and the plug-in.
 #include "VelmoraApp/Style/StyleSetup.h"
 
 #include <QtQml/QQmlEngine>
