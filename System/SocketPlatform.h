@@ -24,6 +24,14 @@ FileDescriptor acceptConnection(int listening);
 /// As `write`, except that a peer that has gone gives EPIPE and never a signal.
 ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count);
 
+/// What a connect(2) that failed with `error` says about the listener's queue of connections.
+enum class ListenerQueue {
+  full,        ///< A moment later there may be room.
+  fullOrGone,  ///< Full, or nobody listens any more: the system uses one number for both.
+  other,       ///< Something else is wrong.
+};
+ListenerQueue listenerQueue(int error);
+
 /// The effective user of the process at the other end.
 std::optional<uid_t> peerUser(int descriptor);
 

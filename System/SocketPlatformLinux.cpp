@@ -2,6 +2,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "System/PrivateFolder.h"
 #include "System/SocketPlatform.h"
 
@@ -28,6 +30,11 @@ std::optional<ucred> peerCredentials(int descriptor) {
 }
 
 }  // namespace
+
+// A non-blocking connect finds the queue full with this number, a socket that nobody serves with another.
+ListenerQueue listenerQueue(int error) {
+  return error == EAGAIN ? ListenerQueue::full : ListenerQueue::other;
+}
 
 std::optional<uid_t> peerUser(int descriptor) {
   const auto credentials = peerCredentials(descriptor);

@@ -45,6 +45,10 @@ ssize_t writeToSocket(int descriptor, const void* bytes, std::size_t count) {
   return ::write(descriptor, bytes, count);
 }
 
+ListenerQueue listenerQueue(int error) {
+  return error == ECONNREFUSED ? ListenerQueue::fullOrGone : ListenerQueue::other;
+}
+
 std::optional<uid_t> peerUser(int descriptor) {
   uid_t user = 0;
   gid_t group = 0;

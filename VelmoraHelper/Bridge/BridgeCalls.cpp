@@ -6,6 +6,7 @@
 #include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketError.h"
+#include "System/SocketPlatform.h"
 #include "VelmoraHelper/Bridge/CallFailure.h"
 
 namespace velmora {
@@ -32,6 +33,18 @@ Fate fateOf(const BridgeConnection& connection, const std::exception_ptr& failur
   }
 }
 
+SocketPlatform::ListenerQueue queueOf(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const UnixSocketError& error) {
+    if (error.kind() == UnixSocketError::Kind::system && error.operation() == "connect")
+      return SocketPlatform::listenerQueue(error.code());
+  } catch (const std::exception&) {
+    // Not a matter of connecting.
+  }
+  return SocketPlatform::ListenerQueue::other;
+}
+
 }  // namespace
 
 BridgeCalls::Id BridgeCalls::start(BridgeRequest request, Done done, SteadyTime now) {
@@ -50,6 +63,7 @@ void BridgeCalls::cancel(Id id) {
 }
 
 void BridgeCalls::advance(SteadyTime now) {
+  if (nextKnock_ && now >= *nextKnock_) nextKnock_.reset();
   while (finishSome(now)) {  // a call that ends may make room for a waiting one
   }
 }
@@ -59,12 +73,11 @@ bool BridgeCalls::finishSome(SteadyTime now) {
   for (auto call = calls_.begin(); call != calls_.end();) {
     std::optional<BridgeAnswer> answer;
     const bool isDue = now >= call->deadline;
-    if (call->connection || (!isDue && mayBegin(*call))) answer = step(*call);
+    if (call->connection || (!isDue && mayBegin(*call))) answer = step(*call, now);
     if (answer && call->connection) {
       kept_ = std::move(call->connection);
     } else if (!answer && isDue) {
-      answer = call->connection ? answerToSilence(call->request, limits_.deadline)
-                                : answerToCrowding(call->request);
+      answer = answerToLateness(*call);
     }
     if (answer) {
       finished.emplace_back(std::move(call->done), std::move(*answer));
@@ -77,7 +90,14 @@ bool BridgeCalls::finishSome(SteadyTime now) {
   return !finished.empty();
 }
 
+BridgeAnswer BridgeCalls::answerToLateness(const Call& call) const {
+  if (call.connection) return answerToSilence(call.request, limits_.deadline);
+  if (!call.crowdedSince) return answerToCrowding(call.request);
+  return answerToFailure(call.request, std::make_exception_ptr(UnixSocketError::system("connect", EAGAIN)));
+}
+
 bool BridgeCalls::mayBegin(const Call& call) const {
+  if (nextKnock_) return false;
   std::size_t running = 0;
   for (const auto& other : calls_) {
     if (&other == &call) break;
@@ -96,7 +116,7 @@ void BridgeCalls::begin(Call& call) {
 }
 
 // The answer, or nothing while it is still to come.
-std::optional<BridgeAnswer> BridgeCalls::step(Call& call) {
+std::optional<BridgeAnswer> BridgeCalls::step(Call& call, SteadyTime now) {
   try {
     if (!call.connection) begin(call);
     const auto frame = call.connection->advance();
@@ -107,19 +127,33 @@ std::optional<BridgeAnswer> BridgeCalls::step(Call& call) {
     }
     return explained(call.request, std::move(answer));
   } catch (const std::exception&) {
-    return recover(call, std::current_exception());
+    return recover(call, std::current_exception(), now);
   }
 }
 
 // The application may have ended since the previous call, just as this one was sent on the same connection.
 // Send it again if that cannot make it take effect twice.
-std::optional<BridgeAnswer> BridgeCalls::recover(Call& call, std::exception_ptr failure) {
+std::optional<BridgeAnswer> BridgeCalls::recover(Call& call, std::exception_ptr failure, SteadyTime now) {
+  if (!call.connection && knocksAgain(call, failure, now)) return std::nullopt;
   const auto fate = call.connection && call.isSecondUse ? fateOf(*call.connection, failure) : Fate::settled;
   call.connection.reset();
   const bool mayRepeat =
       fate == Fate::notSent || (fate == Fate::unknown && !toolTraits(call.request.tool).changesTerminal);
   if (!mayRepeat) return answerToFailure(call.request, std::move(failure));
-  return step(call);
+  return step(call, now);
+}
+
+// One call knocks at a time: it keeps its place, and the others wait behind it.
+bool BridgeCalls::knocksAgain(Call& call, const std::exception_ptr& failure, SteadyTime now) {
+  const auto queue = queueOf(failure);
+  if (queue == SocketPlatform::ListenerQueue::other) return false;
+  if (!call.crowdedSince) call.crowdedSince = now;
+  if (queue == SocketPlatform::ListenerQueue::fullOrGone &&
+      now - *call.crowdedSince >= limits_.knockWhenUnsure) {
+    return false;
+  }
+  nextKnock_ = now + limits_.knockAgain;
+  return true;
 }
 
 std::vector<BridgeCalls::Awaited> BridgeCalls::awaited() const {
@@ -131,7 +165,7 @@ std::vector<BridgeCalls::Awaited> BridgeCalls::awaited() const {
 }
 
 std::optional<SteadyTime> BridgeCalls::nextDeadline() const {
-  std::optional<SteadyTime> next;
+  std::optional<SteadyTime> next = nextKnock_;
   for (const auto& call : calls_) {
     if (!next || call.deadline < *next) next = call.deadline;
   }

@@ -19,9 +19,9 @@ namespace velmora {
 using SteadyTime = std::chrono::steady_clock::time_point;
 
 /// Runs every call on a connection of its own and never blocks: its owner waits for the descriptors and then
-/// calls `advance`. One connection is kept open between calls. Calls that change the same session run one
-/// after another in the order in which they were started; all others may overtake each other. Not
-/// thread-safe.
+/// calls `advance`. One connection is kept open between calls. The application's queue of connections is
+/// short; a call that finds it full waits for its turn. Calls that change the same session run one after
+/// another in the order in which they were started; all others may overtake each other. Not thread-safe.
 class BridgeCalls {
  public:
   using Id = std::uint64_t;
@@ -31,10 +31,14 @@ class BridgeCalls {
   using Connecting = std::function<UnixSocketConnection()>;
 
   struct Limits {
-    std::size_t running = 16;   ///< Connections in use at once.
-    std::size_t waiting = 240;  ///< Calls that wait for one; a further call is refused.
+    std::size_t running = 16;    ///< Connections in use at once.
+    std::size_t waiting = 1000;  ///< Calls that wait for one; a further call is refused.
     /// How long a call may take. Clients give up after 60 seconds or more, with a worse message than ours.
     std::chrono::seconds deadline{50};
+    /// How soon to knock again when the application's queue of connections was full.
+    std::chrono::milliseconds knockAgain{5};
+    /// For how long, where the system does not tell a full queue from an application that has ended.
+    std::chrono::seconds knockWhenUnsure{2};
   };
 
   explicit BridgeCalls(Connecting connect) : BridgeCalls(std::move(connect), Limits{}) {}
@@ -70,20 +74,24 @@ class BridgeCalls {
     SteadyTime deadline;
     std::optional<BridgeConnection> connection{};
     bool isSecondUse = false;  // of a connection that was kept
+    std::optional<SteadyTime> crowdedSince{};
   };
   using Calls = std::list<Call>;
 
   bool finishSome(SteadyTime now);
   bool mayBegin(const Call& call) const;
   void begin(Call& call);
-  std::optional<BridgeAnswer> step(Call& call);
-  std::optional<BridgeAnswer> recover(Call& call, std::exception_ptr failure);
+  std::optional<BridgeAnswer> step(Call& call, SteadyTime now);
+  std::optional<BridgeAnswer> recover(Call& call, std::exception_ptr failure, SteadyTime now);
+  bool knocksAgain(Call& call, const std::exception_ptr& failure, SteadyTime now);
+  BridgeAnswer answerToLateness(const Call& call) const;
 
   Connecting connect_;
   Limits limits_;
   Calls calls_{};  // in the order in which they were started
   std::optional<BridgeConnection> kept_{};
   Id lastId_ = 0;
+  std::optional<SteadyTime> nextKnock_{};  // the queue was full; no call connects before this
 };
 
 }  // namespace velmora

@@ -120,6 +120,13 @@ BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer) {
         "Quit Velmora, start the version that this helper belongs to, and restart the client.");
     error->retryable = false;
   }
+  // The history is written after the delivery, so nothing but the record is missing.
+  if (error && error->code == ErrorCode::historyStorageFailed && toolTraits(request.tool).changesTerminal) {
+    error->message = "The input was delivered; only its record could not be saved. " + error->message;
+    error->retryable = false;
+    error->recoverySuggestion =
+        "Do not send it again. Tell the user to check disk space and the permissions of Velmora's data folder.";
+  }
   return answer;
 }
 

@@ -27,6 +27,7 @@ class FakeApplication {
 
   /// What BridgeCalls asks for a connection.
   UnixSocketConnection connect() {
+    if (isCrowded) throw UnixSocketError::system("connect", EAGAIN);
     if (!isRunning) throw UnixSocketError::system("connect", ENOENT);
     int ends[2] = {-1, -1};
     if (::socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0) {
@@ -67,6 +68,7 @@ class FakeApplication {
   void close() { connections.clear(); }
 
   bool isRunning = true;
+  bool isCrowded = false;  ///< Its queue of connections is full.
   int connected = 0;  ///< How many connections were ever made.
   std::list<UnixSocketConnection> connections{};
 };

@@ -1,9 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 
+#include <list>
+
+#include "LocalControl/UnixSocketClient.h"
+#include "LocalControl/UnixSocketServer.h"
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
 #include "tests/VelmoraHelper/BridgeRecords.h"
 #include "tests/VelmoraHelper/FakeApplication.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
 namespace {
@@ -76,6 +82,58 @@ TEST_F(BridgeCallsTest, NeitherStartsNorAnswersACallBeforeItIsAdvanced) {
   EXPECT_EQ(application.connected, 0);
   calls.advance(now);
   EXPECT_EQ(messageOfTheOnlyFailure(), "Velmora is not running.");
+}
+
+TEST_F(BridgeCallsTest, ACallThatFindsTheQueueFullWaitsForItsTurn) {
+  application.isCrowded = true;
+  start(request(ToolName::status));
+  start(request(ToolName::status));
+  calls.advance(now);
+  EXPECT_THAT(done, IsEmpty());
+  EXPECT_EQ(calls.nextDeadline(), now + 5ms);
+  now += 4ms;
+  application.isCrowded = false;
+  calls.advance(now);
+  EXPECT_EQ(application.connected, 0) << "it knocks again after a pause only";
+  now += 1ms;
+  calls.advance(now);
+  EXPECT_EQ(application.receive().size(), 2u);
+}
+
+TEST_F(BridgeCallsTest, ACallThatFindsTheQueueFullToItsDeadlineSaysSo) {
+  application.isCrowded = true;
+  start(request(ToolName::status));
+  for (const auto end = now + 50s; now < end; now += 5ms) calls.advance(now);
+  EXPECT_THAT(done, IsEmpty());
+  calls.advance(now);
+  EXPECT_EQ(messageOfTheOnlyFailure(), "Velmora is running but accepts no more connections.");
+  EXPECT_TRUE(done[0].error->retryable);
+}
+
+TEST_F(BridgeCallsTest, EveryCallOfABurstReachesAListenerWithAShortQueue) {
+  const TemporaryDirectory directory;
+  UnixSocketServer listener(directory / "s");
+  BridgeCalls burst([&] { return UnixSocketClient::connectWithoutBlocking(directory / "s"); });
+  int answered = 0;
+  for (int call = 0; call < 300; ++call) {
+    burst.start(
+        testing::bridgeRequest(request(ToolName::status)),
+        [&](const BridgeAnswer& answer) { answered += testing::recordOf(answer).ok ? 1 : 0; }, now);
+  }
+  std::list<UnixSocketConnection> served;
+  for (int round = 0; answered < 300 && round < 10'000; ++round, now += 5ms) {
+    burst.advance(now);
+    pollfd waiting{.fd = listener.descriptor(), .events = POLLIN, .revents = 0};
+    if (::poll(&waiting, 1, 0) == 1) served.push_back(listener.acceptConnection());
+    for (auto& connection : served) {
+      pollfd asked{.fd = connection.descriptor(), .events = POLLIN, .revents = 0};
+      if (::poll(&asked, 1, 0) != 1 || (asked.revents & POLLHUP) != 0) continue;
+      const auto received = LocalControlCodec::decode<LocalControlRequest>(connection.readFrame());
+      connection.writeFrame(
+          LocalControlCodec::frame(LocalControlResponse{.requestId = received.requestId, .ok = true}));
+    }
+  }
+  EXPECT_EQ(answered, 300);
 }
 
 TEST_F(BridgeCallsTest, RunsCallsSideBySideAndAnswersTheQuickOneFirst) {
