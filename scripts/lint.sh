@@ -131,7 +131,7 @@ tests() {
 
 # Unit tests decide the time themselves. A test of the real clock, a real thread or a real program may wait.
 wallClock() {
-  git grep -nE 'sleep_for|usleep|[^a-zA-Z]sleep\(|system_clock' -- tests ':!tests/TerminalAutomation/Tmux' ':!tests/support' ':!tests/mcp' \
+  git grep -nE 'sleep_for|usleep|[^a-zA-Z]sleep\(|system_clock' -- tests ':!tests/TerminalAutomation/Tmux' ':!tests/support' ':!tests/mcp' ':!tests/macos/script' \
     ':!tests/VelmoraApp/e2e' ':!tests/soak'
   return 0
 }
