@@ -72,7 +72,7 @@ class LocalControlServerTest : public ::testing::Test {
 
   TemporaryDirectory temporary_;
   const std::filesystem::path socket_ = temporary_ / "d" / "control-v1.sock";
-  const testing::LogLines log_;
+  testing::LogLines log_;
   std::promise<std::string> reason_;  // why accepting ended; a second one would throw
   std::optional<LocalControlServer> server_;
 };
