@@ -17,6 +17,8 @@ bool isOneOf(std::string_view text, const std::array<std::string_view, size>& li
 constexpr std::array<std::string_view, 3> plainShells{"sh", "dash", "ash"};
 constexpr std::array<std::string_view, 11> editingShells{"bash", "zsh",  "fish", "ksh",    "ksh93", "mksh",
                                                          "csh",  "tcsh", "nu",   "elvish", "xonsh"};
+/// Those whose questions can be told from their prompt; others edit lines with settings of their own.
+constexpr std::array<std::string_view, 3> knownEditors{"bash", "zsh", "fish"};
 constexpr std::array<std::string_view, 8> optionsWithValue{
     "--rcfile", "--init-file", "--init-command", "-C", "-o", "+o", "-O", "+O"};
 
@@ -45,9 +47,11 @@ bool paneIsBusy(const ProcessTable& processes, pid_t firstProcess, const std::st
   const bool plain = isOneOf(state->name, plainShells);
   if (!plain && state->name != "pwsh" && !isOneOf(state->name, editingShells)) return true;
   if (runsScript(processes.arguments(firstProcess))) return true;
-  // The terminal is asked last, and only when it matters: that costs more than all before.
-  if (plain && !state->running) return false;
-  return processes.collectsLines(tty).value_or(false);
+  // The terminal is asked last: that costs more than all before. One that cannot be asked does not tell.
+  const auto mode = processes.terminalMode(tty);
+  if (plain && !state->running) return mode && mode->hidesLine;
+  if (!mode) return false;
+  return isOneOf(state->name, knownEditors) ? !mode->editsLine : mode->collectsLines;
 }
 
 }  // namespace velmora

@@ -72,14 +72,16 @@ const KeyRow& rowOf(TerminalKey key) {
 
 }  // namespace
 
-PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName) {
+PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName,
+                     PasteForm form) {
   // Return is pasted too: neither a copy mode nor synchronised panes can touch a paste.
   const std::string returnBuffer = bufferName + "r";
   // -r: line feeds stay as they are. -p: as one block when the program asks for that; a text that would end
-  // the block early is typed plainly instead.
+  // the block early is typed plainly in any case.
   std::string flags = " -d -r";
   if (pasteCleans(pane.version)) flags += " -S";
-  const std::string block = text.find("\033[201~") == std::string_view::npos ? " -p" : "";
+  const bool asBlock = form == PasteForm::block && text.find("\033[201~") == std::string_view::npos;
+  const std::string block = asBlock ? " -p" : "";
   const std::string tail = " -t " + target(pane);
   const std::string pasteReturn = "paste-buffer" + flags + " -b " + returnBuffer + tail;
 

@@ -23,10 +23,17 @@ struct PaneCommand {
 inline constexpr std::string_view guardRefused = "STALE";
 inline constexpr std::string_view guardPassed = "PANE";
 
+/// How a text reaches a program that asks for pasted text as a block ("bracketed paste").
+enum class PasteForm {
+  block,  ///< So asked for: several lines are one text, and a shell runs none before the Return.
+  keys,   ///< As if typed: an editor takes them for its commands.
+};
+
 /// Types `text` and a Return. The server asks for the standard input before it does anything, so a client
 /// that is killed while the server hangs leaves nothing behind that would be typed later. `bufferName` must
 /// be new to the server.
-PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName);
+PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName,
+                     PasteForm form = PasteForm::block);
 
 /// Presses `key` `repeatCount` times, under the same conditions.
 PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCount,

@@ -19,6 +19,17 @@ struct ProcessState {
   bool operator==(const ProcessState&) const = default;
 };
 
+/// What a terminal does with what is typed.
+struct TerminalMode {
+  bool collectsLines = false;  ///< It collects whole lines itself (ICANON), which line editors switch off.
+  /// A program edits a line, as at a shell's prompt. A question that a shell asks for one key ("delete all 5
+  /// files?"), and a key that is being quoted, look different.
+  bool editsLine = false;
+  bool hidesLine = false;  ///< It collects a line and does not show it: a program asks for a secret.
+
+  bool operator==(const TerminalMode&) const = default;
+};
+
 /// Implementations are thread-safe and answer "nothing" rather than fail.
 class ProcessTable {
  public:
@@ -29,14 +40,16 @@ class ProcessTable {
   /// Its argument vector; empty when it cannot be read.
   virtual std::vector<std::string> arguments(pid_t process) const = 0;
 
-  /// Whether the terminal collects whole lines itself (ICANON), which line editors switch off.
-  virtual std::optional<bool> collectsLines(const std::string& tty) const = 0;
+  virtual std::optional<TerminalMode> terminalMode(const std::string& tty) const = 0;
+
+  /// How many bytes of a line a terminal keeps that collects it; it drops what is beyond them.
+  virtual std::size_t longestCollectedLine() const = 0;
 };
 
 /// The system's own table.
 std::unique_ptr<ProcessTable> systemProcessTable();
 
 /// The part that the platforms share: asks the terminal itself.
-std::optional<bool> terminalCollectsLines(const std::string& tty);
+std::optional<TerminalMode> systemTerminalMode(const std::string& tty);
 
 }  // namespace velmora

@@ -65,9 +65,13 @@ class ProcFs final : public ProcessTable {
     return result;
   }
 
-  std::optional<bool> collectsLines(const std::string& tty) const override {
-    return terminalCollectsLines(tty);
+  std::optional<TerminalMode> terminalMode(const std::string& tty) const override {
+    return systemTerminalMode(tty);
   }
+
+  std::size_t longestCollectedLine() const override {
+    return 4095;
+  }  // N_TTY_BUF_SIZE in the kernel, less one
 };
 
 }  // namespace

@@ -54,9 +54,13 @@ class LibProc final : public ProcessTable {
     return result;
   }
 
-  std::optional<bool> collectsLines(const std::string& tty) const override {
-    return terminalCollectsLines(tty);
+  std::optional<TerminalMode> terminalMode(const std::string& tty) const override {
+    return systemTerminalMode(tty);
   }
+
+  std::size_t longestCollectedLine() const override {
+    return 1023;
+  }  // MAX_CANON in sys/syslimits.h, less one
 
  private:
   static bool threadRuns(pid_t process) {

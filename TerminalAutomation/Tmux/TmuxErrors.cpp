@@ -163,6 +163,18 @@ StructuredError busy() {
               "Wait for it to finish, then retry.");
 }
 
+StructuredError asksForSecret() {
+  return make(ErrorCode::sessionBusy, "A program is asking for a secret in the tmux pane.",
+              /*retryable=*/true, "Focus the session and let the user type it, then retry.");
+}
+
+StructuredError lineTooLong(std::size_t limit) {
+  return make(ErrorCode::invalidArgument,
+              "A line of the command is longer than the " + std::to_string(limit) +
+                  " bytes that the program in the tmux pane can take; the rest would be cut off.",
+              /*retryable=*/false, "Send it in shorter lines, or write it to a file and run that.");
+}
+
 StructuredError textHasNul() {
   return make(ErrorCode::invalidArgument, "Command must not contain a NUL character.",
               /*retryable=*/false, "Correct the request arguments and try again.");

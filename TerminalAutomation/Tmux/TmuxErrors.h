@@ -33,6 +33,8 @@ StructuredError stale();
 StructuredError dead();
 StructuredError inputOff();
 StructuredError busy();
+StructuredError asksForSecret();
+StructuredError lineTooLong(std::size_t limit);
 StructuredError textHasNul();
 StructuredError badRepeatCount();
 StructuredError sessionEndedAtOnce(bool destroyUnattached);

@@ -82,6 +82,16 @@ PaneScreen parseScreen(std::string_view output) {
           .cursorVisible = numbers[4] != 0};
 }
 
+std::size_t longestLine(std::string_view text) {
+  std::size_t longest = 0;
+  while (true) {
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    longest = std::max(longest, end);
+    if (end == text.size()) return longest;
+    text.remove_prefix(end + 1);
+  }
+}
+
 TmuxOptions completed(TmuxOptions options) {
   if (!options.sleep)
     options.sleep = [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); };
@@ -148,12 +158,16 @@ PaneRow TmuxOperations::paneAt(const TabAddress& tab) const {
   return *std::move(pane);
 }
 
-PaneRow TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy) const {
+TmuxOperations::InputPane TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy) const {
   PaneRow pane = paneAt(tab);
   if (pane.dead) throw tmuxError::dead();
   if (pane.inputOff) throw tmuxError::inputOff();
-  if (!allowBusy && isBusy(pane)) throw tmuxError::busy();
-  return pane;
+  const bool busy = isBusy(pane);
+  if (busy && !allowBusy) throw tmuxError::busy();
+  // Whatever the user allows: an agent's words are no password, and its command must not become one.
+  const auto mode = parts_.processes->terminalMode(pane.tty);
+  if (mode && mode->hidesLine) throw tmuxError::asksForSecret();
+  return {std::move(pane), busy, mode};
 }
 
 bool TmuxOperations::isBusy(const PaneRow& pane) const {
@@ -249,13 +263,21 @@ void TmuxOperations::type(Deadline deadline, PaneCommand command) const {
 void TmuxOperations::sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
                                  Deadline deadline) {
   if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul();
-  type(deadline, typeText(paneForInput(tab, allowBusy), command, newBufferName()));
+  const InputPane pane = paneForInput(tab, allowBusy);
+  if (pane.mode && pane.mode->collectsLines) {
+    const std::size_t limit = parts_.processes->longestCollectedLine();
+    if (longestLine(command) > limit) throw tmuxError::lineTooLong(limit);
+  }
+  // An editor would put a block into its text, where a line is meant as its command.
+  const bool oneLine = command.find_first_of("\r\n") == std::string::npos;
+  const PasteForm form = pane.busy && oneLine ? PasteForm::keys : PasteForm::block;
+  type(deadline, typeText(pane.row, command, newBufferName(), form));
 }
 
 void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
                              Deadline deadline) {
   if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount();
-  type(deadline, pressKey(paneForInput(tab, allowBusy), key, repeatCount, newBufferName()));
+  type(deadline, pressKey(paneForInput(tab, allowBusy).row, key, repeatCount, newBufferName()));
 }
 
 std::string TmuxOperations::read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const {

@@ -49,7 +49,12 @@ class TmuxOperations final : public TerminalOperations {
   std::optional<ArrangedPane> waitForPrompt(Deadline deadline, std::int64_t pane) const;
 
   PaneRow paneAt(const TabAddress& tab) const;
-  PaneRow paneForInput(const TabAddress& tab, bool allowBusy) const;
+  struct InputPane {
+    PaneRow row;
+    bool busy;
+    std::optional<TerminalMode> mode;
+  };
+  InputPane paneForInput(const TabAddress& tab, bool allowBusy) const;
   bool isBusy(const PaneRow& pane) const;
   std::string read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const;
   void type(Deadline deadline, PaneCommand command) const;

@@ -20,7 +20,7 @@ class BusyDetector : public ::testing::Test {
   testing::ScriptedProcesses::State processes_{
       .states = {{shell, {.name = "bash", .group = shell, .foregroundGroup = shell}}},
       .arguments = {},
-      .collectsLines = {{tty, false}}};
+      .modes = {{tty, {.editsLine = true}}}};
 };
 
 TEST_F(BusyDetector, AShellThatEditsALineIsIdle) { EXPECT_FALSE(busy()); }
@@ -38,14 +38,14 @@ TEST_F(BusyDetector, AProgramThatIsNoShellIsBusy) {
 }
 
 TEST_F(BusyDetector, AShellWhoseTerminalCollectsLinesIsBusy) {
-  processes_.collectsLines[tty] = true;
+  processes_.modes[tty] = {.collectsLines = true};
   EXPECT_TRUE(busy());
-  processes_.collectsLines.clear();
+  processes_.modes.clear();
   EXPECT_FALSE(busy()) << "a terminal that cannot be asked does not tell";
 }
 
 TEST_F(BusyDetector, AShellWithoutALineEditorIsBusyOnlyOnTheProcessor) {
-  processes_.collectsLines[tty] = true;
+  processes_.modes[tty] = {.collectsLines = true};
   for (const char* name : {"sh", "dash", "ash"}) {
     processes_.states[shell].name = name;
     processes_.states[shell].running = false;
@@ -53,6 +53,22 @@ TEST_F(BusyDetector, AShellWithoutALineEditorIsBusyOnlyOnTheProcessor) {
     processes_.states[shell].running = true;
     EXPECT_TRUE(busy({"-sh"})) << name;
   }
+}
+
+TEST_F(BusyDetector, AQuestionForOneKeyIsBusyInTheShellsThatAskSo) {
+  processes_.modes[tty] = {};
+  for (const char* name : {"bash", "zsh", "fish"}) {
+    processes_.states[shell].name = name;
+    EXPECT_TRUE(busy({name})) << name;
+  }
+  processes_.states[shell].name = "nu";  // it switches signals off at its prompt too
+  EXPECT_FALSE(busy({"nu"}));
+}
+
+TEST_F(BusyDetector, AShellWithoutALineEditorIsBusyWhileALineIsNotShown) {
+  processes_.states[shell].name = "dash";
+  processes_.modes[tty] = {.collectsLines = true, .hidesLine = true};
+  EXPECT_TRUE(busy({"dash"}));
 }
 
 TEST_F(BusyDetector, AScriptOrACommandStringIsBusy) {
@@ -97,8 +113,8 @@ TEST(SystemProcessTable, SeesThisProcess) {
   EXPECT_FALSE(table->arguments(getpid()).empty());
   EXPECT_FALSE(table->state(0x3fffffff).has_value());
   EXPECT_TRUE(table->arguments(0x3fffffff).empty());
-  EXPECT_FALSE(table->collectsLines("/nowhere").has_value());
-  EXPECT_FALSE(table->collectsLines("/dev/null").has_value());
+  EXPECT_FALSE(table->terminalMode("/nowhere").has_value());
+  EXPECT_FALSE(table->terminalMode("/dev/null").has_value());
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ class ScriptedProcesses final : public ProcessTable {
   struct State {
     std::map<pid_t, ProcessState> states;
     std::map<pid_t, std::vector<std::string>> arguments;
-    std::map<std::string, bool> collectsLines;
+    std::map<std::string, TerminalMode> modes;
   };
 
   explicit ScriptedProcesses(const State& state) : state_(state) {}
@@ -93,10 +93,11 @@ class ScriptedProcesses final : public ProcessTable {
     const auto found = state_.arguments.find(process);
     return found == state_.arguments.end() ? std::vector<std::string>{} : found->second;
   }
-  std::optional<bool> collectsLines(const std::string& tty) const override {
-    const auto found = state_.collectsLines.find(tty);
-    return found == state_.collectsLines.end() ? std::nullopt : std::optional(found->second);
+  std::optional<TerminalMode> terminalMode(const std::string& tty) const override {
+    const auto found = state_.modes.find(tty);
+    return found == state_.modes.end() ? std::nullopt : std::optional(found->second);
   }
+  std::size_t longestCollectedLine() const override { return 10; }
 
  private:
   const State& state_;

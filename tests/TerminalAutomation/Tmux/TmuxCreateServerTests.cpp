@@ -23,6 +23,7 @@ class TmuxCreate : public testing::PrivateTmux {
               tab.tty, tab.windowId)
         .get();
     EXPECT_TRUE(eventually([&] { return std::filesystem::exists(file); }));
+    EXPECT_TRUE(eventually([&] { return !isBusy(tab.tty); })) << "back at its prompt";
     return contentOf(file);
   }
 };

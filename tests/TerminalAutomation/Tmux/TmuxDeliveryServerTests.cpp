@@ -41,6 +41,46 @@ TEST_F(TmuxDeliveryOnServer, TypesAnyTextByteForByteAndSubmitsItOnce) {
   EXPECT_EQ(bufferCount(), 0);
 }
 
+TEST_F(TmuxDeliveryOnServer, ALineReachesAnEditorAsItsCommand) {
+  startServer({"exec vi -u NONE " + (directory_ / "note").string()});
+  const auto tab = onlyTab();
+  ASSERT_TRUE(eventually([&] { return visibleText(tab).find("note") != std::string::npos; }));
+  sendTo(tab, ":s/^/kept/ | x");
+  EXPECT_TRUE(eventually([&] { return contentOf(directory_ / "note") == "kept\n"; })) << visibleText(tab);
+}
+
+TEST_F(TmuxDeliveryOnServer, TypesNoSecretWhateverIsAllowed) {
+  startServer({"exec bash"});
+  const auto tab = onlyTab();
+  ASSERT_TRUE(eventually([&] { return !isBusy(tab.tty); }));
+  sendTo(tab, "read -s secret; echo \"it was <$secret>\"");
+  ASSERT_TRUE(eventually([&] { return isBusy(tab.tty); }));
+  for (const bool allowBusy : {false, true}) {
+    const auto error =
+        structuredError([&] { executor().send("hunter2", tab.tty, tab.windowId, allowBusy).get(); });
+    EXPECT_EQ(error.code, ErrorCode::sessionBusy);
+  }
+  const auto key = structuredError(
+      [&] { executor().send(TerminalKey::return_, 1, tab.tty, tab.windowId, /*allowBusy=*/true).get(); });
+  EXPECT_EQ(key.message, "A program is asking for a secret in the tmux pane.");
+  tmux({"send-keys", "-t", "%0", "the user's", "Enter"});
+  EXPECT_TRUE(eventually([&] { return visibleText(tab).find("it was <the user's>") != std::string::npos; }))
+      << visibleText(tab);
+}
+
+TEST_F(TmuxDeliveryOnServer, ALineThatTheTerminalWouldCutIsRefusedWhole) {
+  startServer({"exec dash"});
+  const auto tab = onlyTab();
+  const std::string longest = ": " + std::string(4'093, 'x');
+  EXPECT_NO_THROW(sendTo(tab, longest + "\n" + longest));
+  const auto error = structuredError([&] { sendTo(tab, "echo short\n" + longest + "y"); });
+  EXPECT_EQ(error.code, ErrorCode::invalidArgument);
+  EXPECT_NE(error.message.find("4095 bytes"), std::string::npos) << error.message;
+  sendTo(tab, "echo do''ne");
+  ASSERT_TRUE(eventually([&] { return visibleText(tab).find("\ndone") != std::string::npos; }));
+  EXPECT_EQ(visibleText(tab).find("\nshort"), std::string::npos) << "nothing of it was typed";
+}
+
 TEST_F(TmuxDeliveryOnServer, TypesTheLongestText) {
   const auto tab = startRecorder();
   std::string text;
@@ -80,8 +120,8 @@ TEST_F(TmuxDeliveryOnServer, RefusesTextWithNul) {
 TEST_F(TmuxDeliveryOnServer, ReachesTheProgramInCopyMode) {
   const auto tab = startRecorder("b");
   tmux({"copy-mode", "-t", "%0"});
-  sendTo(tab, "text");
-  expectRecorded("\033[200~text\033[201~\r");
+  sendTo(tab, "two\nlines");
+  expectRecorded("\033[200~two\nlines\033[201~\r");
 }
 
 TEST_F(TmuxDeliveryOnServer, ReachesTheProgramUnderAChooser) {

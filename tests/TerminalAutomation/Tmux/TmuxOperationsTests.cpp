@@ -35,7 +35,7 @@ class TmuxOperationsTest : public ::testing::Test {
   void idle(const PaneRow& pane) {
     processes_.states[pane.process] = {
         .name = "bash", .group = pane.process, .foregroundGroup = pane.process};
-    processes_.collectsLines[pane.tty] = false;
+    processes_.modes[pane.tty] = {.editsLine = true};
   }
   void answers(std::vector<std::string> outputs) {
     tmux_.answers.clear();
