@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "BridgeModels/StructuredError.h"
 
@@ -20,7 +21,7 @@ Result answerOf(std::future<Result> answer, std::string_view operation,
     StructuredError complete = error;
     if (complete.operation.empty()) complete.operation = std::string(operation);
     if (!complete.session) complete.session = session;
-    throw complete;
+    throw StructuredError(std::move(complete));
   }
 }
 

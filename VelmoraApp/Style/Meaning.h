@@ -10,8 +10,9 @@ namespace velmora::meaning {
 Q_NAMESPACE
 QML_NAMED_ELEMENT(Meaning)
 
+// Unscoped: a property hands it to QML as an int, the only type that qmllint finds in another module.
 // NOLINTNEXTLINE(readability-identifier-naming): QML reaches only names that begin with a capital
-enum class Meaning { Plain, Quiet, Positive, Caution, Danger };
+enum Meaning : int { Plain, Quiet, Positive, Caution, Danger };
 Q_ENUM_NS(Meaning)
 
 }  // namespace velmora::meaning

@@ -69,7 +69,7 @@ class FakeApplication {
 
   bool isRunning = true;
   bool isCrowded = false;  ///< Its queue of connections is full.
-  int connected = 0;  ///< How many connections were ever made.
+  int connected = 0;       ///< How many connections were ever made.
   std::list<UnixSocketConnection> connections{};
 };
 

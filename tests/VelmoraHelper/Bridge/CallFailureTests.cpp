@@ -115,8 +115,9 @@ TEST(CallFailure, NeverAsksToRepeatWhatWasDeliveredAndOnlyNotRecorded) {
   const auto command = told(ToolName::sendCommand);
   EXPECT_EQ(command.code, ErrorCode::historyStorageFailed);
   EXPECT_FALSE(command.retryable);
-  EXPECT_EQ(command.message,
-            "The input was delivered; only its record could not be saved. History could not be saved locally.");
+  EXPECT_EQ(
+      command.message,
+      "The input was delivered; only its record could not be saved. History could not be saved locally.");
   EXPECT_TRUE(command.recoverySuggestion.starts_with("Do not send it again."));
   EXPECT_EQ(told(ToolName::readOutput), unsaved) << "a read may be repeated";
 }

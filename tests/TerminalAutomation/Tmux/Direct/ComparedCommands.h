@@ -58,8 +58,8 @@ class ComparedCommands {
   }
 
   void prepare() {
-    changes({"new-session", "-d", "-s", "b", "-x", "80", "-y", "24", "-P", "-F", "#{session_name} #{pane_id}",
-             "cat"});
+    changes({"new-session", "-d", "-s", "b", "-n", "other", "-x", "80", "-y", "24", "-P", "-F",
+             "#{session_name} #{pane_id}", "cat"});
     changes({"new-window", "-d", "-t", "main:", "-n", "long", "seq -f 'line %06.0f of many' 3000; exec cat"});
     changes({"new-window", "-d", "-t", "main:", "-n", "words",
              "printf '한국어 \\033[31mred\\033[0m e\\314\\201 👩‍👩‍👧 end\\n'; exec cat"});
@@ -317,6 +317,7 @@ class ComparedCommands {
              "delete-buffer -b k ; send-keys -N 3 -t %0 Up", "delete-buffer -b k"},
             "x");
     changes({"send-keys", "-t", "%0", "-l", "last"});
+    changes({"send-keys", "-t", "%0", "Enter"});
     await("%0", "last");
     reads({"capture-pane", "-p", "-t", "%0"});
     reads({"list-buffers", "-F", "#{buffer_name}"});

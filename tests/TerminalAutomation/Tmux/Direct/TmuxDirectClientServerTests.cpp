@@ -16,13 +16,13 @@ class TmuxTwins : public testing::VersionedTmux {
  protected:
   void SetUp() override {
     std::filesystem::current_path(home());
-    startServer({"exec cat"});
+    startServer({quietPane});
     twinSocket_ = std::filesystem::path(transport_->socketPath()).parent_path() / "twin";
     twin_ = std::make_unique<TmuxProcessTransport>(environment_, twinSocket_, program());
-    EXPECT_EQ(by(*twin_,
-                 {"-f", "/dev/null", "new-session", "-d", "-s", "main", "-x", "100", "-y", "30", "exec cat"})
-                  .errorOutput,
-              "");
+    EXPECT_EQ(
+        by(*twin_, {"-f", "/dev/null", "new-session", "-d", "-s", "main", "-x", "100", "-y", "30", quietPane})
+            .errorOutput,
+        "");
     twinServer_ = static_cast<pid_t>(std::stol(by(*twin_, {"display-message", "-p", "#{pid}"}).output));
     for (TmuxProcessTransport* const server : {transport_.get(), twin_.get()}) {
       by(*server,
@@ -87,6 +87,9 @@ class TmuxTwins : public testing::VersionedTmux {
     text = std::regex_replace(text, std::regex("client-[0-9]+"), "client-N");
     return std::regex_replace(text, std::regex("\\(created [^)]*\\)"), "(created)");
   }
+
+  /// Without the echo, which comes before or after the output as it happens.
+  static constexpr const char* quietPane = "stty -echo; exec cat";
 
   std::filesystem::path twinSocket_;
   std::unique_ptr<TmuxProcessTransport> twin_;

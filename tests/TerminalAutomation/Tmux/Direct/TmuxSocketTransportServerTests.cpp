@@ -260,7 +260,7 @@ TEST_P(DirectTmux, CallsFromManyThreadsDoNotMixUp) {
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(wrong, 0);
-  EXPECT_EQ(direct().whyProgram(), std::nullopt);
+  EXPECT_EQ(transport.whyProgram(), std::nullopt);
 }
 
 /// Any bytes, and what means something to tmux.
