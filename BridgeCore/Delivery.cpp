@@ -24,12 +24,13 @@ AdmittedDelivery DeliveryGuard::admit(const Uuid& sessionId) const {
   return {std::move(session), allowBusy};
 }
 
-void DeliveryGuard::finish(const TerminalSession& session, std::future<void> delivery) const {
+void DeliveryGuard::finish(const AdmittedDelivery& admitted, std::future<void> delivery) const {
+  const auto reference = admitted.session.reference();
   try {
-    answerOf(std::move(delivery), operation_, session.reference());
+    answerOf(std::move(delivery), operation_, reference);
   } catch (const StructuredError& error) {
-    if (error.code != ErrorCode::sessionBusy) throw;
-    throw catalogue::sessionBusy(input_, session.reference());
+    if (error.code != ErrorCode::sessionBusy || admitted.allowBusy) throw;
+    throw catalogue::sessionBusy(input_, reference);
   }
 }
 
@@ -43,8 +44,9 @@ CommandService::CommandService(TerminalAutomating& automation, TerminalSessionSe
 
 CommandPayload CommandService::send(const SendCommandInput& input) {
   input.validate();
-  const auto [session, allowBusy] = guard_.admit(input.sessionId);
-  guard_.finish(session, automation_.send(input.command, session.tty, session.windowId, allowBusy));
+  const auto admitted = guard_.admit(input.sessionId);
+  const auto& session = admitted.session;
+  guard_.finish(admitted, automation_.send(input.command, session.tty, session.windowId, admitted.allowBusy));
   return CommandPayload(session.sessionId, now_());
 }
 
@@ -58,9 +60,10 @@ KeyService::KeyService(TerminalAutomating& automation, TerminalSessionService& s
 
 KeyPayload KeyService::send(const SendKeyInput& input) {
   input.validate();
-  const auto [session, allowBusy] = guard_.admit(input.sessionId);
-  guard_.finish(session,
-                automation_.send(input.key, input.repeatCount, session.tty, session.windowId, allowBusy));
+  const auto admitted = guard_.admit(input.sessionId);
+  const auto& session = admitted.session;
+  guard_.finish(admitted, automation_.send(input.key, input.repeatCount, session.tty, session.windowId,
+                                           admitted.allowBusy));
   return KeyPayload(session.sessionId, input.key, input.repeatCount, now_());
 }
 

@@ -33,8 +33,9 @@ class DeliveryGuard {
   /// The first check that fails throws its StructuredError; nothing has been typed then.
   AdmittedDelivery admit(const Uuid& sessionId) const;
 
-  /// Waits for the adapter. A tab that turned busy after the check is refused in the words of the check.
-  void finish(const TerminalSession& session, std::future<void> delivery) const;
+  /// Waits for the adapter. A tab that turned busy after the check is refused in the words of the check;
+  /// where busy input is allowed, a refusal has another reason and keeps the adapter's words.
+  void finish(const AdmittedDelivery& admitted, std::future<void> delivery) const;
 
  private:
   const std::string_view operation_;

@@ -110,5 +110,15 @@ TEST_F(CommandServiceTest, ATabThatTurnedBusyMeanwhileIsRefusedInTheSameWords) {
             catalogue::sessionBusy(catalogue::BusyInput::command, registry.session(id).reference()));
 }
 
+TEST_F(CommandServiceTest, WhatNoSettingLiftsIsSaidInTheAdaptersWords) {
+  const auto id = registerTab();
+  allowBusyInput();
+  terminal.failWith("send", StructuredError{.code = ErrorCode::sessionBusy, .message = "asks for a secret"});
+  const auto error = structuredError([&] { service.send({id, "ls"}); });
+  EXPECT_EQ(error.message, "asks for a secret");
+  EXPECT_EQ(error.operation, "terminal_send_command");
+  EXPECT_EQ(error.session, registry.session(id).reference());
+}
+
 }  // namespace
 }  // namespace velmora
