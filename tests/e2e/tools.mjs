@@ -37,6 +37,16 @@ export async function driveTools(checks, name, call) {
       await pause(50);
     }
   };
+  // Commands and keys are taken at the shell's prompt only.
+  const waitForPrompt = async (sessionId) => {
+    const end = Date.now() + patienceMilliseconds;
+    while (true) {
+      const { data } = await succeed('terminal_list_sessions');
+      if (!data.sessions.find((session) => session.sessionId === sessionId).busy) return;
+      assert.ok(Date.now() < end, 'the shell never came back to its prompt');
+      await pause(50);
+    }
+  };
   const claim = (tool, body) => checks.check(`${name}: ${tool}`, body);
   let sessionId = 'none was created';
 
@@ -56,10 +66,12 @@ export async function driveTools(checks, name, call) {
   });
   await claim('terminal_read_output', () => readUntil(sessionId, '한 42'));
   await claim('terminal_send_key', async () => {
-    await succeed('terminal_send_command', { sessionId, command: 'read -rsn3 key; echo "key: ${key@Q}"' });
+    await waitForPrompt(sessionId);
+    await succeed('terminal_send_command', { sessionId, command: `bind -x '"\\e[A": echo "key: $((6 * 7))"'` });
+    await waitForPrompt(sessionId);
     const { data } = await succeed('terminal_send_key', { sessionId, key: 'upArrow', repeatCount: 1 });
     assert.equal(data.repeatCount, 1);
-    await readUntil(sessionId, "key: $'\\E[A'");
+    await readUntil(sessionId, 'key: 42');
   });
   await claim('terminal_capture_screen', async () => {
     const { result, data } = await succeed('terminal_capture_screen', { sessionId });
