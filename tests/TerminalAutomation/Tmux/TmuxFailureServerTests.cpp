@@ -121,28 +121,31 @@ TEST_F(TmuxFailures, AHungServerEndsEveryOperationAtItsDeadlineAndGetsNothingLat
   auto& executor = impatientExecutor();
   const auto tab = onlyTab();
   const pid_t server = serverProcess().value();
-  // With the first errors that cross threads the thread sanitizer opens two pipes to its symbolizer, for
-  // good.
-  for (int count = 0; count < 30; ++count) {
-    structuredError([&] { executor.focus("/dev/nowhere", 1).get(); });
-  }
-  const std::size_t descriptors = descriptorCount();
   ::kill(server, SIGSTOP);
-  const auto start = std::chrono::steady_clock::now();
-  for (const auto& error :
-       {structuredError([&] { executor.status().get(); }),
-        structuredError([&] { executor.listSessions().get(); }),
-        structuredError([&] { executor.createWindow().get(); }),
-        structuredError([&] { executor.send("lost", tab.tty, tab.windowId, true).get(); }),
-        structuredError([&] { executor.send(TerminalKey::tab, 1, tab.tty, tab.windowId, true).get(); }),
-        structuredError([&] { executor.readOutput(OutputSource::history, 9, tab.tty, tab.windowId).get(); }),
-        structuredError([&] { executor.captureScreen(tab.tty, tab.windowId).get(); }),
-        structuredError([&] { executor.focus(tab.tty, tab.windowId).get(); })}) {
-    EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable) << error.message;
-  }
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 8 * 700ms + 3s);
-  EXPECT_EQ(children(), "") << "a process is left";
-  EXPECT_TRUE(eventually([&] { return descriptorCount() == descriptors; })) << descriptorCount();
+  const auto askEverything = [&] {
+    const auto start = std::chrono::steady_clock::now();
+    for (const auto& error :
+         {structuredError([&] { executor.status().get(); }),
+          structuredError([&] { executor.listSessions().get(); }),
+          structuredError([&] { executor.createWindow().get(); }),
+          structuredError([&] { executor.send("lost", tab.tty, tab.windowId, true).get(); }),
+          structuredError([&] { executor.send(TerminalKey::tab, 1, tab.tty, tab.windowId, true).get(); }),
+          structuredError(
+              [&] { executor.readOutput(OutputSource::history, 9, tab.tty, tab.windowId).get(); }),
+          structuredError([&] { executor.captureScreen(tab.tty, tab.windowId).get(); }),
+          structuredError([&] { executor.focus(tab.tty, tab.windowId).get(); })}) {
+      EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable) << error.message;
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 8 * 700ms + 3s);
+    EXPECT_EQ(children(), "") << "a process is left";
+  };
+  // The thread sanitizer opens pipes to its symbolizer once, at a moment of its own; a leak grows each time.
+  const auto leavesNoDescriptor = [&] {
+    const std::size_t before = descriptorCount();
+    askEverything();
+    return eventually([&] { return descriptorCount() <= before; }, 2s);
+  };
+  EXPECT_TRUE(leavesNoDescriptor() || leavesNoDescriptor()) << descriptorCount();
   ::kill(server, SIGCONT);
   ASSERT_TRUE(eventually([&] { return serverProcess() == server; }));
   tmux({"send-keys", "-t", "%0", "-l", "end"});
