@@ -1,6 +1,9 @@
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
 
+#include <chrono>
+#include <thread>
+
 #include "MacPlatform/Application.h"
 #include "MacPlatform/FoundationText.hh"
 
@@ -8,7 +11,7 @@ namespace velmora::mac {
 
 std::filesystem::path applicationBundlePath() {
   @autoreleasepool {
-    return [[[NSBundle mainBundle] bundlePath] fileSystemRepresentation];
+    return pathOf([[NSBundle mainBundle] bundlePath]);
   }
 }
 
@@ -23,7 +26,12 @@ std::vector<std::string> preferredLanguages() {
 bool isApplicationRunning(const std::string& bundleIdentifier) {
   @autoreleasepool {
     NSString* const identifier = stringOf(bundleIdentifier);
-    return [[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] count] > 0;
+    // The system misses a running application for some milliseconds now and then.
+    for (int look = 0; look < 2; ++look) {
+      if (look > 0) std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      if ([[NSRunningApplication runningApplicationsWithBundleIdentifier:identifier] count] > 0) return true;
+    }
+    return false;
   }
 }
 

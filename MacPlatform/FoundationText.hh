@@ -3,6 +3,7 @@
 
 #import <Foundation/Foundation.h>
 
+#include <filesystem>
 #include <string>
 
 namespace velmora::mac {
@@ -16,6 +17,12 @@ inline NSString* stringOf(const std::string& text) {
 inline std::string textOf(NSString* text) {
   NSData* const bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
   return {static_cast<const char*>([bytes bytes]), [bytes length]};
+}
+
+/// Empty for nil.
+inline std::filesystem::path pathOf(NSString* path) {
+  const char* const bytes = [path fileSystemRepresentation];
+  return bytes == nullptr ? "" : bytes;
 }
 
 }  // namespace velmora::mac

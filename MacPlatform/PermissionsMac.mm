@@ -24,6 +24,8 @@ bool isLoginItemEnabled() {
 bool setLoginItemEnabled(bool enabled) {
   @autoreleasepool {
     SMAppService* const service = [SMAppService mainAppService];
+    // The system calls it an error to take back what is not there.
+    if (!enabled && [service status] == SMAppServiceStatusNotRegistered) return true;
     NSError* ignored = nil;
     return enabled ? [service registerAndReturnError:&ignored] : [service unregisterAndReturnError:&ignored];
   }

@@ -30,6 +30,7 @@ std::string utf8Content(const std::filesystem::path& path) {
 
 std::string scriptSourceIn(const std::vector<std::filesystem::path>& directories) {
   for (const auto& directory : directories) {
+    if (directory.empty()) continue;  // the system named none; the working directory is no substitute
     const auto bundle = directory / "Velmora_TerminalAutomation.bundle";
     std::error_code ignored;
     if (std::filesystem::is_directory(bundle, ignored)) return utf8Content(resourceIn(bundle));

@@ -1,5 +1,6 @@
 #import <Foundation/Foundation.h>
 
+#include "MacPlatform/FoundationText.hh"
 #include "TerminalAutomation/AppleScript/ScriptSource.h"
 
 /// Marks the bundle that this module was linked into.
@@ -16,9 +17,8 @@ const std::string& bundledScriptSource() {
     @autoreleasepool {
       NSBundle* const application = [NSBundle mainBundle];
       NSBundle* const module = [NSBundle bundleForClass:[BundleFinder class]];
-      return scriptSourceIn({[[application resourcePath] fileSystemRepresentation],
-                             [[module resourcePath] fileSystemRepresentation],
-                             [[application bundlePath] fileSystemRepresentation]});
+      return scriptSourceIn({mac::pathOf([application resourcePath]), mac::pathOf([module resourcePath]),
+                             mac::pathOf([application bundlePath])});
     }
   }();
   return source;

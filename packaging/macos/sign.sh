@@ -16,8 +16,13 @@ identity=$2
 profile=${3:-}
 here=$(cd "$(dirname "$0")" && pwd)
 
+# The hardened runtime loads no library of another team, and an ad-hoc signature has none.
+runtime=(--options runtime)
 stamp=(--timestamp)
-if [ "$identity" = - ]; then stamp=(--timestamp=none); fi
+if [ "$identity" = - ]; then
+  runtime=()
+  stamp=(--timestamp=none)
+fi
 
 # sign PATH [OPTION...]: what does not exist is skipped, so that a build without Sparkle passes.
 sign() {
@@ -25,7 +30,7 @@ sign() {
   shift
   if [ ! -e "$path" ]; then return; fi
   echo "sign: $path"
-  codesign --force --options runtime "${stamp[@]}" "$@" --sign "$identity" "$path"
+  codesign --force ${runtime[@]+"${runtime[@]}"} "${stamp[@]}" "$@" --sign "$identity" "$path"
 }
 
 # Never --deep: it would give every part the same options. What is inside comes before what holds it.
@@ -45,6 +50,7 @@ for folder in PlugIns Resources/qml; do
 done
 # The helper sends no Apple events and gets no entitlement for them.
 sign "$app/Contents/Helpers/velmora"
+sign "$app/Contents/Helpers/velmora-script-host" --entitlements "$here/Velmora.entitlements"
 sign "$app" --entitlements "$here/Velmora.entitlements"
 codesign --verify --strict --verbose=2 "$app"
 
