@@ -23,13 +23,14 @@ class PlatformError : public std::runtime_error {
 
 /// The numbers that have a meaning of their own; they are Apple event errors (MacErrors.h).
 namespace platformErrorCode {
-inline constexpr std::int64_t userCancelled = -128;     // userCanceledErr
-inline constexpr std::int64_t notPermitted = -1743;     // errAEEventNotPermitted
-inline constexpr std::int64_t notRunning = -600;        // procNotFound
-inline constexpr std::int64_t noSuchObject = -1728;     // errAENoSuchObject
-inline constexpr std::int64_t eventNotHandled = -1708;  // errAEEventNotHandled
-inline constexpr std::int64_t timedOut = -1712;         // errAETimeout
-inline constexpr std::int64_t scriptError = -2700;      // errOSAGeneralError
+inline constexpr std::int64_t userCancelled = -128;      // userCanceledErr
+inline constexpr std::int64_t notPermitted = -1743;      // errAEEventNotPermitted
+inline constexpr std::int64_t notRunning = -600;         // procNotFound
+inline constexpr std::int64_t noSuchObject = -1728;      // errAENoSuchObject
+inline constexpr std::int64_t eventNotHandled = -1708;   // errAEEventNotHandled
+inline constexpr std::int64_t connectionInvalid = -609;  // connectionInvalid
+inline constexpr std::int64_t timedOut = -1712;          // errAETimeout
+inline constexpr std::int64_t scriptError = -2700;       // errOSAGeneralError
 }  // namespace platformErrorCode
 
 }  // namespace velmora

@@ -94,6 +94,7 @@ includes() {
     'TerminalAutomation:LocalControl|BridgeCore|BridgeHost|Velmora' \
     'BridgeCore:LocalControl|BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
     'LocalControl:BridgeHost|Velmora|TerminalAutomation/(Tmux|AppleScript|Unavailable)' \
+    'VelmoraScriptHost:LocalControl|BridgeCore|BridgeHost|Velmora' \
     'VelmoraHelper:BridgeCore|BridgeHost|TerminalAutomation|VelmoraHeadless' \
     'VelmoraHelper/Protocol:VelmoraHelper/[^P]' \
     'VelmoraHelper/Bridge:VelmoraHelper/[^B]' \

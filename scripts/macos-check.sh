@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The strongest look at the macOS files that is possible without a Mac. Compiles every C++ and Objective-C++ file of the
-# product for arm64 and x86_64, for macOS 13.3, warnings and newer functions as errors; links velmora, velmora-headless
-# and a program that calls every shim (not the window: there is no Qt for macOS to link); runs the Objective-C++
-# conversions here. The last line counts the checks.
+# product for arm64 and x86_64, for macOS 13.3, warnings and newer functions as errors; links velmora, velmora-headless,
+# velmora-script-host and a program that calls every shim (not the window: there is no Qt for macOS to link); runs the
+# Objective-C++ conversions here. The last line counts the checks.
 #
 # Proved: the files compile with the C++ library and the POSIX headers of macOS; every function exists; the names,
 # numbers of arguments and values of Apple's interfaces that they use stand in two public references. Not proved: what
@@ -138,15 +138,15 @@ link_shims() {
 }
 
 check_programs() {
-  (cd "$work/$1/bin" && python3 "$check/checkPrograms.py" "$1" "$target" velmora velmora-headless every-shim)
+  (cd "$work/$1/bin" && python3 "$check/checkPrograms.py" "$1" "$target" velmora velmora-headless velmora-script-host every-shim)
 }
 
 check_declarations() {
   python3 "$check/checkDeclarations.py" "$types" "$pascal" "$check/declarations" \
-    TerminalAutomation/AppleScript/*.mm MacPlatform/*.mm
+    TerminalAutomation/AppleScript/*.mm MacPlatform/*.mm VelmoraScriptHost/*.mm
 }
 
-# run_conversions SOURCE: the tests of the script host over SOURCE, with GNUstep in the place of Apple's Foundation.
+# run_conversions SOURCE: the tests of the script engine over SOURCE, with GNUstep in the place of Apple's Foundation.
 run_conversions() {
   local flags=(-std=c++20 -Wall -Wextra -Werror -Wno-four-char-constants -fobjc-runtime=gcc -fexceptions
     -fobjc-exceptions -fconstant-string-class=NSConstantString -I. -Itests/macos/shim -isystem /usr/include/GNUstep
@@ -154,7 +154,7 @@ run_conversions() {
   local file objects=()
   mkdir -p "$work/conversions/headers"
   ln -sfn "$(g++ -print-file-name=include)/objc" "$work/conversions/headers/"
-  for file in tests/macos/shim/Fakes.mm tests/macos/shim/ScriptHostMacTests.mm "$1"; do
+  for file in tests/macos/shim/Fakes.mm tests/macos/shim/ScriptEngineMacTests.mm "$1"; do
     objects+=("$work/conversions/$(basename "$file").o")
     if [ "$file" = "$1" ] || [ ! -f "${objects[-1]}" ]; then
       clang++ "${flags[@]}" -c "$file" -o "${objects[-1]}" || return 1
@@ -167,7 +167,7 @@ run_conversions() {
 
 # Each fault must compile and make a test fail.
 find_planted_faults() {
-  local source=TerminalAutomation/AppleScript/ScriptHostMac.mm fault planted=$work/conversions/Planted.mm
+  local source=TerminalAutomation/AppleScript/ScriptEngineMac.mm fault planted=$work/conversions/Planted.mm
   for fault in 's/atIndex:++position/atIndex:(++position > 1 ? 1 : position)/' 's/position <= count/position < count/' \
     's/\[stringOf(handler) lowercaseString\]/stringOf(handler)/' 's/\[value int32Value\]/0/' \
     's/\[number longLongValue\]/0/' "s/ = 'snam'/ = 'name'/" 's/if (reply == nil)/if (reply == nil \&\& error == nil)/' \
@@ -192,7 +192,7 @@ step 'the declarations agree with the references' check_declarations
 step 'planted faults in the declarations are found' python3 "$check/CheckDeclarationsTests.py" "$types" "$pascal"
 step 'the words of the script stand in the dictionaries' python3 "$check/checkDictionary.py" "$words"
 step 'planted faults in the words are found' python3 "$check/CheckDictionaryTests.py" "$words"
-step 'the conversions work, run on GNUstep' run_conversions TerminalAutomation/AppleScript/ScriptHostMac.mm
+step 'the conversions work, run on GNUstep' run_conversions TerminalAutomation/AppleScript/ScriptEngineMac.mm
 step 'planted faults in the conversions are found' find_planted_faults
 write_tools arm64
 step 'everything compiles and links for arm64' build arm64

@@ -9,13 +9,10 @@
 
 namespace velmora {
 
-/// AppleScriptOperations in a SerialTerminal: one thread alone enters the compiled script. An Apple event
-/// under way cannot be called back: `cancel` and destruction wait for it, at most as long as the script's own
-/// time-outs.
+/// AppleScriptOperations in a SerialTerminal: one thread alone asks the compiled script.
 class AppleScriptExecutor final : public SerialTerminal {
  public:
-  /// Compiles `source` on the caller's thread, on a Mac the main one, which the system may need for reading
-  /// Terminal's dictionary. Throws PlatformError when it does not compile.
+  /// Waits until `source` is compiled. Throws PlatformError when it does not compile.
   AppleScriptExecutor(AppleScriptParts parts, const std::string& source);
 
   /// Makes the system ask the user whether Velmora may control Terminal; nothing happens while Terminal

@@ -49,7 +49,8 @@ ScriptDescriptor AppleScriptOperations::call(Deadline deadline, const ScriptHand
     throw PlatformError("Velmora.Automation", platformErrorCode::timedOut,
                         "Terminal.app did not answer in time.");
   }
-  auto reply = parts_.script->call(std::string(handler.name), {ScriptArgument(std::move(arguments))...});
+  auto reply =
+      parts_.script->call(std::string(handler.name), {ScriptArgument(std::move(arguments))...}, deadline);
   if (const auto* failure = std::get_if<ScriptFailure>(&reply)) {
     throw PlatformError(scriptDomain, failure->number.value_or(platformErrorCode::scriptError),
                         "Terminal AppleScript operation failed.");
@@ -126,6 +127,7 @@ void AppleScriptOperations::focus(const TabAddress& tab, Deadline deadline) {
 
 void AppleScriptOperations::cancel() noexcept {
   cancelled_ = true;
+  parts_.script->cancel();
   parts_.programs->cancel();
 }
 

@@ -28,8 +28,8 @@ struct AppleScriptParts {
 };
 
 /// Not thread-safe, but for `cancel`: there is one script. Throws PlatformError with the script's own error
-/// number. The script has time-outs of its own; a deadline is looked at before each of its handlers is
-/// called. An integer outside 32 bits and an empty listing stop the process: the first cannot come from an id
+/// number. The script has time-outs of its own; a handler that runs past its deadline is broken off. An
+/// integer outside 32 bits and an empty listing stop the process: the first cannot come from an id
 /// that the script gave, the second the script promises never to return.
 class AppleScriptOperations final : public TerminalOperations {
  public:

@@ -54,7 +54,7 @@ ScriptFailure failureOf(NSDictionary* error) {
   return {.number = [number longLongValue]};
 }
 
-class AppleScriptHost final : public ScriptHost {
+class AppleScriptEngine final : public ScriptEngine {
  public:
   bool compile(const std::string& source) override {
     @autoreleasepool {
@@ -89,6 +89,6 @@ class AppleScriptHost final : public ScriptHost {
 
 }  // namespace
 
-std::unique_ptr<ScriptHost> systemScriptHost() { return std::make_unique<AppleScriptHost>(); }
+std::unique_ptr<ScriptEngine> systemScriptEngine() { return std::make_unique<AppleScriptEngine>(); }
 
 }  // namespace velmora

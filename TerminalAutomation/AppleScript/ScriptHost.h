@@ -1,6 +1,8 @@
-// The one seam to AppleScript: a script that is compiled once and whose handlers can be called.
+// The seam to AppleScript: a script that is compiled once and whose handlers can be called, where it runs and
+// as the adapter sees it.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -30,10 +32,11 @@ struct ScriptFailure {
 
 using ScriptReply = std::variant<ScriptDescriptor, ScriptFailure>;
 
-/// Not thread-safe: one call at a time, from whichever thread.
-class ScriptHost {
+/// AppleScript itself. For one thread, on macOS the main one of a process with an application object: other
+/// threads are reported to wait for ever.
+class ScriptEngine {
  public:
-  virtual ~ScriptHost() = default;
+  virtual ~ScriptEngine() = default;
 
   /// Takes `source` (UTF-8) as the script. False when it does not compile.
   virtual bool compile(const std::string& source) = 0;
@@ -43,6 +46,26 @@ class ScriptHost {
 };
 
 /// The system's AppleScript. Only on macOS.
-std::unique_ptr<ScriptHost> systemScriptHost();
+std::unique_ptr<ScriptEngine> systemScriptEngine();
+
+/// A script as its adapter uses it: every call ends. One call at a time, from whichever thread; `cancel` may
+/// come at any time.
+class ScriptHost {
+ public:
+  using Deadline = std::chrono::steady_clock::time_point;
+
+  virtual ~ScriptHost() = default;
+
+  /// Takes `source` (UTF-8) as the script. False when it does not compile.
+  virtual bool compile(const std::string& source) = 0;
+
+  /// As ScriptEngine. A call that has not ended by `deadline` is broken off and fails with errAETimeout
+  /// (-1712): what it was to do may have been done, or not.
+  virtual ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments,
+                           Deadline deadline) = 0;
+
+  /// For shutdown: ends the call under way and every later one with userCanceledErr (-128).
+  virtual void cancel() noexcept = 0;
+};
 
 }  // namespace velmora

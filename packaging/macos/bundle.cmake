@@ -1,10 +1,11 @@
 # Puts Velmora.app together:
 #
-#   velmora_bundle(APP HELPER)
+#   velmora_bundle(APP HELPER SCRIPT_HOST)
 #
 #   Contents/Info.plist
 #   Contents/MacOS/Velmora
 #   Contents/Helpers/velmora                                     what MCP clients launch
+#   Contents/Helpers/velmora-script-host                         what AppleScript runs in
 #   Contents/Resources/Velmora_TerminalAutomation.bundle         the script
 #   Contents/Frameworks/                                         Qt (macdeployqt) and Sparkle
 #
@@ -15,7 +16,7 @@ set(VELMORA_SPARKLE_FEED "" CACHE STRING "macOS: where Sparkle looks for updates
 set(VELMORA_SPARKLE_KEY "" CACHE STRING "macOS: the public key of the updates (SUPublicEDKey)")
 set(velmora_packaging "${CMAKE_CURRENT_LIST_DIR}")
 
-function(velmora_bundle app helper)
+function(velmora_bundle app helper scriptHost)
   set(VELMORA_SPARKLE_PLIST "")
   if(VELMORA_SPARKLE)
     if(NOT VELMORA_SPARKLE_FEED OR NOT VELMORA_SPARKLE_KEY)
@@ -32,11 +33,12 @@ function(velmora_bundle app helper)
     MACOSX_BUNDLE_INFO_PLIST "${CMAKE_BINARY_DIR}/packaging/Info.plist"
     BUILD_RPATH "@executable_path/../Frameworks"
     INSTALL_RPATH "@executable_path/../Frameworks")
-  add_dependencies(${app} ${helper})
+  add_dependencies(${app} ${helper} ${scriptHost})
   set(contents "$<TARGET_BUNDLE_CONTENT_DIR:${app}>")
   add_custom_command(TARGET ${app} POST_BUILD VERBATIM
     COMMAND ${CMAKE_COMMAND} -E make_directory "${contents}/Helpers" "${contents}/Resources"
     COMMAND ${CMAKE_COMMAND} -E copy "$<TARGET_FILE:${helper}>" "${contents}/Helpers/velmora"
+    COMMAND ${CMAKE_COMMAND} -E copy "$<TARGET_FILE:${scriptHost}>" "${contents}/Helpers/velmora-script-host"
     COMMAND ${CMAKE_COMMAND} -E copy_directory
       "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Velmora_TerminalAutomation.bundle"
       "${contents}/Resources/Velmora_TerminalAutomation.bundle")

@@ -3,7 +3,9 @@
 import pathlib
 import plistlib
 import re
+import subprocess
 import sys
+import tempfile
 import unittest
 
 ROOT = pathlib.Path(sys.argv.pop(1))
@@ -11,6 +13,7 @@ PACKAGING = ROOT / "packaging" / "macos"
 
 
 def plist(name, **values):
+    values.setdefault("CMAKE_OSX_DEPLOYMENT_TARGET", "13.3")
     text = (PACKAGING / name).read_text(encoding="utf-8")
     return plistlib.loads(re.sub(r"@(\w+)@", lambda match: values[match[1]], text).encode())
 
@@ -26,6 +29,12 @@ class PackagingTests(unittest.TestCase):
         info = plist("Info.plist.in", PROJECT_VERSION="1.2.3", VELMORA_SPARKLE_PLIST="")
         self.assertEqual((info["CFBundleShortVersionString"], info["CFBundleVersion"]), ("1.2.3", "1.2.3"))
         self.assertEqual(plist("TerminalAutomation-Info.plist.in", PROJECT_VERSION="1.2")["CFBundleVersion"], "1.2")
+
+    def test_the_oldest_system_is_the_one_that_the_programs_are_built_for(self):
+        info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="", CMAKE_OSX_DEPLOYMENT_TARGET="99")
+        self.assertEqual(info["LSMinimumSystemVersion"], "99")
+        project = (ROOT / "CMakeLists.txt").read_text(encoding="utf-8")
+        self.assertLess(project.index("set(CMAKE_OSX_DEPLOYMENT_TARGET 13.3 "), project.index("project(Velmora"))
 
     def test_the_system_is_asked_for_consent_to_send_apple_events(self):
         info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
@@ -51,9 +60,31 @@ class PackagingTests(unittest.TestCase):
     def test_what_is_inside_is_signed_before_what_holds_it(self):
         script = (PACKAGING / "sign.sh").read_text(encoding="utf-8")
         signed = re.findall(r'^ *(?:while .*do )?sign "([^"]*)"', script, re.M)
-        self.assertEqual(signed[-2:], ["$app/Contents/Helpers/velmora", "$app"])
+        self.assertEqual(signed[-3:], ["$app/Contents/Helpers/velmora", "$app/Contents/Helpers/velmora-script-host", "$app"])
         self.assertEqual(len([path for path in signed if "$sparkle" in path]), 4)
         self.assertIsNone(re.search(r"codesign.* --deep", script))
+
+    def test_what_sends_apple_events_has_the_entitlement_and_nothing_else_has(self):
+        script = (PACKAGING / "sign.sh").read_text(encoding="utf-8")
+        entitled = re.findall(r'^ *sign "([^"]*)" --entitlements', script, re.M)
+        self.assertEqual(entitled, ["$app/Contents/Helpers/velmora-script-host", "$app"])
+
+    def test_an_ad_hoc_signature_has_no_hardened_runtime(self):
+        with tempfile.TemporaryDirectory() as folder:
+            app = pathlib.Path(folder) / "Velmora.app"
+            (app / "Contents" / "MacOS").mkdir(parents=True)
+            said = pathlib.Path(folder) / "said"
+            tool = pathlib.Path(folder) / "codesign"
+            tool.write_text(f'#!/bin/sh\necho "$@" >>{said}\n')
+            tool.chmod(0o755)
+            for identity, hardened in (("-", False), ("Developer ID Application: N (T)", True)):
+                said.unlink(missing_ok=True)
+                subprocess.run([PACKAGING / "sign.sh", app, identity], check=True, capture_output=True,
+                               env={"PATH": f"{folder}:/usr/bin:/bin"})
+                signing = [line for line in said.read_text().splitlines() if "--sign" in line]
+                self.assertTrue(signing)
+                for line in signing:
+                    self.assertEqual("--options runtime" in line, hardened, line)
 
 
 if __name__ == "__main__":

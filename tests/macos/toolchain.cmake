@@ -21,4 +21,6 @@ foreach(language CXX OBJCXX)
   set(CMAKE_${language}_COMPILE_FEATURES cxx_std_17 cxx_std_20)
   set(CMAKE_${language}_LINK_EXECUTABLE "${VELMORA_MACOS_TOOLS}/link <TARGET> <OBJECTS> <LINK_LIBRARIES>")
 endforeach()
+# CMake knows no such option of a compiler for Objective-C++ that it was told of.
+set(CMAKE_OBJCXX_FLAGS_INIT -std=c++20)
 set(CMAKE_HAVE_LIBC_PTHREAD TRUE)

@@ -47,6 +47,8 @@ class ScriptedHost final : public ScriptHost {
     std::map<std::string, ScriptReply> replies{};  ///< By handler; without one it answers nothing.
     std::vector<Call> calls{};
     std::function<void()> duringCall = [] {};
+    Deadline deadline{};  ///< Of the last call.
+    bool cancelled = false;
     std::thread::id compiledOn{};
     std::vector<std::thread::id> threads{};  ///< That called.
   };
@@ -58,12 +60,15 @@ class ScriptedHost final : public ScriptHost {
     state_.compiledOn = std::this_thread::get_id();
     return state_.compiles;
   }
-  ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments) override {
+  ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments,
+                   Deadline deadline) override {
+    state_.deadline = deadline;
     state_.calls.push_back({handler, arguments});
     state_.threads.push_back(std::this_thread::get_id());
     state_.duringCall();
     return state_.replies[handler];
   }
+  void cancel() noexcept override { state_.cancelled = true; }
 
  private:
   State& state_;

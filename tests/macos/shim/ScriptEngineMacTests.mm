@@ -10,46 +10,46 @@ namespace {
 
 using namespace std::string_literals;
 
-class ScriptHostMac : public ::testing::Test {
+class ScriptEngineMac : public ::testing::Test {
  protected:
-  ScriptHostMac() {
+  ScriptEngineMac() {
     fakeCompiles = YES;
     fakeReply = [FakeDescriptor descriptorWithString:@""];
     fakeError = nil;
   }
 
-  ~ScriptHostMac() override { [pool_ release]; }
+  ~ScriptEngineMac() override { [pool_ release]; }
 
   FakeDescriptor* argument(NSInteger position) {
     return [[fakeEvent paramDescriptorForKeyword:'----'] descriptorAtIndex:position];
   }
   ScriptDescriptor reply(FakeDescriptor* descriptor) {
     fakeReply = descriptor;
-    return std::get<ScriptDescriptor>(host_->call("status", {}));
+    return std::get<ScriptDescriptor>(engine_->call("status", {}));
   }
   ScriptFailure failure(NSDictionary* error) {
     fakeReply = nil;
     fakeError = error;
-    return std::get<ScriptFailure>(host_->call("status", {}));
+    return std::get<ScriptFailure>(engine_->call("status", {}));
   }
 
   NSAutoreleasePool* const pool_ = [NSAutoreleasePool new];
-  std::unique_ptr<ScriptHost> host_ = [] {
-    auto host = systemScriptHost();
-    host->compile("");
-    return host;
+  std::unique_ptr<ScriptEngine> engine_ = [] {
+    auto engine = systemScriptEngine();
+    engine->compile("");
+    return engine;
   }();
 };
 
-TEST_F(ScriptHostMac, CompilesTheSourceThatItWasGiven) {
-  EXPECT_TRUE(host_->compile("-- 안녕\n"));
+TEST_F(ScriptEngineMac, CompilesTheSourceThatItWasGiven) {
+  EXPECT_TRUE(engine_->compile("-- 안녕\n"));
   EXPECT_STREQ([fakeSource UTF8String], "-- 안녕\n");
   fakeCompiles = NO;
-  EXPECT_FALSE(host_->compile("on"));
+  EXPECT_FALSE(engine_->compile("on"));
 }
 
-TEST_F(ScriptHostMac, CallsASubroutineOfTheScriptItself) {
-  host_->call("bridgeStatus", {});
+TEST_F(ScriptEngineMac, CallsASubroutineOfTheScriptItself) {
+  engine_->call("bridgeStatus", {});
   EXPECT_EQ(fakeEvent->eventClass, static_cast<unsigned>('ascr'));
   EXPECT_EQ(fakeEvent->eventID, static_cast<unsigned>('psbr'));
   EXPECT_EQ(fakeEvent->returnID, -1);
@@ -59,8 +59,8 @@ TEST_F(ScriptHostMac, CallsASubroutineOfTheScriptItself) {
   EXPECT_EQ([[fakeEvent paramDescriptorForKeyword:'----'] numberOfItems], 0);
 }
 
-TEST_F(ScriptHostMac, ArgumentsKeepTheirOrderAndKind) {
-  host_->call("sendCommand", {"echo '안녕 😀'"s, "/dev/ttys001"s, std::numeric_limits<std::int32_t>::max(),
+TEST_F(ScriptEngineMac, ArgumentsKeepTheirOrderAndKind) {
+  engine_->call("sendCommand", {"echo '안녕 😀'"s, "/dev/ttys001"s, std::numeric_limits<std::int32_t>::max(),
                               std::numeric_limits<std::int32_t>::min(), true, false});
   EXPECT_EQ([[fakeEvent paramDescriptorForKeyword:'----'] numberOfItems], 6);
   EXPECT_STREQ([[argument(1) stringValue] UTF8String], "echo '안녕 😀'");
@@ -72,13 +72,13 @@ TEST_F(ScriptHostMac, ArgumentsKeepTheirOrderAndKind) {
   EXPECT_TRUE(argument(6)->isBoolean && ![argument(6) booleanValue]);
 }
 
-TEST_F(ScriptHostMac, ATextMayHoldANul) {
-  host_->call("sendCommand", {"a\0b"s});
+TEST_F(ScriptEngineMac, ATextMayHoldANul) {
+  engine_->call("sendCommand", {"a\0b"s});
   EXPECT_EQ([[argument(1) stringValue] length], 3u);
   EXPECT_EQ(reply(argument(1)).text, "a\0b"s);
 }
 
-TEST_F(ScriptHostMac, ReadsEachValueInEveryWay) {
+TEST_F(ScriptEngineMac, ReadsEachValueInEveryWay) {
   const auto text = reply([FakeDescriptor descriptorWithString:[NSString stringWithUTF8String:"제목 12"]]);
   EXPECT_EQ(text.text, "제목 12");
   EXPECT_TRUE(text.items.empty());
@@ -89,7 +89,7 @@ TEST_F(ScriptHostMac, ReadsEachValueInEveryWay) {
   EXPECT_FALSE(reply([FakeDescriptor descriptorWithBoolean:0]).boolean);
 }
 
-TEST_F(ScriptHostMac, AMissingValueReadsAsNothing) {
+TEST_F(ScriptEngineMac, AMissingValueReadsAsNothing) {
   const auto missing = reply([FakeDescriptor new]);
   EXPECT_EQ(missing.text, "");
   EXPECT_EQ(missing.integer, 0);
@@ -97,7 +97,7 @@ TEST_F(ScriptHostMac, AMissingValueReadsAsNothing) {
   EXPECT_TRUE(missing.items.empty());
 }
 
-TEST_F(ScriptHostMac, ListsKeepTheirOrderAndDepth) {
+TEST_F(ScriptEngineMac, ListsKeepTheirOrderAndDepth) {
   FakeDescriptor* const row = [FakeDescriptor listDescriptor];
   [row insertDescriptor:[FakeDescriptor descriptorWithString:@"/dev/ttys001"] atIndex:1];
   [row insertDescriptor:[FakeDescriptor descriptorWithInt32:41] atIndex:2];
@@ -112,13 +112,13 @@ TEST_F(ScriptHostMac, ListsKeepTheirOrderAndDepth) {
   EXPECT_EQ(list.items[1].items[1].integer, 41);
 }
 
-TEST_F(ScriptHostMac, AFailureKeepsItsNumber) {
+TEST_F(ScriptEngineMac, AFailureKeepsItsNumber) {
   NSDictionary* const error = [NSDictionary dictionaryWithObject:[NSNumber numberWithInt:-1743]
                                                           forKey:@"NSAppleScriptErrorNumber"];
   EXPECT_EQ(failure(error).number, -1743);
 }
 
-TEST_F(ScriptHostMac, AFailureMayHaveNoNumberAtAll) {
+TEST_F(ScriptEngineMac, AFailureMayHaveNoNumberAtAll) {
   EXPECT_EQ(failure(nil).number, std::nullopt);
   EXPECT_EQ(failure([NSDictionary dictionary]).number, std::nullopt);
   NSDictionary* const text = [NSDictionary dictionaryWithObject:@"-1743" forKey:@"NSAppleScriptErrorNumber"];

@@ -3,8 +3,12 @@
 
 #import <Foundation/Foundation.h>
 
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) { NSApplicationActivationPolicyProhibited = 2 };
+
 @interface NSApplication : NSObject
 + (NSApplication*)sharedApplication;
+- (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
+- (void)run;
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)orderFrontStandardAboutPanel:(id)sender;
 @end

@@ -95,6 +95,20 @@ typedef struct {
 - (void)setObject:(id)value forKey:(NSString*)defaultName;
 @end
 
+@interface NSNotification : NSObject
+- (id)object;
+@end
+
+@interface NSNotificationCenter : NSObject
++ (NSNotificationCenter*)defaultCenter;
+- (void)addObserver:(id)observer selector:(SEL)aSelector name:(NSString*)aName object:(id)anObject;
+@end
+
+@interface NSFileHandle : NSObject
++ (NSFileHandle*)fileHandleWithStandardInput;
+- (void)waitForDataInBackgroundAndNotify;
+@end
+
 @interface NSAppleEventDescriptor : NSObject
 + (NSAppleEventDescriptor*)descriptorWithString:(NSString*)string;
 + (NSAppleEventDescriptor*)descriptorWithInt32:(int32_t)signedInt;
@@ -125,6 +139,7 @@ typedef struct {
 extern "C" {
 #endif
 extern NSString* const NSAppleScriptErrorNumber;
+extern NSString* const NSFileHandleDataAvailableNotification;
 Class NSClassFromString(NSString* aClassName);
 #ifdef __cplusplus
 }

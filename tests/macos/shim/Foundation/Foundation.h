@@ -1,5 +1,5 @@
 // GNUstep's Foundation, with fakes in the place of the two AppleScript classes, which are empty there. So the
-// conversions of ScriptHostMac.mm run on Linux.
+// conversions of ScriptEngineMac.mm run on Linux.
 #pragma once
 
 #include_next <Foundation/Foundation.h>

@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include "System/FileDescriptor.h"
+#include "TerminalAutomation/AppleScript/ScriptFrames.h"
+
+namespace velmora {
+namespace {
+
+std::string contentOf(const std::string& frame) { return std::string(scriptFrameIn(frame).value()); }
+
+ScriptReply sentAndRead(const ScriptReply& reply) {
+  return decodeScriptReply(contentOf(encodeScriptReply(reply)));
+}
+
+/// An engine that answers with the number of calls so far.
+class CountingEngine final : public ScriptEngine {
+ public:
+  bool compile(const std::string& source) override { return source == "right"; }
+  ScriptReply call(const std::string& /*handler*/,
+                   const std::vector<ScriptArgument>& /*arguments*/) override {
+    return ScriptDescriptor{.integer = ++calls};
+  }
+
+  int calls = 0;
+};
+
+TEST(ScriptFrames, AreTheLengthAndJson) {
+  EXPECT_EQ(encodeScriptRequest(ScriptCompileRequest{"a"}),
+            std::string("\0\0\0\x1d", 4) + R"({"source":"a","arguments":[]})");
+  EXPECT_EQ(contentOf(encodeScriptRequest(ScriptCallRequest{"go", {std::string("1"), 1, true}})),
+            R"({"handler":"go","arguments":["1",1,true]})");
+  EXPECT_EQ(contentOf(encodeScriptReply(ScriptFailure{-1743})), R"({"failure":{"number":-1743}})");
+}
+
+TEST(ScriptFrames, KeepTheKindsOfArguments) {
+  const ScriptRequest call = ScriptCallRequest{"go", {std::string("7"), 7, false, std::string()}};
+  EXPECT_EQ(decodeScriptRequest(contentOf(encodeScriptRequest(call))), call);
+}
+
+TEST(ScriptFrames, KeepListsInLists) {
+  const ScriptDescriptor row{.text = "x", .integer = 3, .boolean = true, .items = {{.text = "y"}, {}}};
+  const auto read = std::get<ScriptDescriptor>(sentAndRead(ScriptDescriptor{.items = {row, {}}}));
+  ASSERT_EQ(read.items.size(), 2u);
+  EXPECT_EQ(read.items[0].text, "x");
+  EXPECT_EQ(read.items[0].integer, 3);
+  EXPECT_TRUE(read.items[0].boolean);
+  EXPECT_EQ(read.items[0].items.at(0).text, "y");
+}
+
+TEST(ScriptFrames, KeepAFailureWithoutANumber) {
+  EXPECT_FALSE(std::get<ScriptFailure>(sentAndRead(ScriptFailure{})).number.has_value());
+}
+
+TEST(ScriptFrames, AreThereOnceAllTheirBytesAre) {
+  const std::string frame = encodeScriptReply(ScriptDescriptor{.text = "text"});
+  for (std::size_t size = 0; size < frame.size(); ++size) {
+    EXPECT_FALSE(scriptFrameIn(frame.substr(0, size)).has_value()) << size;
+  }
+  EXPECT_EQ(scriptFrameIn(frame + "more")->size(), frame.size() - 4);
+}
+
+TEST(ScriptFrames, RefuseWhatIsNone) {
+  EXPECT_THROW(scriptFrameIn("\x04\x01\x01\x01"), ScriptFrameError);  // 64 MiB and some
+  for (const std::string text :
+       {"", "no", "[]", "{}", R"({"arguments":[]})", R"({"source":"a","handler":"b","arguments":[]})",
+        R"({"handler":"a","arguments":[1.5]})", R"({"handler":"a","arguments":[2147483648]})",
+        R"({"handler":"a","arguments":[null]})"}) {
+    EXPECT_THROW(decodeScriptRequest(text), ScriptFrameError) << text;
+  }
+  for (const std::string text : {"", "{}", R"({"value":{}})", R"({"value":7})"}) {
+    EXPECT_THROW(decodeScriptReply(text), ScriptFrameError) << text;
+  }
+}
+
+TEST(ScriptFrames, AreAnsweredOneByOneUntilTheEnd) {
+  Pipe requests = openPipe();
+  Pipe replies = openPipe();
+  const std::string both =
+      encodeScriptRequest(ScriptCompileRequest{"right"}) + encodeScriptRequest(ScriptCallRequest{"go", {}});
+  ASSERT_TRUE(writeTo(requests.write, both).empty());
+  requests.write.close();
+  CountingEngine engine;
+  EXPECT_TRUE(answerScriptRequest(engine, requests.read.get(), replies.write.get()));
+  EXPECT_EQ(engine.calls, 0) << "the second request is left for later";
+  EXPECT_TRUE(answerScriptRequest(engine, requests.read.get(), replies.write.get()));
+  EXPECT_FALSE(answerScriptRequest(engine, requests.read.get(), replies.write.get()));
+  EXPECT_EQ(engine.calls, 1);
+
+  std::string bytes(4096, '\0');
+  bytes.resize(static_cast<std::size_t>(::read(replies.read.get(), bytes.data(), bytes.size())));
+  const auto first = scriptFrameIn(bytes).value();
+  EXPECT_TRUE(std::get<ScriptDescriptor>(decodeScriptReply(first)).boolean);
+  const auto second = scriptFrameIn(std::string_view(bytes).substr(4 + first.size())).value();
+  EXPECT_EQ(std::get<ScriptDescriptor>(decodeScriptReply(second)).integer, 1);
+}
+
+TEST(ScriptFrames, ThatAreNoRequestsEndTheConversation) {
+  Pipe requests = openPipe();
+  Pipe replies = openPipe();
+  ASSERT_TRUE(writeTo(requests.write, std::string_view("\0\0\0\2no", 6)).empty());
+  CountingEngine engine;
+  EXPECT_FALSE(answerScriptRequest(engine, requests.read.get(), replies.write.get()));
+}
+
+}  // namespace
+}  // namespace velmora
