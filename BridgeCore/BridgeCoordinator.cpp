@@ -47,12 +47,13 @@ struct BridgeCoordinator::Answer {
 BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                                      BridgeOperationState& operationState, RequestRecorder& recorder,
                                      PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
-                                     const Clock& now, Log log)
+                                     const Clock& now, Log log, PermissionStore* permissionStore)
     : registry_(registry),
       operationState_(operationState),
+      permissionMemory_(registry, permissionStore, log),
       statusService_(automation, operationState, registry, now, statusDeadline),
-      sessionService_(automation, registry, SessionPolicy::safe, now),
-      permissionService_(registry),
+      sessionService_(automation, registry, SessionPolicy::safe, now, &permissionMemory_),
+      permissionService_(registry, &permissionMemory_),
       commandService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
       keyService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
       outputService_(automation, sessionService_, permissionService_),
@@ -146,6 +147,11 @@ LocalStateProblems BridgeCoordinator::loadLocalState() {
   }
   const auto settings = settingsStore_.current();
   setSessionPolicy(settings.sessionPolicy);
+  try {
+    permissionMemory_.load();
+  } catch (...) {
+    problems.permissions = problemSentence(std::current_exception());
+  }
   if (!settings.persistentHistoryEnabled) return problems;
   try {
     recorder_.restore(historyStore_.load());
@@ -197,7 +203,7 @@ void BridgeCoordinator::setPaused(bool paused) {
 void BridgeCoordinator::setSessionPolicy(SessionPolicy policy) { sessionService_.setPolicy(policy); }
 
 TerminalSession BridgeCoordinator::setPermission(SessionPermission permission, const Uuid& sessionId) {
-  return registry_.setPermission(permission, sessionId);
+  return permissionService_.set(permission, sessionId);
 }
 
 TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission permission,

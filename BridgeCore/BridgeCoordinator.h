@@ -34,18 +34,19 @@ inline constexpr std::chrono::seconds statusDeadline{5};
 struct LocalStateProblems {
   std::optional<std::string> settings{};
   std::optional<std::string> history{};
+  std::optional<std::string> permissions{};  ///< Sessions are found as readOnly at best then.
 };
 
 /// Thread-safe. Tool calls take no lock of its own: those of different requests meet only in the monitors it
 /// is built over. What it is given must outlive it. No tool operation throws; a failure travels inside the
 /// result. The log gets a line for each call that changes something, and one for each failure of the terminal
-/// or a store.
+/// or a store. Without a permission store, what the user sets for a session ends with the run.
 class BridgeCoordinator {
  public:
   BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                     BridgeOperationState& operationState, RequestRecorder& recorder,
                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now,
-                    Log log = {});
+                    Log log = {}, PermissionStore* permissionStore = nullptr);
 
   // The nine tools. `requestId` is the caller's; `client` is who calls.
   ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);
@@ -67,8 +68,8 @@ class BridgeCoordinator {
 
   // The user's settings and history. These run one after the other.
 
-  /// Loads the settings and, when the user keeps one, the history. What cannot be read keeps its default and
-  /// stays on disk; nothing is thrown.
+  /// Loads the settings, the sessions' permissions and, when the user keeps one, the history. What cannot be
+  /// read keeps its default and stays on disk; nothing is thrown.
   LocalStateProblems loadLocalState();
   /// Saves the settings; then the session policy holds, and what they no longer allow to be kept is removed.
   /// Throws what PrivacySettingsStore::save throws (nothing has changed then), and the storage error of the
@@ -120,6 +121,7 @@ class BridgeCoordinator {
 
   SessionRegistry& registry_;
   BridgeOperationState& operationState_;
+  PermissionMemory permissionMemory_;
   BridgeStatusService statusService_;
   TerminalSessionService sessionService_;
   SessionPermissionService permissionService_;

@@ -2,6 +2,7 @@
 // registry. It never checks validity: whoever asks has just validated the session.
 #pragma once
 
+#include "BridgeCore/PermissionMemory.h"
 #include "BridgeCore/SessionRegistry.h"
 #include "BridgeModels/TerminalSession.h"
 
@@ -10,7 +11,9 @@ namespace velmora {
 /// Thread-safe; the predicates are pure.
 class SessionPermissionService {
  public:
-  explicit SessionPermissionService(SessionRegistry& registry) : registry_(registry) {}
+  /// With a memory, what the user set outlives the session's id.
+  explicit SessionPermissionService(SessionRegistry& registry, PermissionMemory* memory = nullptr)
+      : registry_(registry), memory_(memory) {}
 
   /// Read output, capture the screen: all but blocked sessions.
   static bool canRead(const TerminalSession& session) {
@@ -25,11 +28,14 @@ class SessionPermissionService {
 
   /// Returns the session as stored afterwards. Throws the registry's not found and stale errors.
   TerminalSession set(SessionPermission permission, const Uuid& sessionId) {
-    return registry_.setPermission(permission, sessionId);
+    auto session = registry_.setPermission(permission, sessionId);
+    if (memory_ != nullptr) memory_->choose(session);
+    return session;
   }
 
  private:
   SessionRegistry& registry_;
+  PermissionMemory* const memory_;
 };
 
 }  // namespace velmora

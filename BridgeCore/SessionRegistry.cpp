@@ -83,6 +83,13 @@ TerminalSession SessionRegistry::session(const Uuid& id) const {
   return requireValid(id);
 }
 
+std::optional<SessionPermission> SessionRegistry::lastPermission(const Uuid& id) const {
+  const MutexLock lock(mutex_);
+  const auto found = sessions_.find(id);
+  if (found == sessions_.end()) return std::nullopt;
+  return found->second.permission;
+}
+
 TerminalSession SessionRegistry::validate(const Uuid& id, const std::vector<TerminalTabSnapshot>& snapshots,
                                           Date now) {
   const MutexLock lock(mutex_);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -39,6 +40,9 @@ class SessionRegistry {
   std::vector<TerminalSession> currentSessions() const;
 
   TerminalSession session(const Uuid& id) const;
+
+  /// Also of a session that is no longer valid; nothing for an id that was never issued.
+  std::optional<SessionPermission> lastPermission(const Uuid& id) const;
 
   /// Checks the session against a fresh listing and refreshes it; when it no longer is that tab it turns
   /// stale for ever.

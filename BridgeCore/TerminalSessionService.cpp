@@ -9,8 +9,8 @@
 namespace velmora {
 
 TerminalSessionService::TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry,
-                                               SessionPolicy policy, Clock now)
-    : automation_(automation), registry_(registry), now_(std::move(now)), policy_(policy) {}
+                                               SessionPolicy policy, Clock now, PermissionMemory* memory)
+    : automation_(automation), registry_(registry), now_(std::move(now)), memory_(memory), policy_(policy) {}
 
 // Hands `use` a listing taken for this call, when all earlier ones have reached the registry.
 template <class Use>
@@ -75,8 +75,10 @@ TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
 }
 
 std::vector<TerminalSession> TerminalSessionService::reconciled(std::string_view operation) {
-  return withListing(operation, std::nullopt,
-                     [&](const auto& listing) { return registry_.reconcile(listing, policy(), now_()); });
+  return withListing(operation, std::nullopt, [&](const auto& listing) {
+    auto found = registry_.reconcile(listing, policy(), now_());
+    return memory_ == nullptr ? found : memory_->restricted(std::move(found), listing);
+  });
 }
 
 SessionPolicy TerminalSessionService::policy() const {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "BridgeCore/PermissionMemory.h"
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
 #include "BridgeCore/TurnOrder.h"
@@ -20,8 +21,9 @@ namespace velmora {
 /// for a terminal that hangs, each hears of it at its own deadline.
 class TerminalSessionService {
  public:
+  /// With a memory, a tab that gets a new id keeps the permission that restricted it.
   TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry, SessionPolicy policy,
-                         Clock now);
+                         Clock now, PermissionMemory* memory = nullptr);
 
   /// How tabs found from now on are registered; those registered already keep their permission.
   void setPolicy(SessionPolicy policy);
@@ -48,6 +50,7 @@ class TerminalSessionService {
   TerminalAutomating& automation_;
   SessionRegistry& registry_;
   const Clock now_;
+  PermissionMemory* const memory_;
 
   // Listings reach the registry in the order in which they were taken: an older one after a newer one would
   // retire tabs that were opened between the two. A turn is drawn and the listing queued under the lock,

@@ -54,8 +54,9 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
       recorder_(options.now),
       historyStore_(files_, defaultHistoryFile(options.environment), log_),
       settingsStore_(files_, defaultSettingsFile(options.environment), PrivacyRetentionSettings{}, log_),
+      permissionStore_(files_, defaultPermissionFile(options.environment)),
       coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
-                   options.now, log_),
+                   options.now, log_, &permissionStore_),
       router_(coordinator_) {
   try {
     localServer_ = serverAt(

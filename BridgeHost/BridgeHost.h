@@ -65,6 +65,7 @@ class BridgeHost {
   RequestRecorder recorder_;
   HistoryStore historyStore_;
   PrivacySettingsStore settingsStore_;
+  PermissionStore permissionStore_;
   BridgeCoordinator coordinator_;
   LocalControlRouter router_;
   std::string serverProblem_;

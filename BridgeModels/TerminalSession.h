@@ -13,6 +13,17 @@
 
 namespace velmora {
 
+/// What a tab stays, whatever window it moves to and however often the bridge is started. The words are the
+/// adapter's own; nobody else reads them.
+struct TabIdentity {
+  std::string terminal{};  ///< This run of the terminal: no other one, earlier or later, is called so.
+  std::string tab{};       ///< The tab in it, never given to another one.
+
+  bool operator==(const TabIdentity&) const = default;
+  auto operator<=>(const TabIdentity&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(TabIdentity, (), (terminal, tab))
+
 /// One terminal tab as reported by the automation adapter.
 struct TerminalTabSnapshot {
   std::string tty{};             ///< Device path, the stable key of a tab.
@@ -20,8 +31,9 @@ struct TerminalTabSnapshot {
   std::int64_t windowIndex = 0;  ///< Position in the terminal's window list, 1 = front-most.
   std::int64_t tabIndex = 0;     ///< Position in the window, from 1.
   std::string title{};
-  bool busy = false;      ///< A command is running in the tab.
-  bool selected = false;  ///< The selected tab of its window.
+  bool busy = false;                      ///< A command is running in the tab.
+  bool selected = false;                  ///< The selected tab of its window.
+  std::optional<TabIdentity> identity{};  ///< Not in JSON. Absent when the adapter knows nothing that lasts.
 
   bool operator==(const TerminalTabSnapshot&) const = default;
 };

@@ -40,6 +40,10 @@ std::filesystem::path defaultHistoryFile(const Environment& environment) {
   return applicationSupportDirectory(environment) / "Velmora" / "history.json";
 }
 
+std::filesystem::path defaultPermissionFile(const Environment& environment) {
+  return applicationSupportDirectory(environment) / "Velmora" / "permissions.json";
+}
+
 void ensureDirectory(FileSystem& files, const std::filesystem::path& directory) {
   files.createDirectories(directory);
   try {

@@ -15,6 +15,7 @@ std::filesystem::path applicationSupportDirectory(const Environment& environment
 
 std::filesystem::path defaultSettingsFile(const Environment& environment);
 std::filesystem::path defaultHistoryFile(const Environment& environment);
+std::filesystem::path defaultPermissionFile(const Environment& environment);
 
 /// Creates `directory`, with those above it that are missing, and sets its mode to 0700 even when it existed.
 /// Throws what the file system reports for the creation, a storage error for the mode.

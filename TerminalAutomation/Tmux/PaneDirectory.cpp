@@ -81,6 +81,11 @@ std::string paneTitle(const PaneRow& row) {
   return title.empty() ? row.sessionName : row.sessionName + ": " + title;
 }
 
+TabIdentity paneIdentity(const PaneRow& row) {
+  return {.terminal = "tmux " + std::to_string(row.serverStart) + " " + std::to_string(row.serverProcess),
+          .tab = "%" + std::to_string(row.pane)};
+}
+
 std::int64_t PaneDirectory::enter(const PaneRow& row) {
   const MutexLock lock(mutex_);
   const std::int64_t windowId = windowIdOf(row);

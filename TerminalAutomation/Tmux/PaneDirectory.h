@@ -33,6 +33,9 @@ std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing);
 /// "session: what the program calls itself", or the window's name when it does not.
 std::string paneTitle(const PaneRow& row);
 
+/// A server and its number for a pane, which it never gives to another one.
+TabIdentity paneIdentity(const PaneRow& row);
+
 /// Hands out window ids, and remembers which pane each address names. tmux numbers the windows of each server
 /// from 0 and the system uses terminal names again, so the id carries the server's start, and changes when
 /// another program has taken a terminal over within the same window: one address never means two panes.

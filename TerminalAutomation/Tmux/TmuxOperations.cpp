@@ -181,7 +181,8 @@ TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
           .tabIndex = pane.tabIndex,
           .title = paneTitle(pane.row),
           .busy = isBusy(pane.row),
-          .selected = pane.row.active};
+          .selected = pane.row.active,
+          .identity = paneIdentity(pane.row)};
 }
 
 TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {

@@ -81,6 +81,10 @@ void AppModel::loadLocalState() {
         }
         if (problems.history)
           addProblem("The history could not be loaded. " + optionalText(problems.history));
+        if (problems.permissions) {
+          addProblem("The sessions' permissions could not be loaded; sessions are read-only at best. " +
+                     optionalText(problems.permissions));
+        }
       });
 }
 

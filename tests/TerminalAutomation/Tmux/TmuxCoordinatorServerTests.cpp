@@ -128,5 +128,86 @@ TEST_F(TmuxCoordinator, AServerThatHangsCostsEachOfManyCallersTheSameFewSeconds)
   }
 }
 
+/// One run of the bridge over the private server; the next one has new ids and the same file.
+struct BridgeRun {
+  BridgeRun(TmuxOptions options, FileSystem& files, const std::filesystem::path& folder)
+      : store(files, folder / "permissions.json"),
+        settings(files, folder / "settings.json", {}),
+        history(files, folder / "history.json"),
+        terminal(makeTmuxTerminal(std::move(options))),
+        core(*terminal, registry, state, recorder, settings, history, Date::now, {}, &store) {
+    core.loadLocalState();
+  }
+
+  std::vector<TerminalSession> list() {
+    const auto listed = core.listSessions(Uuid::random(), {"test", std::nullopt}, {});
+    if (!listed.ok) throw std::runtime_error(listed.error->message);
+    return listed.data->sessions;
+  }
+  /// The session of a pane, once it has the id that it keeps.
+  TerminalSession of(const std::string& tty) {
+    std::optional<TerminalSession> found;
+    eventually([&] {
+      for (auto& session : list()) {
+        if (session.tty == tty) found = std::move(session);
+      }
+      return found.has_value();
+    });
+    return found.value();
+  }
+  std::optional<ErrorCode> read(const TerminalSession& session) {
+    const auto answer = core.readOutput(Uuid::random(), {"test", std::nullopt},
+                                        {session.sessionId, OutputSource::visible, 100});
+    return answer.ok ? std::nullopt : std::optional(answer.error->code);
+  }
+
+  BridgeOperationState state{MCPState::active};
+  SessionRegistry registry{Uuid::random(), Uuid::random};
+  RequestRecorder recorder{Date::now};
+  PermissionStore store;
+  PrivacySettingsStore settings;
+  HistoryStore history;
+  std::unique_ptr<SerialTerminal> terminal;
+  BridgeCoordinator core;
+};
+
+TEST_F(TmuxCoordinator, ABlockedPaneStaysBlockedWhereverItGoesAndWhoeverStartsTheBridgeAgain) {
+  startServer();
+  tmux({"split-window", "-t", "main"});
+  tmux({"new-session", "-d", "-s", "other"});
+  const auto pane = tmux({"display-message", "-p", "-t", "main:0.0", "#{pane_id}"});
+  const auto tty = tmux({"display-message", "-p", "-t", pane, "#{pane_tty}"});
+  const auto guarded = tmux({"display-message", "-p", "-t", "main:0.1", "#{pane_tty}"});
+  auto run = std::make_unique<BridgeRun>(options(), files_, directory_.path());
+  const auto blocked = run->of(tty);
+  run->core.setPermission(SessionPermission::blocked, blocked.sessionId);
+  run->core.setPermission(SessionPermission::readOnly, run->of(guarded).sessionId);
+  ASSERT_EQ(run->read(blocked), ErrorCode::sessionNotAllowed);
+
+  tmux({"break-pane", "-d", "-s", pane});
+  const auto broken = run->of(tty);
+  EXPECT_NE(broken.sessionId, blocked.sessionId);
+  EXPECT_EQ(broken.permission, SessionPermission::blocked);
+  EXPECT_EQ(run->read(broken), ErrorCode::sessionNotAllowed);
+
+  tmux({"join-pane", "-d", "-s", pane, "-t", "other:0.0"});
+  const auto joined = run->of(tty);
+  EXPECT_NE(joined.sessionId, broken.sessionId);
+  EXPECT_EQ(run->read(joined), ErrorCode::sessionNotAllowed);
+
+  tmux({"respawn-pane", "-k", "-t", pane});
+  const auto terminalNow = tmux({"display-message", "-p", "-t", pane, "#{pane_tty}"});
+  EXPECT_EQ(run->read(run->of(terminalNow)), ErrorCode::sessionNotAllowed);
+
+  run.reset();
+  run = std::make_unique<BridgeRun>(options(), files_, directory_.path());
+  EXPECT_EQ(run->read(run->of(terminalNow)), ErrorCode::sessionNotAllowed);
+  EXPECT_EQ(run->of(guarded).permission, SessionPermission::readOnly);
+  for (const auto& session : run->list()) {
+    if (session.tty == terminalNow || session.tty == guarded) continue;
+    EXPECT_EQ(session.permission, SessionPermission::managed) << session.title;
+  }
+}
+
 }  // namespace
 }  // namespace velmora
