@@ -53,6 +53,19 @@ std::string PosixFileSystem::read(const std::filesystem::path& path) {
   return bytes;
 }
 
+std::vector<std::filesystem::path> PosixFileSystem::filesBeginningWith(const std::filesystem::path& prefix) {
+  std::vector<std::filesystem::path> found;
+  std::error_code missing;
+  const auto folder = prefix.parent_path();
+  if (!std::filesystem::is_directory(folder, missing)) return found;
+  const auto start = prefix.filename().string();
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().filename().string().starts_with(start) && !entry.is_directory())
+      found.push_back(entry.path());
+  }
+  return found;
+}
+
 void PosixFileSystem::create(const std::filesystem::path& path, std::string_view bytes) {
   const auto file = openFile(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, S_IRUSR | S_IWUSR);
   if (!writeTo(file, bytes).empty()) fail("write", path);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmora {
 
@@ -18,6 +19,10 @@ class FileSystem {
   virtual bool exists(const std::filesystem::path& path) = 0;
 
   virtual std::string read(const std::filesystem::path& path) = 0;
+
+  /// What is no directory and whose path begins with `prefix`, in the folder of the prefix; none when there
+  /// is no such folder.
+  virtual std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) = 0;
 
   /// Writes a file that must not exist yet, mode 0600, and flushes it to the disk. After a failure part of
   /// it may be there.
@@ -43,6 +48,7 @@ class PosixFileSystem final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override;
   std::string read(const std::filesystem::path& path) override;
+  std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override;
   void create(const std::filesystem::path& path, std::string_view bytes) override;
   void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
   void remove(const std::filesystem::path& path) override;

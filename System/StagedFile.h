@@ -4,13 +4,15 @@
 
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "System/FileSystem.h"
 
 namespace velmora {
 
-/// New content that waits beside its file. Unless it was committed, destruction removes it. For one thread,
-/// and one at a time for each file: what a crash left behind is written over.
+/// New content that waits beside its file, under a name of its own: whoever else replaces the file at the
+/// same time, nobody's content is mixed with another's. Unless it was committed, destruction removes it. For
+/// one thread.
 class StagedFile {
  public:
   /// Writes the new content, mode 0600. Throws std::system_error; the file is untouched.
@@ -19,11 +21,13 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
-  /// Puts the content in place. Throws std::system_error.
-  void commit();
+  /// Puts the content in place. Throws std::system_error when it is not. The result says why a power failure
+  /// could still bring the old content back; empty when it cannot.
+  std::error_code commit();
 
-  /// Where new content of `file` waits.
-  static std::filesystem::path placeBeside(const std::filesystem::path& file);
+  /// Removes what crashes left of new content for `file`. For when nobody is replacing it. Throws
+  /// std::system_error.
+  static void removeLeftovers(FileSystem& files, const std::filesystem::path& file);
 
  private:
   void discard() noexcept;

@@ -14,6 +14,13 @@ class MemoryFileSystem final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override { return files_.count(path) != 0; }
   std::string read(const std::filesystem::path& path) override { return at(path)->second; }
+  std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
+    std::vector<std::filesystem::path> found;
+    for (const auto& [path, bytes] : files_) {
+      if (path.string().starts_with(prefix.string())) found.push_back(path);
+    }
+    return found;
+  }
   void create(const std::filesystem::path& path, std::string_view bytes) override {
     if (!files_.emplace(path, bytes).second)
       throw std::system_error(std::make_error_code(std::errc::file_exists));

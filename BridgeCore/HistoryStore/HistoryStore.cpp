@@ -79,7 +79,9 @@ void HistoryStore::write(const std::vector<MCPRequestRecord>& records) {
   StagedFile staged(files_, file_, encodeJson(HistoryDocument{.records = records}, JsonFormat::store));
   if (fileIsUnreadable_ && files_.exists(file_)) files_.rename(file_, placeOfUnreadable(file_));
   fileIsUnreadable_ = false;
-  staged.commit();
+  if (const auto doubt = staged.commit())
+    log_.warning("history",
+                 file_.string() + " was saved and may be lost in a power failure: " + doubt.message());
 }
 
 void HistoryStore::delete_() {
@@ -95,9 +97,10 @@ void HistoryStore::delete_() {
 
 void HistoryStore::delete_(FileSystem& files, const std::filesystem::path& file) {
   try {
-    for (const auto& path : {file, placeOfUnreadable(file), StagedFile::placeBeside(file)}) {
+    for (const auto& path : {file, placeOfUnreadable(file)}) {
       if (files.exists(path)) files.remove(path);
     }
+    StagedFile::removeLeftovers(files, file);
   } catch (const std::system_error&) {
     throw storageError(StorageFailure::historyUndeleted);
   }

@@ -91,7 +91,10 @@ void PrivacySettingsStore::save(PrivacyRetentionSettings settings) {
   settings.normalize();
   const MutexLock lock(mutex_);
   ensureDirectory(files_, file_.parent_path());
-  StagedFile(files_, file_, encodeJson(SettingsDocument{.settings = settings}, JsonFormat::store)).commit();
+  StagedFile staged(files_, file_, encodeJson(SettingsDocument{.settings = settings}, JsonFormat::store));
+  if (const auto doubt = staged.commit())
+    log_.warning("settings",
+                 file_.string() + " was saved and may be lost in a power failure: " + doubt.message());
   try {
     files_.setMode(file_, S_IRUSR | S_IWUSR);
   } catch (const std::system_error&) {

@@ -12,6 +12,7 @@ namespace {
 using testing::contentOf;
 using ::testing::ElementsAre;
 using testing::namesIn;
+using ::testing::StartsWith;
 
 class StagedFileTest : public ::testing::Test {
  protected:
@@ -34,17 +35,43 @@ TEST_F(StagedFileTest, LeavesTheFileAloneUntilItIsCommitted) {
   {
     const StagedFile staged(files, directory / "file", "new content");
     EXPECT_EQ(contentOf(directory / "file"), "old content");
-    EXPECT_EQ(contentOf(StagedFile::placeBeside(directory / "file")), "new content");
+    EXPECT_THAT(namesIn(directory.path()), ElementsAre("file", StartsWith("file.tmp.")));
+    EXPECT_EQ(contentOf(directory / namesIn(directory.path())[1]), "new content");
   }
   EXPECT_EQ(contentOf(directory / "file"), "old content");
   EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
 }
 
-TEST_F(StagedFileTest, WritesOverWhatACrashLeftBehind) {
-  testing::writeFile(StagedFile::placeBeside(directory / "file"), "half a lin");
+TEST_F(StagedFileTest, TwoAtOnceNeverMeet) {
+  StagedFile one(files, directory / "file", "one");
+  StagedFile other(files, directory / "file", "the other");
+  other.commit();
+  EXPECT_EQ(contentOf(directory / "file"), "the other");
+  one.commit();
+  EXPECT_EQ(contentOf(directory / "file"), "one");
+  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
+}
+
+TEST_F(StagedFileTest, IsNotKeptFromItsPlaceByWhatStandsBesideTheFile) {
+  std::filesystem::create_directories(directory / "file.tmp");
   replace();
   EXPECT_EQ(contentOf(directory / "file"), "new content");
-  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file"));
+}
+
+TEST_F(StagedFileTest, RemovesWhatCrashesLeftBehindAndNothingElse) {
+  for (const auto* name : {"file.tmp", "file.tmp.1", "file", "other.tmp.1"})
+    testing::writeFile(directory / name, "half a lin");
+  std::filesystem::create_directories(directory / "file.tmp.folder");
+  StagedFile::removeLeftovers(files, directory / "file");
+  EXPECT_THAT(namesIn(directory.path()), ElementsAre("file", "file.tmp.folder", "other.tmp.1"));
+  StagedFile::removeLeftovers(files, directory / "nowhere" / "file");
+}
+
+TEST_F(StagedFileTest, AFolderThatCannotBeFlushedIsADoubtAndNoFailure) {
+  files.failOn("flushDirectory", std::errc::io_error);
+  StagedFile staged(files, directory / "file", "new content");
+  EXPECT_EQ(staged.commit(), std::errc::io_error);
+  EXPECT_EQ(contentOf(directory / "file"), "new content");
 }
 
 TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverAStepFails) {
@@ -63,7 +90,7 @@ TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverAStepFails) {
     EXPECT_THAT(contentOf(directory / "file"), ::testing::AnyOf("old content", "new content")) << step;
     EXPECT_THAT(namesIn(directory.path()), ElementsAre("file")) << step;
   }
-  EXPECT_EQ(step, 4);  // remove, create, rename, flush
+  EXPECT_EQ(step, 3);  // create, rename, flush
 }
 
 TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverTheMachineStops) {
@@ -79,6 +106,7 @@ TEST_F(StagedFileTest, LeavesOldOrNewContentWhereverTheMachineStops) {
     files.work();
     if (!failed) break;
     EXPECT_THAT(contentOf(directory / "file"), ::testing::AnyOf("old content", "new content")) << step;
+    StagedFile::removeLeftovers(files, directory / "file");
     replace();
     EXPECT_EQ(contentOf(directory / "file"), "new content") << step;
     EXPECT_THAT(namesIn(directory.path()), ElementsAre("file")) << step;

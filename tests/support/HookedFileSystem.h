@@ -25,6 +25,10 @@ class HookedFileSystem final : public FileSystem {
     before("read", path);
     return real_.read(path);
   }
+  std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
+    before("filesBeginningWith", prefix);
+    return real_.filesBeginningWith(prefix);
+  }
   void create(const std::filesystem::path& path, std::string_view bytes) override {
     try {
       before("create", path);
