@@ -136,7 +136,7 @@ ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId,
   });
 }
 
-LocalStateProblems BridgeCoordinator::loadLocalState() {
+LocalStateProblems BridgeCoordinator::loadLocalState(bool formerRunWasCutShort) {
   const MutexLock order(settingsOrder_);
   LocalStateProblems problems;
   try {
@@ -152,9 +152,9 @@ LocalStateProblems BridgeCoordinator::loadLocalState() {
   } catch (...) {
     problems.permissions = problemSentence(std::current_exception());
   }
-  if (!settings.persistentHistoryEnabled) return problems;
   try {
-    recorder_.restore(historyStore_.load());
+    if (formerRunWasCutShort && settings.deleteOnAppExit && !problems.settings) historyStore_.delete_();
+    if (settings.persistentHistoryEnabled) recorder_.restore(historyStore_.load());
   } catch (...) {
     problems.history = problemSentence(std::current_exception());
   }

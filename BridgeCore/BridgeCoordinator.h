@@ -69,8 +69,9 @@ class BridgeCoordinator {
   // The user's settings and history. These run one after the other.
 
   /// Loads the settings, the sessions' permissions and, when the user keeps one, the history. What cannot be
-  /// read keeps its default and stays on disk; nothing is thrown.
-  LocalStateProblems loadLocalState();
+  /// read keeps its default and stays on disk; nothing is thrown. After a run that was cut short, a history
+  /// that was to be deleted at its end is deleted instead.
+  LocalStateProblems loadLocalState(bool formerRunWasCutShort = false);
   /// Saves the settings; then the session policy holds, and what they no longer allow to be kept is removed.
   /// Throws what PrivacySettingsStore::save throws (nothing has changed then), and the storage error of the
   /// history.

@@ -4,12 +4,25 @@
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/StagedFile.h"
 #include "TerminalAutomation/SerialTerminal.h"
 #include "TerminalAutomation/Unavailable/UnavailableTerminalAutomation.h"
 
 namespace velmora {
 
 namespace {
+
+// Nobody else replaces files while the folder is ours.
+void removeLeftovers(FileSystem& files, const Environment& environment, const Log& log) {
+  for (const auto& file : {defaultSettingsFile(environment), defaultPermissionFile(environment),
+                           defaultHistoryFile(environment)}) {
+    try {
+      StagedFile::removeLeftovers(files, file);
+    } catch (const std::system_error& error) {
+      log.warning("start", std::string("what a crash left of a save stays: ") + error.what());
+    }
+  }
+}
 
 bool isAnswering(const std::filesystem::path& socketURL) {
   try {
@@ -48,16 +61,23 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
 BridgeHost::BridgeHost(const BridgeHostOptions& options)
     : socketURL_(UnixSocketEndpoint::defaultURL(options.environment)),
       log_(options.log),
+      folder_(defaultSettingsFile(options.environment).parent_path(), log_),
       terminal_(terminalOf(options, socketURL_.parent_path().parent_path())),
       registry_(options.uuid(), options.uuid),
       operationState_(MCPState::active),
       recorder_(options.now),
-      historyStore_(files_, defaultHistoryFile(options.environment), log_),
-      settingsStore_(files_, defaultSettingsFile(options.environment), PrivacyRetentionSettings{}, log_),
-      permissionStore_(files_, defaultPermissionFile(options.environment)),
+      historyStore_(folder_.files(), defaultHistoryFile(options.environment), log_),
+      settingsStore_(folder_.files(), defaultSettingsFile(options.environment), PrivacyRetentionSettings{},
+                     log_),
+      permissionStore_(folder_.files(), defaultPermissionFile(options.environment)),
       coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
                    options.now, log_, &permissionStore_),
       router_(coordinator_) {
+  if (!folder_.isOurs()) {
+    serverProblem_ = folder_.problem();
+    return;
+  }
+  removeLeftovers(folder_.files(), options.environment, log_);
   try {
     localServer_ = serverAt(
         socketURL_, [this](std::string_view request) { return router_.answer(request); }, options);
@@ -67,6 +87,12 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
 }
 
 BridgeHost::~BridgeHost() { endServing(); }
+
+LocalStateProblems BridgeHost::loadLocalState() {
+  auto problems = coordinator_.loadLocalState(folder_.formerRunWasCutShort());
+  folder_.beginRun();
+  return problems;
+}
 
 void BridgeHost::startServing() {
   if (!localServer_) return;
@@ -82,8 +108,10 @@ void BridgeHost::endServing() noexcept {
 
 void BridgeHost::prepareForTermination() {
   endServing();  // first, so that no request writes the history again
+  if (!folder_.isOurs()) return;
   try {
     coordinator_.leaveHistory();
+    folder_.endRun();
   } catch (const StructuredError& error) {
     log_.warning("history", error.message);
   }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "BridgeCore/BridgeCoordinator.h"
+#include "BridgeHost/DataFolder.h"
 #include "LocalControl/LocalControlRouter.h"
 #include "LocalControl/LocalControlServer.h"
 #include "System/Environment.h"
@@ -31,12 +32,17 @@ struct BridgeHostOptions {
 
 /// Belongs to one thread at a time, except for what its accessors hand out. The socket listens from
 /// construction on and clients wait there; serving is to start once the coordinator has loaded the local
-/// state, so that no request runs under settings that are not the user's. Destruction ends the server first.
+/// state, so that no request runs under settings that are not the user's. The data folder is locked before
+/// anything is written, and as long as the host lives. Destruction ends the server first.
 class BridgeHost {
  public:
   /// Throws std::runtime_error when the environment names no place for the settings.
   explicit BridgeHost(const BridgeHostOptions& options);
   ~BridgeHost();
+
+  /// As the coordinator's; also deletes the history that a run which was cut short could not delete at its
+  /// end.
+  LocalStateProblems loadLocalState();
 
   /// Starts to serve, if the server could be made.
   void startServing();
@@ -49,7 +55,8 @@ class BridgeHost {
   TerminalAutomating& terminal() { return *terminal_; }
   const std::filesystem::path& socketURL() const { return socketURL_; }
 
-  /// Absent when the socket could not be made, or another bridge answers there; `serverProblem` says why.
+  /// Absent when the socket could not be made, or another bridge answers there or has the data folder;
+  /// `serverProblem` says why. In the last case nothing can be saved either.
   LocalControlServer* localServer() { return localServer_.get(); }
   const std::string& serverProblem() const { return serverProblem_; }
 
@@ -58,7 +65,7 @@ class BridgeHost {
 
   const std::filesystem::path socketURL_;
   const Log log_;
-  PosixFileSystem files_;
+  DataFolder folder_;
   std::unique_ptr<TerminalAutomating> terminal_;
   SessionRegistry registry_;
   BridgeOperationState operationState_;

@@ -44,10 +44,10 @@ int serve(const sigset_t& signals, const Environment& environment, const Log& lo
                        },
                    .log = log});
   if (host.localServer() == nullptr) {
-    log.error("socket", host.socketURL().string() + " could not be made: " + host.serverProblem());
+    log.error("socket", host.socketURL().string() + ": " + host.serverProblem());
     return EXIT_FAILURE;
   }
-  if (host.coordinator().loadLocalState().settings) {
+  if (host.loadLocalState().settings) {
     // The defaults would open more than the user may have allowed, and delete a history that they may keep.
     log.error("settings",
               "velmora-headless does not run on settings that it cannot read; mend the file or remove it");

@@ -70,7 +70,7 @@ void AppModel::loadLocalState() {
   fileWorker_.run(
       this,
       [this] {
-        auto problems = coordinator().loadLocalState();
+        auto problems = host_.loadLocalState();
         host_.startServing();
         return problems;
       },

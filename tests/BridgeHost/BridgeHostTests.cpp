@@ -1,4 +1,6 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <future>
@@ -50,7 +52,7 @@ class BridgeHostTest : public ::testing::Test {
   }
 
   static void expectLoads(BridgeHost& host) {
-    const auto problems = host.coordinator().loadLocalState();
+    const auto problems = host.loadLocalState();
     EXPECT_FALSE(problems.settings) << *problems.settings;
     EXPECT_FALSE(problems.history) << *problems.history;
   }
@@ -99,7 +101,7 @@ TEST_F(BridgeHostTest, PutsALoadedHistoryBeforeThatOfTheRun) {
   writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
   {
     BridgeHost earlier(options());
-    earlier.coordinator().loadLocalState();
+    earlier.loadLocalState();
     const auto id =
         earlier.coordinator().listSessions(numberedUuid(1), {"c", std::nullopt}, {}).data->sessions[0];
     time.advance(1);
@@ -120,7 +122,7 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   writeFile("settings.json", "{");
   {
     BridgeHost host(options());
-    const auto problems = host.coordinator().loadLocalState();
+    const auto problems = host.loadLocalState();
     EXPECT_TRUE(problems.settings);
     EXPECT_FALSE(problems.history);
     EXPECT_EQ(host.coordinator().settingsStore().current(), PrivacyRetentionSettings{});
@@ -129,7 +131,7 @@ TEST_F(BridgeHostTest, WhatCannotBeReadIsNamedAndStays) {
   writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
   writeFile("history.json", "no history");
   BridgeHost host(options());
-  const auto problems = host.coordinator().loadLocalState();
+  const auto problems = host.loadLocalState();
   EXPECT_FALSE(problems.settings);
   ASSERT_TRUE(problems.history);
   EXPECT_EQ(
@@ -152,7 +154,7 @@ TEST_F(BridgeHostTest, DeletesTheHistoryOnExitOnlyWhenAsked) {
     writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
     writeFile("history.json.unreadable", "old");
     BridgeHost host(options());
-    host.coordinator().loadLocalState();
+    host.loadLocalState();
     host.prepareForTermination();
     EXPECT_EQ(exists("history.json"), !deletes);
     EXPECT_EQ(exists("history.json.unreadable"), !deletes);
@@ -163,7 +165,7 @@ TEST_F(BridgeHostTest, DeletesNothingOnExitWhenTheSettingsAreUnreadable) {
   writeFile("settings.json", "{");
   writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
   BridgeHost host(options());
-  host.coordinator().loadLocalState();
+  host.loadLocalState();
   host.prepareForTermination();
   EXPECT_TRUE(exists("history.json"));
 }
@@ -203,10 +205,80 @@ TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
   {
     BridgeHost second(options());
     EXPECT_EQ(second.localServer(), nullptr);
+    EXPECT_EQ(second.serverProblem(), "Velmora is already running as process " + std::to_string(::getpid()) +
+                                          " and keeps its data in " + (directory / "data/Velmora").string());
+  }
+  {
+    auto elsewhere = options();
+    elsewhere.environment["XDG_DATA_HOME"] = (directory / "other").string();
+    BridgeHost second(elsewhere);
+    EXPECT_EQ(second.localServer(), nullptr);
     EXPECT_EQ(second.serverProblem(), "Velmora is already running there");
   }
   EXPECT_TRUE(call(first, ToolName::listSessions).ok);
   EXPECT_EQ(terminalOfTheFirst->callCount("listSessions"), 1u);
+}
+
+TEST_F(BridgeHostTest, ChangesNothingInADataFolderThatAnotherBridgeHas) {
+  writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = true});
+  writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
+  BridgeHost first(options());
+  expectLoads(first);
+  auto elsewhere = options();
+  elsewhere.environment["XDG_RUNTIME_DIR"] = (directory / "run").string();
+  {
+    BridgeHost second(elsewhere);
+    EXPECT_EQ(second.localServer(), nullptr);
+    EXPECT_THAT(second.serverProblem(), ::testing::StartsWith("Velmora is already running as process "));
+    expectLoads(second);
+    EXPECT_THROW(second.coordinator().applySettings({.retentionDays = 3}), std::system_error);
+    EXPECT_THROW(second.coordinator().clearHistory(), StructuredError);
+    second.prepareForTermination();
+  }
+  EXPECT_TRUE(exists("history.json"));
+  EXPECT_EQ(first.coordinator().settingsStore().load().retentionDays, 7);
+  first.prepareForTermination();
+  EXPECT_FALSE(exists("history.json"));
+}
+
+TEST_F(BridgeHostTest, UsesADataFolderThatCannotBeLockedAndSaysSo) {
+  std::filesystem::create_directories(directory / "data/Velmora/bridge.lock");
+  BridgeHost host(options());
+  expectLoads(host);
+  EXPECT_NE(host.localServer(), nullptr);
+  host.coordinator().applySettings({.retentionDays = 3});
+  EXPECT_TRUE(exists("settings.json"));
+  EXPECT_EQ(log.count("would not be noticed"), 1u);
+}
+
+TEST_F(BridgeHostTest, DeletesAtItsStartWhatARunThatWasCutShortWasToDelete) {
+  for (const bool deletes : {true, false}) {
+    for (const bool cutShort : {true, false}) {
+      writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = deletes});
+      {
+        BridgeHost host(options());
+        expectLoads(host);
+        if (!cutShort) host.prepareForTermination();
+      }
+      writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
+      writeFile("history.json.tmp.1", "half a save");
+      BridgeHost next(options());
+      EXPECT_FALSE(exists("history.json.tmp.1"));
+      expectLoads(next);
+      EXPECT_EQ(exists("history.json"), !(deletes && cutShort));
+      next.prepareForTermination();
+    }
+  }
+}
+
+TEST_F(BridgeHostTest, RemembersThatARunWasCutShortUntilItIsDealtWith) {
+  writeSettings({.persistentHistoryEnabled = true});
+  { BridgeHost(options()).loadLocalState(); }
+  writeFile("history.json", R"({"schemaVersion":1,"records":[]})");
+  { const BridgeHost neverLoads(options()); }
+  BridgeHost next(options());
+  expectLoads(next);
+  EXPECT_FALSE(exists("history.json"));
 }
 
 TEST_F(BridgeHostTest, WorksWithoutAServerAndSaysWhy) {

@@ -130,6 +130,45 @@ TEST_F(Headless, ASecondOneRefusesToStartAndLeavesTheFirstAlone) {
   EXPECT_TRUE(call(ToolName::status).ok);
 }
 
+TEST_F(Headless, OfTwoStartsAtOnceNeverMoreThanOneServes) {
+  writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = false});
+  const auto otherRuntime = directory / "other";
+  std::filesystem::create_directories(otherRuntime);
+  std::filesystem::permissions(otherRuntime, std::filesystem::perms::owner_all);
+  for (int round = 0; round < 40; ++round) {
+    const auto first = launch();
+    // One data folder in any case; a session over SSH has another runtime directory than the desktop.
+    if (round % 2 == 1) environment["XDG_RUNTIME_DIR"] = otherRuntime.string();
+    const auto second = launch();
+    environment["XDG_RUNTIME_DIR"] = directory.path().string();
+    std::size_t serving = 0;
+    for (auto* program : {first.get(), second.get()}) {
+      if (program->readLine()) {
+        ++serving;
+        continue;
+      }
+      EXPECT_EQ(program->wait(), 1);
+      EXPECT_THAT(program->restOfErrors(), HasSubstr("Velmora is already running"));
+    }
+    ASSERT_EQ(serving, 1u) << "in round " << round;
+  }
+}
+
+TEST_F(Headless, DeletesAtTheNextStartTheHistoryOfARunThatWasKilled) {
+  startTmux();
+  for (const bool deletes : {true, false}) {
+    writeSettings({.persistentHistoryEnabled = true, .deleteOnAppExit = deletes});
+    startHeadless();
+    historyOf(textAt(createSession(), "sessionId"));
+    ASSERT_TRUE(std::filesystem::exists(historyFile()));
+    headless->signal(SIGKILL);
+    EXPECT_EQ(headless->wait(), 128 + SIGKILL);
+    startHeadless();
+    EXPECT_EQ(std::filesystem::exists(historyFile()), !deletes);
+    EXPECT_EQ(endHeadless(), 0);
+  }
+}
+
 TEST_F(Headless, TakesThePlaceOfOneThatWasKilled) {
   startHeadless();
   headless->signal(SIGKILL);
