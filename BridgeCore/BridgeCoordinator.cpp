@@ -1,5 +1,7 @@
 #include "BridgeCore/BridgeCoordinator.h"
 
+#include <tuple>
+
 #include "BridgeCore/StructuredErrorMapper.h"
 #include "BridgeModels/Tools.h"
 
@@ -16,6 +18,16 @@ constexpr bool isTrouble(ErrorCode code) {
   return isFailure(code) || code == ErrorCode::terminalNotAvailable ||
          code == ErrorCode::automationPermissionDenied || code == ErrorCode::outputUnavailable ||
          code == ErrorCode::screenCaptureUnavailable || code == ErrorCode::historyStorageFailed;
+}
+
+// Whether both ask the same of the history.
+bool keepAlike(const PrivacyRetentionSettings& one, const PrivacyRetentionSettings& other) {
+  const auto asked = [](const PrivacyRetentionSettings& settings) {
+    return std::tuple(settings.persistentHistoryEnabled, settings.storeCommandBody,
+                      settings.storeOutputPreview, settings.deleteOnAppExit,
+                      settings.outputPreviewMaxCharacters);
+  };
+  return asked(one) == asked(other);
 }
 
 }  // namespace
@@ -187,11 +199,14 @@ void BridgeCoordinator::clearHistory() {
   recorder_.clear(historyStore_);
 }
 
-void BridgeCoordinator::leaveHistory() {
+void BridgeCoordinator::leaveHistory(const std::optional<PrivacyRetentionSettings>& shown) {
   const MutexLock order(settingsOrder_);
-  if (settingsAreUnreadable_) return;
-  const auto settings = settingsStore_.current();
+  const auto stored = settingsStore_.current();
+  const auto settings = shown.value_or(stored);
+  const bool wereSaved = keepAlike(settings, stored);
+  if (settingsAreUnreadable_ && wereSaved) return;
   if (settings.deleteOnAppExit) return recorder_.clear(historyStore_);
+  if (!wereSaved) return recorder_.scrub(historyStore_, settings);
   if (settings.persistentHistoryEnabled && recorder_.hasUnsavedChanges())
     recorder_.persist(historyStore_, settings);
 }

@@ -82,8 +82,10 @@ class BridgeCoordinator {
   /// Empties the recorder, then deletes the history file. Throws the storage error when the file stays.
   void clearHistory();
   /// For the end of the run: deletes the history when the settings ask for it, else saves what came since the
-  /// last save when it is kept. Settings that could not be read ask for nothing. Throws the storage error.
-  void leaveHistory();
+  /// last save when it is kept. `shown` are the settings that the user sees; where they ask something else of
+  /// the history than the stored ones, because these could not be saved, the user's word counts. Settings
+  /// that could not be read ask for nothing. Throws the storage error.
+  void leaveHistory(const std::optional<PrivacyRetentionSettings>& shown = std::nullopt);
 
   // For the application. None of these leaves a record.
   void setPaused(bool paused);

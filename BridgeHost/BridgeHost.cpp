@@ -106,11 +106,11 @@ void BridgeHost::endServing() noexcept {
   localServer_.reset();
 }
 
-void BridgeHost::prepareForTermination() {
+void BridgeHost::prepareForTermination(const std::optional<PrivacyRetentionSettings>& shown) {
   endServing();  // first, so that no request writes the history again
   if (!folder_.isOurs()) return;
   try {
-    coordinator_.leaveHistory();
+    coordinator_.leaveHistory(shown);
     folder_.endRun();
   } catch (const StructuredError& error) {
     log_.warning("history", error.message);

@@ -47,9 +47,10 @@ class BridgeHost {
   /// Starts to serve, if the server could be made.
   void startServing();
 
-  /// Ends the server, then deletes the history or saves the end of it as the settings ask. Requests under way
-  /// are answered; the terminal's part in them is cut short.
-  void prepareForTermination();
+  /// Ends the server, then deletes the history or saves the end of it as the settings ask: `shown`, if the
+  /// user sees any, as BridgeCoordinator::leaveHistory says. Requests under way are answered; the terminal's
+  /// part in them is cut short.
+  void prepareForTermination(const std::optional<PrivacyRetentionSettings>& shown = std::nullopt);
 
   BridgeCoordinator& coordinator() { return coordinator_; }
   TerminalAutomating& terminal() { return *terminal_; }

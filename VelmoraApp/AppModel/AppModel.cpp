@@ -99,6 +99,7 @@ void AppModel::start() {
       },
       [this](LocalState state) {
         publish(state.settings);
+        showsSettings_ = true;
         recordsRevision_ = state.recordsRevision;
         publish(std::move(state.records));
         requestStartupPermissions();
@@ -339,7 +340,8 @@ void AppModel::prepareForTermination() {
   if (std::exchange(terminating_, true)) return;
   pollTimer_.stop();
   fileWorker_.drain();  // what the user saved last is on disk
-  host_.prepareForTermination();
+  // What the screens show holds, also where it could not be saved.
+  host_.prepareForTermination(showsSettings_ ? std::optional(settings_) : std::nullopt);
   if (settings_.deleteOnAppExit) publish(std::vector<MCPRequestRecord>());
 }
 

@@ -111,6 +111,7 @@ class AppModel : public QObject {
   std::vector<TerminalSession> sessions_;
   std::vector<MCPRequestRecord> records_;
   PrivacyRetentionSettings settings_;
+  bool showsSettings_ = false;  // the stored ones were loaded, or could not be
   std::optional<AppSection> selectedSection_;
   QStringList problems_;
 

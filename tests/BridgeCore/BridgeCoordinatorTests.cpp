@@ -385,6 +385,27 @@ TEST_F(BridgeCoordinatorTest, SavedSettingsCountAtTheEndAlthoughTheFirstWereUnre
   EXPECT_FALSE(historyExists());
 }
 
+TEST_F(BridgeCoordinatorTest, WhatTheUserSeesCountsAtTheEndAlthoughItCouldNotBeSaved) {
+  const PrivacyRetentionSettings keeps{.persistentHistoryEnabled = true, .deleteOnAppExit = false};
+  const PrivacyRetentionSettings deletes{.persistentHistoryEnabled = true, .deleteOnAppExit = true};
+  const PrivacyRetentionSettings keepsNone{.deleteOnAppExit = false};
+  const auto id = registerTab();
+  const auto endsWithHistory = [&](const auto& stored, const auto& shown) {
+    settingsStore.save(stored);
+    coordinator.readOutput(request, client, {.sessionId = id});
+    coordinator.leaveHistory(shown);
+    return historyExists();
+  };
+  EXPECT_FALSE(endsWithHistory(keeps, deletes));
+  EXPECT_TRUE(endsWithHistory(deletes, keeps));
+  EXPECT_FALSE(endsWithHistory(keeps, keepsNone));
+  testing::writeFile(historyStore.fileURL(), "of an earlier run");
+  auto elsewise = keepsNone;
+  elsewise.sessionPolicy = SessionPolicy::selective;
+  EXPECT_TRUE((settingsStore.save(keepsNone), coordinator.leaveHistory(elsewise), historyExists()))
+      << "nothing of the history was changed";
+}
+
 TEST_F(BridgeCoordinatorTest, TheLogHasALineForEachCallThatChangesSomething) {
   const auto id = registerTab();
   coordinator.status(request, client);

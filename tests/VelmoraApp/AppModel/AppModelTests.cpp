@@ -231,6 +231,20 @@ TEST_F(AppModelTest, DeletesTheHistoryAtTheEndOnlyWhenAsked) {
   }
 }
 
+TEST_F(AppModelTest, WhatIsShownCountsAtTheEndAlthoughItCouldNotBeSaved) {
+  keepHistory(/*deletesOnExit=*/false);
+  startApp();
+  ASSERT_TRUE(sendCommand("ls").ok);
+  ASSERT_TRUE(std::filesystem::exists(historyFile()));
+  std::filesystem::remove(settingsFile());
+  std::filesystem::create_directories(settingsFile() / "a folder in its place");
+  auto settings = app->settings();
+  settings.deleteOnAppExit = true;
+  app->saveSettingsFromUI(settings);
+  app->prepareForTermination();
+  EXPECT_FALSE(std::filesystem::exists(historyFile()));
+}
+
 TEST_F(AppModelTest, WhatWasSavedLastIsOnDiskAtTheEnd) {
   startApp();
   app->saveSettingsFromUI({.retentionDays = 30});
