@@ -18,6 +18,10 @@ namespace {
   throw std::system_error(errno, std::generic_category(), std::string(operation) + " " + path.string());
 }
 
+[[noreturn]] void refuse(std::errc reason, const std::filesystem::path& path) {
+  throw std::system_error(std::make_error_code(reason), "read " + path.string());
+}
+
 bool wasInterrupted(ssize_t result) { return result < 0 && errno == EINTR; }
 
 void flush(const FileDescriptor& file, const std::filesystem::path& path) {
@@ -31,13 +35,25 @@ void flush(const FileDescriptor& file, const std::filesystem::path& path) {
 
 bool PosixFileSystem::exists(const std::filesystem::path& path) {
   struct stat status {};
-  return ::stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+  if (::lstat(path.c_str(), &status) == 0) return true;
+  // Nothing is there. Whether that is certain says the nearest folder above it that is: a link that leads
+  // nowhere may lead somewhere again, once its disk is there.
+  for (auto folder = path; errno == ENOENT && folder.has_relative_path();) {
+    folder = folder.parent_path();
+    if (::lstat(folder.c_str(), &status) == 0)
+      return S_ISLNK(status.st_mode) && ::stat(folder.c_str(), &status) != 0;
+  }
+  return errno != ENOENT && errno != ENOTDIR;
 }
 
 std::string PosixFileSystem::read(const std::filesystem::path& path) {
-  const auto file = openFile(path, O_RDONLY);
+  // Without O_NONBLOCK a pipe in the file's place would hold the caller up.
+  const auto file = openFile(path, O_RDONLY | O_NONBLOCK);
   struct stat status {};
   if (::fstat(file.get(), &status) != 0) fail("read", path);
+  if (S_ISDIR(status.st_mode)) refuse(std::errc::is_a_directory, path);
+  if (!S_ISREG(status.st_mode)) refuse(std::errc::not_supported, path);
+  if (static_cast<std::size_t>(status.st_size) > mostBytesRead) refuse(std::errc::file_too_large, path);
   // One byte more than the file has, so that its end shows without growing the buffer.
   std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
   std::size_t filled = 0;
@@ -47,6 +63,7 @@ std::string PosixFileSystem::read(const std::filesystem::path& path) {
     if (count < 0) fail("read", path);
     if (count == 0) break;
     filled += static_cast<std::size_t>(count);
+    if (filled > mostBytesRead) refuse(std::errc::file_too_large, path);
     if (filled == bytes.size()) bytes.resize(bytes.size() * 2);
   }
   bytes.resize(filled);

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -10,14 +11,19 @@
 
 namespace velmora {
 
+/// No file that is kept comes near it; what is larger is no file of ours.
+inline constexpr std::size_t mostBytesRead = std::size_t{256} << 20;
+
 /// Every operation throws std::system_error when the system refuses. Must be thread-safe.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  /// False only when there is certainly no such file; one that cannot be looked at exists.
+  /// False only when there is certainly no such file; one that cannot be looked at exists, and so does one
+  /// behind a link that leads nowhere.
   virtual bool exists(const std::filesystem::path& path) = 0;
 
+  /// Only a regular file of `mostBytesRead` at most is read; what else stands there fails at once.
   virtual std::string read(const std::filesystem::path& path) = 0;
 
   /// What is no directory and whose path begins with `prefix`, in the folder of the prefix; none when there

@@ -190,6 +190,26 @@ TEST_F(Headless, RefusesToStartWithUnreadableSettingsAndLosesNothing) {
   EXPECT_FALSE(std::filesystem::exists(socketPath()));
 }
 
+TEST_F(Headless, RefusesToStartOnSettingsThatAreNotThereForTheMoment) {
+  const auto settings = directory / "data/Velmora/settings.json";
+  std::filesystem::create_directories(settings.parent_path());
+  std::filesystem::create_symlink(directory / "unmounted/settings.json", settings);
+  const auto program = launch();
+  EXPECT_EQ(program->wait(), 1);
+  EXPECT_THAT(program->restOfErrors(), HasSubstr(settings.string()));
+
+  std::filesystem::remove(settings);
+  ASSERT_EQ(::mkfifo(settings.c_str(), 0600), 0);
+  const auto other = launch();
+  EXPECT_EQ(other->wait(), 1) << "a pipe does not hold the start up";
+
+  std::filesystem::remove_all(directory / "data");
+  std::filesystem::create_symlink(directory / "unmounted", directory / "data");
+  const auto last = launch();
+  EXPECT_EQ(last->wait(), 1);
+  EXPECT_THAT(last->restOfErrors(), HasSubstr(settings.string()));
+}
+
 TEST_F(Headless, SaysOnStandardErrorWhoChangedWhatAndNothingOfTheContents) {
   startTmux();
   startHeadless();

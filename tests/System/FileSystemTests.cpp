@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <system_error>
-#include <thread>
 
 #include "System/FileSystem.h"
 #include "tests/support/Files.h"
@@ -37,13 +36,24 @@ class PosixFileSystemTest : public ::testing::Test {
 
 TEST_F(PosixFileSystemTest, SeesWhatIsThereAndWhatIsNot) {
   writeFile(directory / "file", "x");
-  std::filesystem::create_symlink(directory / "nowhere", directory / "dangling");
   EXPECT_TRUE(files.exists(directory / "file"));
   EXPECT_TRUE(files.exists(directory.path()));
   EXPECT_FALSE(files.exists(directory / "none"));
   EXPECT_FALSE(files.exists(directory / "none" / "deeper"));
   EXPECT_FALSE(files.exists(directory / "file" / "below a file"));
-  EXPECT_FALSE(files.exists(directory / "dangling"));
+  std::filesystem::create_directories(directory / "folder");
+  std::filesystem::create_symlink(directory / "folder", directory / "link");
+  EXPECT_TRUE(files.exists(directory / "link"));
+  EXPECT_FALSE(files.exists(directory / "link" / "none"));
+  EXPECT_FALSE(files.exists("none"));
+}
+
+TEST_F(PosixFileSystemTest, CountsWhatIsBehindALinkThatLeadsNowhereAsThere) {
+  std::filesystem::create_symlink(directory / "unmounted", directory / "link");
+  for (const auto& path : {directory / "link", directory / "link/file", directory / "link/folder/file"}) {
+    EXPECT_TRUE(files.exists(path)) << path;
+    EXPECT_EQ(codeOf([&] { files.read(path); }), std::errc::no_such_file_or_directory) << path;
+  }
 }
 
 TEST_F(PosixFileSystemTest, CountsAFileThatCannotBeLookedAtAsThere) {
@@ -60,13 +70,19 @@ TEST_F(PosixFileSystemTest, ReadsWholeFilesOfAnySize) {
   }
 }
 
-TEST_F(PosixFileSystemTest, ReadsAFileWhoseSizeIsNotTold) {
+TEST_F(PosixFileSystemTest, RefusesAtOnceWhatIsNoRegularFile) {
   const auto fifo = directory / "fifo";
   ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-  const std::string content(100'000, 'x');
-  std::thread writer([&] { writeFile(fifo, content); });
-  EXPECT_TRUE(files.read(fifo) == content);
-  writer.join();
+  EXPECT_EQ(codeOf([&] { files.read(fifo); }), std::errc::not_supported) << "nobody writes into it";
+  EXPECT_EQ(codeOf([&] { files.read("/dev/zero"); }), std::errc::not_supported) << "it has no end";
+  std::filesystem::create_symlink("/dev/zero", directory / "link");
+  EXPECT_EQ(codeOf([&] { files.read(directory / "link"); }), std::errc::not_supported);
+}
+
+TEST_F(PosixFileSystemTest, RefusesAFileThatIsFarTooLarge) {
+  writeFile(directory / "file", "x");
+  std::filesystem::resize_file(directory / "file", mostBytesRead + 1);  // a hole; it takes no room
+  EXPECT_EQ(codeOf([&] { files.read(directory / "file"); }), std::errc::file_too_large);
 }
 
 TEST_F(PosixFileSystemTest, ReportsWhatCannotBeRead) {
