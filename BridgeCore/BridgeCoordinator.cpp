@@ -187,9 +187,14 @@ void BridgeCoordinator::adoptSessionPolicy(SessionPolicy policy) {
 }
 
 void BridgeCoordinator::apply(const PrivacyRetentionSettings& settings) {
+  const auto before = settingsStore_.current();
   settingsStore_.save(settings);
   settingsAreUnreadable_ = false;
   const auto saved = settingsStore_.current();
+  // Nobody can tell what is in a history that cannot be read.
+  if ((before.storeCommandBody && !saved.storeCommandBody) ||
+      (before.storeOutputPreview && !saved.storeOutputPreview))
+    historyStore_.forgetUnreadable();
   setSessionPolicy(saved.sessionPolicy);
   recorder_.scrub(historyStore_, saved);
 }

@@ -18,6 +18,12 @@ class ForeignFiles final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override { return real_.exists(path); }
   std::string read(const std::filesystem::path& path) override { return real_.read(path); }
+  std::optional<double> lastWritten(const std::filesystem::path& path) override {
+    return real_.lastWritten(path);
+  }
+  std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override {
+    return real_.linkTarget(path);
+  }
   std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
     return real_.filesBeginningWith(prefix);
   }

@@ -70,6 +70,20 @@ std::string PosixFileSystem::read(const std::filesystem::path& path) {
   return bytes;
 }
 
+std::optional<double> PosixFileSystem::lastWritten(const std::filesystem::path& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) == 0) return static_cast<double>(status.st_mtime);
+  if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+  fail("look at", path);
+}
+
+std::optional<std::filesystem::path> PosixFileSystem::linkTarget(const std::filesystem::path& path) {
+  std::error_code none;
+  if (!std::filesystem::is_symlink(path, none) || !std::filesystem::is_regular_file(path, none))
+    return std::nullopt;
+  return std::filesystem::canonical(path);
+}
+
 std::vector<std::filesystem::path> PosixFileSystem::filesBeginningWith(const std::filesystem::path& prefix) {
   std::vector<std::filesystem::path> found;
   std::error_code missing;

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,13 @@ class FileSystem {
 
   /// Only a regular file of `mostBytesRead` at most is read; what else stands there fails at once.
   virtual std::string read(const std::filesystem::path& path) = 0;
+
+  /// When the file's content last changed, in Unix seconds; nothing when there is no such file.
+  virtual std::optional<double> lastWritten(const std::filesystem::path& path) = 0;
+
+  /// The regular file to which `path` leads by a link, however many there are; nothing when it is no link or
+  /// leads to anything else.
+  virtual std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) = 0;
 
   /// What is no directory and whose path begins with `prefix`, in the folder of the prefix; none when there
   /// is no such folder.
@@ -54,6 +62,8 @@ class PosixFileSystem final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override;
   std::string read(const std::filesystem::path& path) override;
+  std::optional<double> lastWritten(const std::filesystem::path& path) override;
+  std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override;
   std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override;
   void create(const std::filesystem::path& path, std::string_view bytes) override;
   void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;

@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (files.read(file) != bytes) std::abort();
   if (!records) {
     if (!saves(store, {}, everything)) std::abort();
-    if (files.read(HistoryStore::placeOfUnreadable(file)) != bytes) std::abort();
+    if (files.read(placeOfUnreadable(file)) != bytes) std::abort();
     return 0;
   }
 

@@ -14,6 +14,10 @@ class MemoryFileSystem final : public FileSystem {
  public:
   bool exists(const std::filesystem::path& path) override { return files_.count(path) != 0; }
   std::string read(const std::filesystem::path& path) override { return at(path)->second; }
+  std::optional<double> lastWritten(const std::filesystem::path&) override { return std::nullopt; }
+  std::optional<std::filesystem::path> linkTarget(const std::filesystem::path&) override {
+    return std::nullopt;
+  }
   std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
     std::vector<std::filesystem::path> found;
     for (const auto& [path, bytes] : files_) {

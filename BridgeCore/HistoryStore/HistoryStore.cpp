@@ -35,6 +35,11 @@ void removeWhatMayNotBeStored(MCPRequestRecord& record, const PrivacyRetentionSe
   }
 }
 
+void removeWithTarget(FileSystem& files, const std::filesystem::path& file) {
+  if (const auto target = files.linkTarget(file)) files.remove(*target);
+  files.remove(file);
+}
+
 }  // namespace
 
 HistoryStore::HistoryStore(FileSystem& files, std::filesystem::path file, Log log)
@@ -74,14 +79,31 @@ void HistoryStore::save(std::vector<MCPRequestRecord> records, const PrivacyRete
   }
 }
 
+void HistoryStore::forgetUnreadable(const std::optional<Date>& then) noexcept {
+  const MutexLock lock(mutex_);
+  const auto place = placeOfUnreadable(file_);
+  try {
+    const auto written = files_.lastWritten(place);
+    if (written && (!then || Date::fromUnixSeconds(*written) < *then)) removeWithTarget(files_, place);
+  } catch (const std::exception& error) {
+    log_.warning("history", place.string() + " could not be deleted: " + error.what());
+  }
+}
+
 void HistoryStore::write(const std::vector<MCPRequestRecord>& records) {
   ensureDirectory(files_, file_.parent_path());
   StagedFile staged(files_, file_, encodeJson(HistoryDocument{.records = records}, JsonFormat::store));
   if (fileIsUnreadable_ && files_.exists(file_)) files_.rename(file_, placeOfUnreadable(file_));
+  const auto target = fileIsUnreadable_ ? std::nullopt : files_.linkTarget(file_);
   fileIsUnreadable_ = false;
   if (const auto doubt = staged.commit())
     log_.warning("history",
                  file_.string() + " was saved and may be lost in a power failure: " + doubt.message());
+  try {
+    if (target) files_.remove(*target);
+  } catch (const std::system_error& error) {
+    log_.warning("history", std::string("an older history stays where a link led: ") + error.what());
+  }
 }
 
 void HistoryStore::delete_() {
@@ -98,7 +120,7 @@ void HistoryStore::delete_() {
 void HistoryStore::delete_(FileSystem& files, const std::filesystem::path& file) {
   try {
     for (const auto& path : {file, placeOfUnreadable(file)}) {
-      if (files.exists(path)) files.remove(path);
+      if (files.exists(path)) removeWithTarget(files, path);
     }
     StagedFile::removeLeftovers(files, file);
   } catch (const std::system_error&) {
@@ -110,12 +132,6 @@ StructuredError HistoryStore::failed(StorageFailure failure, const std::string& 
   auto error = storageError(failure);
   log_.warning("history", file_.string() + ": " + error.message + " (" + cause + ")");
   return error;
-}
-
-std::filesystem::path HistoryStore::placeOfUnreadable(const std::filesystem::path& file) {
-  auto place = file;
-  place += ".unreadable";
-  return place;
 }
 
 }  // namespace velmora

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "BridgeCore/HistoryStore/StoreFiles.h"
+#include "BridgeModels/Date.h"
 #include "BridgeModels/MCPRequestRecord.h"
 #include "BridgeModels/PrivacyRetentionSettings.h"
 #include "System/FileSystem.h"
@@ -17,7 +19,8 @@ namespace velmora {
 
 /// A monitor: every operation is atomic, file access included, so a save and a deletion never interleave.
 /// Failures are storage errors (StructuredError), whose cause goes to the log. A failed save leaves the
-/// previous file as it was.
+/// previous file as it was. Where the file is a link, a save or a deletion also removes what it leads to: no
+/// older history stays behind.
 class HistoryStore {
  public:
   /// No file is touched.
@@ -29,6 +32,10 @@ class HistoryStore {
   /// the next save keeps it as `placeOfUnreadable` instead of writing over it.
   std::vector<MCPRequestRecord> load();
 
+  /// Deletes an unreadable file that was kept; with a date, only when it was last written before then.
+  /// Nothing is thrown; a failure goes to the log.
+  void forgetUnreadable(const std::optional<Date>& then = std::nullopt) noexcept;
+
   /// Replaces the file with `records`, without the command text and output previews that the settings do
   /// not allow. Without persistent history it deletes the file.
   void save(std::vector<MCPRequestRecord> records, const PrivacyRetentionSettings& settings);
@@ -37,9 +44,6 @@ class HistoryStore {
 
   /// Deletes a history file, an unreadable one kept beside it and what a crash left of a save.
   static void delete_(FileSystem& files, const std::filesystem::path& file);
-
-  /// "history.json.unreadable" for "history.json".
-  static std::filesystem::path placeOfUnreadable(const std::filesystem::path& file);
 
  private:
   void write(const std::vector<MCPRequestRecord>& records) VELMORA_REQUIRES(mutex_);

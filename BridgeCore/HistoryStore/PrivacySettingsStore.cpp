@@ -64,9 +64,13 @@ PrivacyRetentionSettings PrivacySettingsStore::current() const {
 
 PrivacyRetentionSettings PrivacySettingsStore::load() {
   const MutexLock lock(mutex_);
+  fileIsUnreadable_ = false;
   if (!files_.exists(file_)) return settings_;
+  fileIsUnreadable_ = true;
   try {
-    return settings_ = read();
+    settings_ = read();
+    fileIsUnreadable_ = false;
+    return settings_;
   } catch (const StructuredError& error) {
     log_.error("settings", file_.string() + ": " + error.message);
     throw;
@@ -92,6 +96,8 @@ void PrivacySettingsStore::save(PrivacyRetentionSettings settings) {
   const MutexLock lock(mutex_);
   ensureDirectory(files_, file_.parent_path());
   StagedFile staged(files_, file_, encodeJson(SettingsDocument{.settings = settings}, JsonFormat::store));
+  if (fileIsUnreadable_ && files_.exists(file_)) files_.rename(file_, placeOfUnreadable(file_));
+  fileIsUnreadable_ = false;
   if (const auto doubt = staged.commit())
     log_.warning("settings",
                  file_.string() + " was saved and may be lost in a power failure: " + doubt.message());

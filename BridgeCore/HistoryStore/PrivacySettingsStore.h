@@ -28,7 +28,8 @@ class PrivacySettingsStore {
   /// that no setting has, numbers out of their ranges, and why it could not be read.
   PrivacyRetentionSettings load();
 
-  /// Writes the settings, brought into their ranges, and makes them current.
+  /// Writes the settings, brought into their ranges, and makes them current. A file that could not be read is
+  /// kept as `placeOfUnreadable`.
   void save(PrivacyRetentionSettings settings);
 
  private:
@@ -39,6 +40,7 @@ class PrivacySettingsStore {
   const Log log_;
   mutable Mutex mutex_;
   PrivacyRetentionSettings settings_ VELMORA_GUARDED_BY(mutex_);
+  bool fileIsUnreadable_ VELMORA_GUARDED_BY(mutex_) = false;
 };
 
 }  // namespace velmora

@@ -89,6 +89,7 @@ void RequestRecorder::persistInOrder(HistoryStore& store, const PrivacyRetention
     retain(settings, now);
   }
   if (settings.persistentHistoryEnabled || emptyStore_ != &store) save(store, settings);
+  if (settings.persistentHistoryEnabled) store.forgetUnreadable(daysBefore(now, settings.retentionDays));
 }
 
 bool RequestRecorder::hasUnsavedChanges() const {

@@ -38,10 +38,10 @@ class RequestRecorder {
                            const std::optional<std::string>& output,
                            const PrivacyRetentionSettings& settings);
 
-  /// Drops what retention does not keep and saves the rest when the history is kept. When it is not, what a
-  /// store still holds is deleted the first time; after that no file is looked at. With a settings store,
-  /// the settings count that hold when this save's turn has come: one that had to wait while the user
-  /// switched the history off writes nothing.
+  /// Drops what retention does not keep, also an unreadable history, and saves the rest when the history is
+  /// kept. When it is not, what a store still holds is deleted the first time; after that no file is looked
+  /// at. With a settings store, the settings count that hold when this save's turn has come: one that had to
+  /// wait while the user switched the history off writes nothing.
   void persist(HistoryStore& store, const PrivacyRetentionSettings& settings);
   void persist(HistoryStore& store, const PrivacySettingsStore& settings);
 

@@ -53,6 +53,12 @@ void ensureDirectory(FileSystem& files, const std::filesystem::path& directory) 
   }
 }
 
+std::filesystem::path placeOfUnreadable(const std::filesystem::path& file) {
+  auto place = file;
+  place += ".unreadable";
+  return place;
+}
+
 StructuredError storageError(StorageFailure failure) {
   return {.code = ErrorCode::historyStorageFailed,
           .message = messageOf(failure),

@@ -21,6 +21,9 @@ std::filesystem::path defaultPermissionFile(const Environment& environment);
 /// Throws what the file system reports for the creation, a storage error for the mode.
 void ensureDirectory(FileSystem& files, const std::filesystem::path& directory);
 
+/// "history.json.unreadable" for "history.json": where a save keeps what could not be read.
+std::filesystem::path placeOfUnreadable(const std::filesystem::path& file);
+
 enum class StorageFailure {
   historyUnreadable,
   historySchema,

@@ -298,6 +298,22 @@ TEST_F(BridgeCoordinatorTest, AppliesSettingsToThePolicyAndToWhatIsKept) {
   EXPECT_FALSE(historyExists());
 }
 
+TEST_F(BridgeCoordinatorTest, WhatMayNoLongerBeStoredGoesWithAnUnreadableHistoryThatWasKept) {
+  const auto unreadable = placeOfUnreadable(historyStore.fileURL());
+  for (const auto& before :
+       {PrivacyRetentionSettings{.persistentHistoryEnabled = true, .storeCommandBody = true},
+        {.persistentHistoryEnabled = true, .storeOutputPreview = true}}) {
+    testing::writeFile(unreadable, "perhaps with command texts");
+    coordinator.applySettings(before);
+    auto after = before;
+    after.retentionDays = 30;
+    coordinator.applySettings(after);
+    EXPECT_TRUE(std::filesystem::exists(unreadable)) << "nothing was switched off";
+    coordinator.applySettings({.persistentHistoryEnabled = true});
+    EXPECT_FALSE(std::filesystem::exists(unreadable));
+  }
+}
+
 TEST_F(BridgeCoordinatorTest, SettingsThatCannotBeSavedChangeNothing) {
   keepHistory();
   const auto id = registerTab();

@@ -25,6 +25,13 @@ class HookedFileSystem final : public FileSystem {
     before("read", path);
     return real_.read(path);
   }
+  std::optional<double> lastWritten(const std::filesystem::path& path) override {
+    before("lastWritten", path);
+    return real_.lastWritten(path);
+  }
+  std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override {
+    return real_.linkTarget(path);
+  }
   std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
     before("filesBeginningWith", prefix);
     return real_.filesBeginningWith(prefix);

@@ -230,6 +230,34 @@ TEST_F(HistoryStoreTest, DeletesTheUnreadableFileWithTheOther) {
   }
 }
 
+TEST_F(HistoryStoreTest, LeavesNothingWhereALinkInItsPlaceLed) {
+  const auto target = directory / "elsewhere/kept.json";
+  const auto link = [&](const std::string& content) {
+    writeFile(target, content);
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink(target, file);
+  };
+  std::filesystem::create_directories(folder);
+  const auto stored = R"({"schemaVersion":1,"records":[]})";
+  link(stored);
+  EXPECT_THAT(store.load(), IsEmpty());
+  store.save({numbered(1)}, everything);
+  EXPECT_THAT(store.load(), ElementsAre(numbered(1)));
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_FALSE(std::filesystem::is_symlink(file));
+  link(stored);
+  store.delete_();
+  EXPECT_FALSE(std::filesystem::exists(target));
+  EXPECT_THAT(namesIn(folder), IsEmpty());
+  // What cannot be read is kept as it is, until it is deleted.
+  link("no history");
+  structuredError([&] { store.load(); });
+  store.save({}, everything);
+  EXPECT_EQ(contentOf(unreadable), "no history");
+  store.delete_();
+  EXPECT_FALSE(std::filesystem::exists(target));
+}
+
 TEST_F(HistoryStoreTest, DeletesNothingSuccessfully) {
   store.delete_();
   HistoryStore::delete_(files, file);

@@ -191,6 +191,17 @@ TEST_F(PrivacySettingsStoreTest, FailsWithTheStorageErrorWhenTheFoldersModeCanno
   EXPECT_EQ(store.current(), initial);
 }
 
+TEST_F(PrivacySettingsStoreTest, KeepsWhatItCouldNotReadBesideWhatItSaves) {
+  writeFile(file, R"({"schemaVersion":1,"settings":{"sessionPolicy":"selective",}})");
+  EXPECT_ANY_THROW(store.load());
+  store.save({.retentionDays = 3});
+  EXPECT_EQ(store.load().retentionDays, 3);
+  EXPECT_THAT(contentOf(placeOfUnreadable(file)), ::testing::HasSubstr("selective"));
+  store.save({.retentionDays = 4});
+  EXPECT_THAT(contentOf(placeOfUnreadable(file)), ::testing::HasSubstr("selective"));
+  EXPECT_THAT(namesIn(folder), ElementsAre("settings.json", "settings.json.unreadable"));
+}
+
 TEST_F(PrivacySettingsStoreTest, KeepsTheValueAndAWholeFileWhereverASaveFails) {
   const PrivacyRetentionSettings before{.retentionDays = 3};
   const PrivacyRetentionSettings after{.retentionDays = 4};

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <random>
 
@@ -211,6 +214,25 @@ TEST_F(RequestRecorderTest, AppliesRetentionWhenItPersists) {
   complete(4);
   EXPECT_EQ(record(1).status, RequestStatus::delivered);
   complete(1);  // dropped: nothing happens
+}
+
+TEST_F(RequestRecorderTest, AppliesRetentionToAnUnreadableHistoryThatWasKept) {
+  const auto unreadable = placeOfUnreadable(store.fileURL());
+  testing::writeFile(unreadable, "no history");
+  const auto written = [&](double daysAgo) {
+    const timespec then{.tv_sec = static_cast<time_t>(time.now().unixSeconds() - daysAgo * 86400),
+                        .tv_nsec = 0};
+    const timespec times[] = {then, then};
+    ASSERT_EQ(::utimensat(AT_FDCWD, unreadable.c_str(), times, 0), 0);
+  };
+  auto settings = everything;
+  settings.retentionDays = 7;
+  written(6);
+  recorder.persist(store, settings);
+  EXPECT_TRUE(files.exists(unreadable));
+  written(9);
+  recorder.persist(store, settings);
+  EXPECT_FALSE(files.exists(unreadable));
 }
 
 TEST_F(RequestRecorderTest, RetainsInMemoryAlsoWithoutPersistentHistory) {
