@@ -10,9 +10,10 @@ namespace velmora {
 std::optional<std::int64_t> integerIn(const boost::json::value& value) {
   if (const auto* integer = value.if_int64()) return *integer;
   if (const auto* number = value.if_double()) {
-    // Both bounds are exact doubles; 2^63 itself is out of range.
+    // Both bounds are exact doubles and out of range: what is written as -2^63 was read as an integer, and
+    // the double may stand for a smaller number.
     constexpr double limit = 9223372036854775808.0;
-    if (*number >= -limit && *number < limit && *number == std::trunc(*number)) {
+    if (*number > -limit && *number < limit && *number == std::trunc(*number)) {
       return static_cast<std::int64_t>(*number);
     }
   }

@@ -42,6 +42,8 @@ TEST(JsonReader, ReadsAnIntegralNumberAsAnInteger) {
   EXPECT_EQ(decodeJson<JSONValue>("1e3"), JSONValue(1000));
   EXPECT_EQ(decodeJson<std::int64_t>("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
   EXPECT_EQ(decodeJson<JSONValue>("9223372036854775808"), JSONValue(9223372036854775808.0));
+  EXPECT_EQ(decodeJson<JSONValue>("-9223372036854775809"), JSONValue(-9223372036854775808.0));
+  EXPECT_EQ(problemOf<std::int64_t>("-9223372036854775809"), "expected a 64-bit integer");
   EXPECT_EQ(decodeJson<double>("7"), 7.0);
 }
 
