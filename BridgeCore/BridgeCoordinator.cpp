@@ -3,7 +3,9 @@
 #include <tuple>
 
 #include "BridgeCore/StructuredErrorMapper.h"
+#include "BridgeModels/Text.h"
 #include "BridgeModels/Tools.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 
@@ -28,6 +30,17 @@ bool keepAlike(const PrivacyRetentionSettings& one, const PrivacyRetentionSettin
                       settings.outputPreviewMaxCharacters);
   };
   return asked(one) == asked(other);
+}
+
+// What a client calls itself can be as long as a frame, and every record holds it.
+std::string shortened(std::string_view name) {
+  constexpr std::int64_t mostCharacters = 200;
+  constexpr std::size_t mostBytes = 8 * mostCharacters;
+  return std::string(firstCharacters(firstBytes(name, mostBytes), mostCharacters));
+}
+
+ClientIdentitySummary shortened(const ClientIdentitySummary& client) {
+  return {shortened(client.name), client.version ? std::optional(shortened(*client.version)) : std::nullopt};
 }
 
 }  // namespace
@@ -253,7 +266,7 @@ ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {
 std::optional<SessionReference> BridgeCoordinator::open(const Call& call) {
   std::optional<SessionReference> session;
   if (call.sessionId) session = SessionReference{.sessionId = *call.sessionId};
-  const auto record = recorder_.begin(call.requestId, call.client, call.tool, session);
+  const auto record = recorder_.begin(call.requestId, shortened(call.client), call.tool, session);
   if (call.sessionId) registry_.markRequest(*call.sessionId, record.receivedAt);
   return session;
 }

@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::size_t mostQuotedBytes = 64;
 
-bool continuesACharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
-
 }  // namespace
 
 void Log::write(LogLevel level, std::string_view area, std::string_view words) const {
@@ -22,9 +20,7 @@ std::string quotedForLog(std::string_view text) {
   auto quoted = plainText(text);
   std::replace(quoted.begin(), quoted.end(), '"', '\'');
   if (quoted.size() > mostQuotedBytes) {
-    auto end = mostQuotedBytes;
-    while (end > 0 && continuesACharacter(quoted[end])) --end;
-    quoted.resize(end);
+    quoted.resize(firstBytes(quoted, mostQuotedBytes).size());
     quoted += "…";
   }
   return '"' + quoted + '"';

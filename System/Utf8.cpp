@@ -85,6 +85,12 @@ std::string repairUtf8(std::string_view text) {
   return repaired;
 }
 
+std::string_view firstBytes(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) --most;
+  return text.substr(0, most);
+}
+
 std::string plainText(std::string_view text) {
   const std::string valid = repairUtf8(text);
   std::string plain;

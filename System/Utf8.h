@@ -1,6 +1,7 @@
 // UTF-8 checks that need no Unicode tables.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ bool isValidUtf8(std::string_view text);
 
 /// `text` with each maximal ill-formed run of bytes replaced by U+FFFD, as Unicode recommends.
 std::string repairUtf8(std::string_view text);
+
+/// The start of `text`, `most` bytes at most; a well-formed text is cut between two code points.
+std::string_view firstBytes(std::string_view text, std::size_t most);
 
 /// `text`, repaired, with every control character replaced by "?", so that text of others cannot steer the
 /// terminal that shows it, nor begin a line of its own in a log.

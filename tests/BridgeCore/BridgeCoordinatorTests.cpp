@@ -5,6 +5,7 @@
 
 #include "BridgeCore/BridgeCoordinator.h"
 #include "BridgeCore/ErrorCatalogue.h"
+#include "System/Utf8.h"
 #include "tests/support/CoreFixture.h"
 #include "tests/support/Files.h"
 #include "tests/support/LogLines.h"
@@ -220,6 +221,18 @@ TEST_F(BridgeCoordinatorTest, ATruncatedReadSucceedsWithAWarning) {
   EXPECT_EQ(result.warnings[0].code, ErrorCode::outputTruncated);
   EXPECT_EQ(lastRecord().outputCharacterCount, 3);
   EXPECT_EQ(lastRecord().outputTruncated, true);
+}
+
+TEST_F(BridgeCoordinatorTest, WhatAClientCallsItselfIsCutShortInItsRecords) {
+  std::string stacked = "a";  // one character with very many accents
+  while (stacked.size() < 1'000'000) stacked += "\u0301";
+  coordinator.status(request, {std::string(1'000'000, 'n'), stacked});
+  const auto& record = lastRecord();
+  EXPECT_EQ(record.client.name, std::string(200, 'n'));
+  EXPECT_LE(record.client.version->size(), 1600u);
+  EXPECT_TRUE(isValidUtf8(*record.client.version));
+  coordinator.status(request, {"벨모라", std::nullopt});
+  EXPECT_EQ(lastRecord().client, (ClientIdentitySummary{"벨모라", std::nullopt}));
 }
 
 TEST_F(BridgeCoordinatorTest, TwoCallsOfOneIdUpdateTheFirstRecord) {

@@ -42,6 +42,15 @@ TEST(Utf8, LeavesOrdinaryTextOfEveryScriptPlain) {
   EXPECT_EQ(plainText(""), "");
 }
 
+TEST(Utf8, CutsBetweenCodePoints) {
+  EXPECT_EQ(firstBytes("plain", 5), "plain");
+  EXPECT_EQ(firstBytes("plain", 2), "pl");
+  EXPECT_EQ(firstBytes("벨모라", 5), "벨");
+  EXPECT_EQ(firstBytes("벨모라", 6), "벨모");
+  EXPECT_EQ(firstBytes("벨모라", 2), "");
+  EXPECT_EQ(firstBytes("\x80\x80\x80", 2), "") << "no code point begins in it";
+}
+
 TEST(Utf8, MakesEveryControlCharacterPlain) {
   EXPECT_EQ(plainText("\x1B[31mred\x1B]0;title\x07\x7F\r\n\tend"), "?[31mred?]0;title?????end");
   EXPECT_EQ(plainText(std::string_view("a\0b", 3)), "a?b");
