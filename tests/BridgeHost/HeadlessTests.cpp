@@ -169,6 +169,37 @@ TEST_F(Headless, DeletesAtTheNextStartTheHistoryOfARunThatWasKilled) {
   }
 }
 
+TEST_F(Headless, KeepsAPaneBlockedThatTheUserBlockedInAnEarlierRun) {
+  startTmux();
+  const auto pane = tmux({"display-message", "-p", "-t", "main", "#{pane_id}"});
+  const auto server = tmux({"display-message", "-p", "tmux #{start_time} #{pid}"});
+  testing::writeFile(directory / "data/Velmora/permissions.json",
+                     R"({"schemaVersion":1,"sessions":[{"permission":"blocked","tab":{"tab":")" + pane +
+                         R"(","terminal":")" + server + R"("}}]})");
+  const auto refusal = [&] {
+    const auto sessions = *at(payload(ToolName::listSessions), "sessions").array();
+    for (const auto& session : sessions) {
+      if (paneOf(textAt(session, "tty")) != pane) continue;
+      return call(ToolName::readOutput, {{"sessionId", textAt(session, "sessionId")}}).error;
+    }
+    return std::optional<StructuredError>();
+  };
+  startHeadless();
+  ASSERT_TRUE(refusal());
+  EXPECT_EQ(refusal()->code, ErrorCode::sessionNotAllowed);
+  createSession();
+  tmux({"split-window", "-d", "-t", "main"});
+  tmux({"break-pane", "-d", "-s", pane});
+  std::optional<StructuredError> moved;
+  EXPECT_TRUE(eventually([&] { return (moved = refusal()).has_value(); }));
+  EXPECT_EQ(moved.value().code, ErrorCode::sessionNotAllowed);
+  headless->signal(SIGKILL);
+  EXPECT_EQ(headless->wait(), 128 + SIGKILL);
+  startHeadless();
+  ASSERT_TRUE(refusal());
+  EXPECT_EQ(refusal()->code, ErrorCode::sessionNotAllowed);
+}
+
 TEST_F(Headless, TakesThePlaceOfOneThatWasKilled) {
   startHeadless();
   headless->signal(SIGKILL);
