@@ -18,6 +18,10 @@ bool isOwnDirectory(const struct stat& status) {
   return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();
 }
 
+FileDescriptor openDirectory(const std::filesystem::path& path) {
+  return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
 }  // namespace
 
 ForeignFolder::ForeignFolder(const std::filesystem::path& path)
@@ -35,7 +39,13 @@ FileDescriptor openPrivateFolder(const std::filesystem::path& path) {
     throw std::filesystem::filesystem_error("cannot create directory", path,
                                             std::error_code(errno, std::generic_category()));
   }
-  FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  auto folder = openDirectory(path);
+  if (!folder && errno == EACCES && isOwnDirectory(std::filesystem::absolute(path)) &&
+      ::chmod(path.c_str(), S_IRWXU) == 0) {
+    folder = openDirectory(path);  // its own user, or a mask, had closed it
+  }
+  if (!folder && errno != ENOTDIR && errno != ELOOP && errno != EACCES)
+    throw std::system_error(errno, std::generic_category(), "open " + path.string());
   struct stat status {};
   if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwnDirectory(status)) throw ForeignFolder(path);
   if (::fchmod(folder.get(), S_IRWXU) != 0)

@@ -17,11 +17,11 @@ class ForeignFolder : public std::system_error {
 /// Whether `path` is absolute and names a directory (no link to one) of the effective user. Any thread.
 bool isOwnDirectory(const std::filesystem::path& path);
 
-/// Makes the folder, with its parents, and gives it mode 0700. In a shared directory someone else may have
-/// made it, or a link, first; the checks and the change go through the descriptor, so that what is checked is
-/// what is changed and handed out. Throws std::filesystem::filesystem_error when it cannot be made,
-/// ForeignFolder (it is left as it is), and std::system_error when it cannot be opened or its mode cannot be
-/// set. Any thread.
+/// Makes the folder, with its parents, and gives it mode 0700, also when its mode keeps out its own user. In
+/// a shared directory someone else may have made it, or a link, first; the checks and the change go through
+/// the descriptor, so that what is checked is what is changed and handed out. Throws
+/// std::filesystem::filesystem_error when it cannot be made, ForeignFolder (it is left as it is), and
+/// std::system_error when it cannot be opened or its mode cannot be set. Any thread.
 FileDescriptor openPrivateFolder(const std::filesystem::path& path);
 
 }  // namespace velmora

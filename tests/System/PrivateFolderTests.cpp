@@ -1,6 +1,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "System/PrivateFolder.h"
 #include "tests/support/Files.h"
@@ -49,6 +52,49 @@ TEST(PrivateFolder, RefusesALinkAndAFile) {
   testing::writeFile(temporary / "file", "x");
   EXPECT_THROW(openPrivateFolder(temporary / "link"), ForeignFolder);
   EXPECT_THROW(openPrivateFolder(temporary / "file"), ForeignFolder);
+}
+
+TEST(PrivateFolder, IsOpenedAlsoWhenItsModeKeepsItsOwnUserOut) {
+  const TemporaryDirectory temporary;
+  // To root nothing is closed.
+  const uid_t user = ::geteuid() == 0 ? 65534 : ::geteuid();
+  const gid_t group = ::geteuid() == 0 ? 65534 : ::getegid();
+  ASSERT_EQ(::chmod(temporary.path().c_str(), 0755), 0);
+  for (const mode_t mode : {0000u, 0300u, 0077u}) {
+    const auto folder = temporary / std::to_string(mode);
+    fs::create_directory(folder);
+    ASSERT_EQ(::chown(folder.c_str(), user, group), 0);
+    ASSERT_EQ(::chmod(folder.c_str(), mode), 0);
+    const pid_t process = ::fork();
+    if (process == 0) {
+      if (::setgid(group) != 0 || ::setuid(user) != 0) ::_exit(2);
+      try {
+        ::_exit(openPrivateFolder(folder) ? 0 : 1);
+      } catch (const std::system_error&) {
+        ::_exit(1);
+      }
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(process, &status, 0), process);
+    EXPECT_EQ(status, 0) << mode;
+    EXPECT_EQ(modeOf(folder), 0700u) << mode;
+  }
+}
+
+TEST(PrivateFolder, IsNotCalledAnothersWhenNoDescriptorIsLeft) {
+  const TemporaryDirectory temporary;
+  struct rlimit before {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const struct rlimit none { .rlim_cur = 0, .rlim_max = before.rlim_max };
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  std::error_code code;
+  try {
+    openPrivateFolder(temporary / "folder");
+  } catch (const std::system_error& error) {
+    code = error.code();
+  }
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(code, std::errc::too_many_files_open);
 }
 
 TEST(PrivateFolder, SaysWhyItCannotBeMade) {
