@@ -24,22 +24,19 @@ void removeLeftovers(FileSystem& files, const Environment& environment, const Lo
   }
 }
 
-bool isAnswering(const std::filesystem::path& socketURL) {
-  try {
-    UnixSocketClient::connect(socketURL);
-    return true;
-  } catch (const UnixSocketError&) {
-    return false;
-  }
-}
-
 // Another bridge that serves there keeps its socket.
 std::unique_ptr<LocalControlServer> serverAt(const std::filesystem::path& socketURL,
                                              LocalControlHandler handler, const BridgeHostOptions& options) {
   try {
-    if (isAnswering(socketURL)) throw std::runtime_error("Velmora is already running there");
-    return std::make_unique<LocalControlServer>(std::move(handler), socketURL, options.log,
-                                                options.acceptingEnded);
+    if (UnixSocketClient::isAnswering(socketURL))
+      throw std::runtime_error("Velmora is already running there");
+    return std::make_unique<LocalControlServer>(
+        std::move(handler), socketURL,
+        LocalControlServerOptions{.log = options.log,
+                                  .acceptingEnded = options.acceptingEnded,
+                                  .place = [environment = options.environment] {
+                                    return UnixSocketEndpoint::defaultURL(environment);
+                                  }});
   } catch (const UnixSocketError& error) {
     throw std::runtime_error(error.inWords());
   }

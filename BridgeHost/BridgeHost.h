@@ -54,6 +54,7 @@ class BridgeHost {
 
   BridgeCoordinator& coordinator() { return coordinator_; }
   TerminalAutomating& terminal() { return *terminal_; }
+  /// Where the socket was made, or should have been; the server knows where it is by now.
   const std::filesystem::path& socketURL() const { return socketURL_; }
 
   /// Absent when the socket could not be made, or another bridge answers there or has the data folder;

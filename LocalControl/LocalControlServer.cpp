@@ -1,21 +1,29 @@
 #include "LocalControl/LocalControlServer.h"
 
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <exception>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 #include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/UnixSocketClient.h"
 #include "System/ThreadName.h"
 
 namespace velmora {
 
-LocalControlServer::LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL, Log log,
-                                       AcceptingEnded acceptingEnded)
+LocalControlServer::LocalControlServer(LocalControlHandler handler, const std::filesystem::path& socketURL,
+                                       LocalControlServerOptions options)
     : handler_(std::move(handler)),
-      log_(std::move(log)),
-      acceptingEnded_(std::move(acceptingEnded)),
-      server_(std::move(socketURL)),
-      stopPipe_(openPipe()) {}
+      options_(std::move(options)),
+      log_(options_.log),
+      server_(std::make_unique<UnixSocketServer>(socketURL)),
+      stopPipe_(openPipe()),
+      socketURL_(socketURL) {}
 
 LocalControlServer::~LocalControlServer() {
   stop();
@@ -51,17 +59,69 @@ void LocalControlServer::stop() noexcept {
 void LocalControlServer::acceptConnections() {
   std::string reason;
   try {
-    while (auto connection = server_.acceptConnectionUntil(stopPipe_.read.get())) {
-      beginServing(std::move(*connection));
+    auto nextLook = std::chrono::steady_clock::now() + options_.lookEvery;
+    while (waitForWork(nextLook)) {
+      if (auto connection = server_->acceptWaiting()) {
+        beginServing(std::move(*connection));
+        continue;  // whoever waits found the socket
+      }
+      if (std::chrono::steady_clock::now() < nextLook) continue;
+      keepInPlace();
+      nextLook = std::chrono::steady_clock::now() + options_.lookEvery;
     }
   } catch (const UnixSocketError& error) {
     reason = error.inWords();  // accepting ends here on purpose, see the class's comment
   }
-  server_.close();
+  server_->close();
   accepting_ = false;
   if (reason.empty()) return;
   log_.error("socket", "accepting has ended until the bridge starts again: " + reason);
-  if (acceptingEnded_) acceptingEnded_(reason);
+  if (options_.acceptingEnded) options_.acceptingEnded(reason);
+}
+
+// Blocks until a connection waits or the time has come; false when accepting is to stop.
+bool LocalControlServer::waitForWork(std::chrono::steady_clock::time_point until) {
+  std::array<pollfd, 2> watched{pollfd{server_->descriptor(), POLLIN, 0},
+                                pollfd{stopPipe_.read.get(), POLLIN, 0}};
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
+  const auto timeout = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+  if (::poll(watched.data(), watched.size(), timeout) < 0 && errno != EINTR)
+    throw UnixSocketError::system("accept", errno);
+  return watched[1].revents == 0;
+}
+
+// What cannot be done now is tried again at the next look; each reason is said once.
+void LocalControlServer::keepInPlace() {
+  const auto place = options_.place ? options_.place() : server_->socketURL();
+  std::string complaint;
+  if (place != server_->socketURL() || !server_->isInPlace()) {
+    try {
+      moveTo(place);
+    } catch (const UnixSocketError& error) {
+      complaint = error.inWords();
+    } catch (const std::exception& error) {
+      complaint = error.what();
+    }
+  }
+  if (!complaint.empty() && complaint != complaint_)
+    log_.error("socket", "clients cannot find the bridge at " + place.string() + ": " + complaint);
+  complaint_ = complaint;
+}
+
+void LocalControlServer::moveTo(const std::filesystem::path& place) {
+  if (UnixSocketClient::isAnswering(place)) throw std::runtime_error("another bridge answers there");
+  auto moved = std::make_unique<UnixSocketServer>(place);
+  log_.warning("socket",
+               (server_->isInPlace() ? "the place for sockets has changed" : "the socket had gone") +
+                   std::string("; serving at ") + place.string());
+  server_ = std::move(moved);
+  const MutexLock lock(mutex_);
+  socketURL_ = place;
+}
+
+std::filesystem::path LocalControlServer::socketURL() const {
+  const MutexLock lock(mutex_);
+  return socketURL_;
 }
 
 void LocalControlServer::beginServing(UnixSocketConnection connection) {

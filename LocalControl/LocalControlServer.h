@@ -2,10 +2,12 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -25,6 +27,16 @@ using LocalControlHandler = std::function<std::string(std::string_view request)>
 /// throw, and must not end the server.
 using AcceptingEnded = std::function<void(const std::string& reason)>;
 
+struct LocalControlServerOptions {
+  Log log{};
+  AcceptingEnded acceptingEnded{};
+  /// Where the socket belongs by now; asked from time to time, on the accept thread. Absent: where it was
+  /// made.
+  std::function<std::filesystem::path()> place{};
+  /// How often the accept thread looks whether clients still find the socket.
+  std::chrono::milliseconds lookEvery{2'000};
+};
+
 /// One thread accepts; one thread a connection reads a request, has it answered, writes the response, and so
 /// on until the peer leaves. Whatever is wrong with a frame, a request or the stream ends that connection
 /// without an answer and touches no other; the log says so, without a word of what the frame held.
@@ -32,15 +44,21 @@ using AcceptingEnded = std::function<void(const std::string& reason)>;
 /// The socket listens from construction on; connections wait there until `start`. A failing accept or a peer
 /// of another user ends accepting for good (better no service than a doubtful one): the socket is closed, so
 /// that clients hear at once that nobody serves them; connections that are being served go on. The log and
-/// `acceptingEnded` hear why. Destruction wakes every thread and joins it; it waits for requests that the
+/// `acceptingEnded` hear why.
+///
+/// The socket's file can vanish, with its folder or alone, and the folder where it belongs can appear late.
+/// The server then listens anew, at the place where the socket belongs by now, and says so in the log; it
+/// never takes a place at which another server answers.
+///
+/// Destruction wakes every thread and joins it; it waits for requests that the
 /// handler is working on, so the handler must come to an end.
 ///
 /// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
 class LocalControlServer {
  public:
   /// Throws what UnixSocketServer's constructor throws, and std::system_error.
-  LocalControlServer(LocalControlHandler handler, std::filesystem::path socketURL, Log log = {},
-                     AcceptingEnded acceptingEnded = {});
+  LocalControlServer(LocalControlHandler handler, const std::filesystem::path& socketURL,
+                     LocalControlServerOptions options = {});
   ~LocalControlServer();
   LocalControlServer(const LocalControlServer&) = delete;
   LocalControlServer& operator=(const LocalControlServer&) = delete;
@@ -55,7 +73,8 @@ class LocalControlServer {
   /// False before `start`, after `stop`, and when accepting has ended by itself. Any thread.
   bool isAccepting() const noexcept { return accepting_; }
 
-  const std::filesystem::path& socketURL() const noexcept { return server_.socketURL(); }
+  /// Where the socket is now. Any thread.
+  std::filesystem::path socketURL() const;
 
  private:
   struct Served {
@@ -66,20 +85,25 @@ class LocalControlServer {
   using ServedList = std::list<Served>;
 
   void acceptConnections();
+  bool waitForWork(std::chrono::steady_clock::time_point until);
+  void keepInPlace();
+  void moveTo(const std::filesystem::path& place);
   void beginServing(UnixSocketConnection connection);
   void answerRequests(UnixSocketConnection& connection) const;
   void finishServing(ServedList::iterator position);
 
   const LocalControlHandler handler_;
-  const Log log_;
-  const AcceptingEnded acceptingEnded_;
-  UnixSocketServer server_;
-  Pipe stopPipe_;  // closing the writing end stops the accept thread
+  const LocalControlServerOptions options_;
+  const Log& log_;
+  std::unique_ptr<UnixSocketServer> server_;  // once started, the accept thread's
+  std::string complaint_{};                   // why the socket is not in its place; the accept thread's
+  Pipe stopPipe_;                             // closing the writing end stops the accept thread
   std::thread acceptThread_;
   std::atomic<bool> accepting_ = false;
 
-  Mutex mutex_;
+  mutable Mutex mutex_;
   std::condition_variable_any allFinished_;
+  std::filesystem::path socketURL_ VELMORA_GUARDED_BY(mutex_);
   ServedList served_ VELMORA_GUARDED_BY(mutex_);
   std::thread lastFinished_ VELMORA_GUARDED_BY(mutex_);  // joined by the next to finish, or by destruction
 };

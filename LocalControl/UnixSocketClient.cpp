@@ -41,4 +41,14 @@ UnixSocketConnection UnixSocketClient::connectWithoutBlocking(const std::filesys
   return connected(std::move(socket), socketURL);
 }
 
+bool UnixSocketClient::isAnswering(const std::filesystem::path& socketURL) {
+  try {
+    connectWithoutBlocking(socketURL);
+    return true;
+  } catch (const UnixSocketError& error) {
+    return error.operation() == "connect" &&
+           SocketPlatform::listenerQueue(error.code()) == SocketPlatform::ListenerQueue::full;
+  }
+}
+
 }  // namespace velmora

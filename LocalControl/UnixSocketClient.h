@@ -19,6 +19,10 @@ UnixSocketConnection connect(const std::filesystem::path& socketURL);
 /// written with `readFrame` and `writeFrame`.
 UnixSocketConnection connectWithoutBlocking(const std::filesystem::path& socketURL);
 
+/// Whether a server of the effective user listens at `socketURL`. Never waits: one whose queue of connections
+/// is full listens. (A system that has the same error for a full queue and for no server says no then.)
+bool isAnswering(const std::filesystem::path& socketURL);
+
 }  // namespace UnixSocketClient
 
 }  // namespace velmora

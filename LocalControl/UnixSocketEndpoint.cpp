@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <system_error>
@@ -12,15 +13,30 @@
 
 namespace velmora::UnixSocketEndpoint {
 
+namespace fs = std::filesystem;
+
 std::filesystem::path defaultURL(const Environment& environment) {
   return defaultURL(environment, canonicalUserTemporaryDirectory(environment));
 }
 
 std::filesystem::path defaultURL(const Environment& environment,
                                  const std::optional<std::filesystem::path>& userTemporaryDirectory) {
-  auto base = userTemporaryDirectory.value_or(environmentPath(environment, "TMPDIR"));
-  if (base.empty()) base = "/tmp";
-  return base / directoryName / fileName;
+  return places(environment, userTemporaryDirectory).front();
+}
+
+std::vector<std::filesystem::path> places(const Environment& environment) {
+  return places(environment, canonicalUserTemporaryDirectory(environment));
+}
+
+std::vector<std::filesystem::path> places(
+    const Environment& environment, const std::optional<std::filesystem::path>& userTemporaryDirectory) {
+  std::vector<std::filesystem::path> found;
+  for (const auto& base :
+       {userTemporaryDirectory.value_or(""), environmentPath(environment, "TMPDIR"), fs::path("/tmp")}) {
+    const auto place = base / directoryName / fileName;
+    if (!base.empty() && std::find(found.begin(), found.end(), place) == found.end()) found.push_back(place);
+  }
+  return found;
 }
 
 std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Environment& environment) {

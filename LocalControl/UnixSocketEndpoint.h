@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 #include "LocalControl/UnixSocketError.h"
 #include "System/SocketPlatform.h"
@@ -31,6 +32,12 @@ std::filesystem::path defaultURL(const Environment& environment);
 /// The same, with the answer of `canonicalUserTemporaryDirectory` given.
 std::filesystem::path defaultURL(const Environment& environment,
                                  const std::optional<std::filesystem::path>& userTemporaryDirectory);
+
+/// Every place that the rule names, the default first. A bridge in other surroundings, such as one that was
+/// started before the user's own directory was there, listens at one of the others.
+std::vector<std::filesystem::path> places(const Environment& environment,
+                                          const std::optional<std::filesystem::path>& userTemporaryDirectory);
+std::vector<std::filesystem::path> places(const Environment& environment);
 
 /// The temporary directory that the system keeps for this user alone, when it has one.
 std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Environment& environment);

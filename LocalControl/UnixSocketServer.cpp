@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 
 #include "LocalControl/UnixSocketEndpoint.h"
@@ -17,15 +16,6 @@ namespace velmora {
 namespace {
 
 constexpr int backlog = 8;
-
-// Blocks until a connection waits or `stop` (-1 for none) ends the wait; says whether it was not `stop`.
-bool waitForConnection(int listening, int stop) {
-  std::array<pollfd, 2> watched{pollfd{listening, POLLIN, 0}, pollfd{stop, POLLIN, 0}};
-  while (::poll(watched.data(), watched.size(), /*timeout=*/-1) < 0) {
-    if (errno != EINTR) throw UnixSocketError::system("accept", errno);
-  }
-  return watched[1].revents == 0;
-}
 
 }  // namespace
 
@@ -51,29 +41,32 @@ UnixSocketServer::~UnixSocketServer() { close(); }
 
 void UnixSocketServer::close() noexcept {
   // Before the descriptor is closed: until then no other file can take over the inode's number.
-  if (boundFile_ && ownSocketFile() == boundFile_) ::unlink(socketURL_.c_str());
+  if (isInPlace()) ::unlink(socketURL_.c_str());
   boundFile_.reset();
   descriptor_.close();
 }
 
+bool UnixSocketServer::isInPlace() const noexcept { return boundFile_ && ownSocketFile() == boundFile_; }
+
 UnixSocketConnection UnixSocketServer::acceptConnection() {
-  constexpr int never = -1;
-  return std::move(*acceptConnectionUntil(never));
-}
-
-std::optional<UnixSocketConnection> UnixSocketServer::acceptConnectionUntil(int stopDescriptor) {
-  while (waitForConnection(descriptor_.get(), stopDescriptor)) {
-    auto accepted = SocketPlatform::acceptConnection(descriptor_.get());
-    if (!accepted && (errno == EAGAIN || errno == EWOULDBLOCK)) continue;
-    if (!accepted) throw UnixSocketError::system("accept", errno);
-    UnixSocketConnection connection(std::move(accepted));
-    connection.verifyPeer(::geteuid());
-    return connection;
+  while (true) {
+    if (auto connection = acceptWaiting()) return std::move(*connection);
+    pollfd listening{descriptor_.get(), POLLIN, 0};
+    if (::poll(&listening, 1, /*timeout=*/-1) < 0 && errno != EINTR)
+      throw UnixSocketError::system("accept", errno);
   }
-  return std::nullopt;
 }
 
-std::optional<UnixSocketServer::FileIdentity> UnixSocketServer::ownSocketFile() const {
+std::optional<UnixSocketConnection> UnixSocketServer::acceptWaiting() {
+  auto accepted = SocketPlatform::acceptConnection(descriptor_.get());
+  if (!accepted && (errno == EAGAIN || errno == EWOULDBLOCK)) return std::nullopt;
+  if (!accepted) throw UnixSocketError::system("accept", errno);
+  UnixSocketConnection connection(std::move(accepted));
+  connection.verifyPeer(::geteuid());
+  return connection;
+}
+
+std::optional<UnixSocketServer::FileIdentity> UnixSocketServer::ownSocketFile() const noexcept {
   struct stat status {};
   if (::lstat(socketURL_.c_str(), &status) != 0) return std::nullopt;
   if (!S_ISSOCK(status.st_mode) || status.st_uid != ::geteuid()) return std::nullopt;

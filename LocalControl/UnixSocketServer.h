@@ -12,8 +12,8 @@
 namespace velmora {
 
 /// Listens from construction to destruction; the socket file exists for the same span. Destruction removes
-/// the file only while it is still the one that this server made. `acceptConnection` and
-/// `acceptConnectionUntil` are called from one thread at a time; there are no locks.
+/// the file only while it is still the one that this server made. Used by one thread at a time; there are no
+/// locks.
 class UnixSocketServer {
  public:
   /// Prepares the directory, removes a stale socket, binds, sets mode 0600, listens. Throws UnixSocketError
@@ -27,15 +27,18 @@ class UnixSocketServer {
   int descriptor() const noexcept { return descriptor_.get(); }
 
   /// Stops listening and removes the socket file, as destruction does: from then on clients are refused at
-  /// once instead of waiting for ever. Not while an accept is under way.
+  /// once instead of waiting for ever.
   void close() noexcept;
+
+  /// Whether clients that connect to the path still reach this server.
+  bool isInPlace() const noexcept;
 
   /// Blocks for the next connection, of a peer that runs as the effective user. Throws system("accept"), or
   /// peerRejected after it has closed the connection.
   UnixSocketConnection acceptConnection();
 
-  /// The same, or nothing as soon as `stopDescriptor` becomes readable or reaches its end.
-  std::optional<UnixSocketConnection> acceptConnectionUntil(int stopDescriptor);
+  /// The same, or nothing when no connection waits.
+  std::optional<UnixSocketConnection> acceptWaiting();
 
  private:
   struct FileIdentity {
@@ -45,7 +48,7 @@ class UnixSocketServer {
   };
 
   // The socket of the effective user that stands at the path now.
-  std::optional<FileIdentity> ownSocketFile() const;
+  std::optional<FileIdentity> ownSocketFile() const noexcept;
 
   std::filesystem::path socketURL_;
   FileDescriptor descriptor_;

@@ -42,9 +42,25 @@ class LocalControlServerTest : public ::testing::Test {
 
   template <class Answer>
   void start(Answer answer) {
-    server_.emplace(testing::recordHandler(std::move(answer)), socket_, log_.log(),
-                    [this](const std::string& reason) { reason_.set_value(reason); });
+    server_.emplace(testing::recordHandler(std::move(answer)), socket_,
+                    LocalControlServerOptions{
+                        .log = log_.log(),
+                        .acceptingEnded = [this](const std::string& reason) { reason_.set_value(reason); },
+                        .place = [this] { return place(); },
+                        .lookEvery = std::chrono::milliseconds(5)});
     server_->start();
+  }
+  std::filesystem::path place() const {
+    const MutexLock lock(mutex_);
+    return place_;
+  }
+  void belongsTo(const std::filesystem::path& place) {
+    const MutexLock lock(mutex_);
+    place_ = place;
+  }
+  void expectAnswerAt(const std::filesystem::path& place) const {
+    LocalControlClient client(place);
+    EXPECT_EQ(client.send(sampleRequest()), echo(sampleRequest()));
   }
   UnixSocketConnection connected() const { return UnixSocketClient::connect(socket_); }
 
@@ -72,6 +88,8 @@ class LocalControlServerTest : public ::testing::Test {
 
   TemporaryDirectory temporary_;
   const std::filesystem::path socket_ = temporary_ / "d" / "control-v1.sock";
+  mutable Mutex mutex_;
+  std::filesystem::path place_ VELMORA_GUARDED_BY(mutex_) = socket_;
   testing::LogLines log_;
   std::promise<std::string> reason_;  // why accepting ended; a second one would throw
   std::optional<LocalControlServer> server_;
@@ -254,6 +272,53 @@ TEST_F(LocalControlServerTest, AcceptsNoMoreAfterStopAndServesOnWhomItServes) {
   EXPECT_EQ(log_.count("accepting has ended"), 0u) << "it was asked to";
 }
 
+TEST_F(LocalControlServerTest, ListensAgainWhenItsSocketFileHasGoneAndServesOnWhomItServes) {
+  auto served = connected();
+  EXPECT_EQ(answerOn(served, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  for (const bool withItsFolder : {false, true}) {
+    std::filesystem::remove_all(withItsFolder ? socket_.parent_path() : socket_);
+    yieldUntil([&] { return UnixSocketClient::isAnswering(socket_); });
+    expectAnswerAt(socket_);
+    EXPECT_EQ(modeOf(socket_), 0600u);
+    EXPECT_EQ(modeOf(socket_.parent_path()), 0700u);
+  }
+  EXPECT_EQ(answerOn(served, sampleRequest("on")), expectedAnswerTo(sampleRequest("on")));
+  EXPECT_EQ(log_.count("warning socket: the socket had gone; serving at " + socket_.string()), 2u);
+}
+
+TEST_F(LocalControlServerTest, MovesToWhereItsSocketBelongsByNow) {
+  const auto late = temporary_ / "late" / "control-v1.sock";
+  belongsTo(late);
+  yieldUntil([&] { return UnixSocketClient::isAnswering(late) && server_->socketURL() == late; });
+  expectAnswerAt(late);
+  EXPECT_FALSE(std::filesystem::exists(socket_));
+  EXPECT_EQ(log_.count("warning socket: the place for sockets has changed; serving at " + late.string()), 1u);
+}
+
+TEST_F(LocalControlServerTest, TakesNoPlaceAtWhichAnotherAnswersAndSaysSoOnce) {
+  const auto taken = temporary_ / "taken" / "control-v1.sock";
+  std::optional<LocalControlServer> other(std::in_place, testing::recordHandler(echo), taken);
+  belongsTo(taken);
+  const auto complaint =
+      "error socket: clients cannot find the bridge at " + taken.string() + ": another bridge answers there";
+  yieldUntil([&] { return log_.count(complaint) > 0; });
+  expectAnswerAt(socket_);
+  other.reset();
+  yieldUntil([&] { return server_->socketURL() == taken; });
+  EXPECT_EQ(log_.count(complaint), 1u);
+}
+
+TEST_F(LocalControlServerTest, TriesAgainWhenItCannotListenWhereItsSocketBelongs) {
+  const auto folder = temporary_ / "blocked";
+  std::ofstream(folder) << "a file";
+  belongsTo(folder / "control-v1.sock");
+  yieldUntil([&] { return log_.count("error socket: clients cannot find the bridge at ") > 0; });
+  expectAnswerAt(socket_);
+  std::filesystem::remove(folder);
+  yieldUntil([&] { return UnixSocketClient::isAnswering(folder / "control-v1.sock"); });
+  expectAnswerAt(folder / "control-v1.sock");
+}
+
 TEST_F(LocalControlServerTest, NamesItsThreads) {
   std::promise<std::string> accepting;
   server_.emplace(testing::recordHandler([](const LocalControlRequest& request) {
@@ -261,7 +326,9 @@ TEST_F(LocalControlServerTest, NamesItsThreads) {
                     response.data = nameOfThisThread();
                     return response;
                   }),
-                  socket_, Log(), [&](const std::string&) { accepting.set_value(nameOfThisThread()); });
+                  socket_, LocalControlServerOptions{.acceptingEnded = [&](const std::string&) {
+                    accepting.set_value(nameOfThisThread());
+                  }});
   server_->start();
   LocalControlClient client(socket_);
   EXPECT_EQ(client.send(sampleRequest()).data, JSONValue("connection"));

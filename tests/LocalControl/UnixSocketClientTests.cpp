@@ -5,6 +5,7 @@
 
 #include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketServer.h"
+#include "System/SocketPlatform.h"
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/LocalControl/SocketTesting.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -64,6 +65,24 @@ TEST(UnixSocketClient, RefusesAServerOfAnotherUser) {
   int status = -1;
   ASSERT_EQ(::waitpid(process, &status, 0), process);
   EXPECT_EQ(status, 0);
+}
+
+TEST(UnixSocketClient, KnowsWithoutWaitingWhetherSomebodyListens) {
+  const TemporaryDirectory temporary;
+  const auto path = temporary / "s";
+  EXPECT_FALSE(UnixSocketClient::isAnswering(path));
+  std::vector<UnixSocketConnection> waiting;
+  {
+    const UnixSocketServer stopped(path);  // it accepts none of them
+    try {
+      while (true) waiting.push_back(UnixSocketClient::connectWithoutBlocking(path));
+    } catch (const UnixSocketError& full) {
+      ASSERT_EQ(full.operation(), "connect");
+      EXPECT_EQ(UnixSocketClient::isAnswering(path),
+                SocketPlatform::listenerQueue(full.code()) == SocketPlatform::ListenerQueue::full);
+    }
+  }
+  EXPECT_FALSE(UnixSocketClient::isAnswering(path));
 }
 
 TEST(UnixSocketClient, LeavesNoDescriptorOpenAfterAFailure) {

@@ -50,6 +50,15 @@ TEST(UnixSocketEndpoint, PassesOverATmpdirThatIsNotAbsolute) {
   }
 }
 
+TEST(UnixSocketEndpoint, NamesEveryPlaceOfTheRuleOnceAndTheDefaultFirst) {
+  const auto at = [](const fs::path& base) { return base / "app.velmora.Velmora/control-v1.sock"; };
+  using Places = std::vector<fs::path>;
+  EXPECT_EQ(UnixSocketEndpoint::places({{"TMPDIR", "/var/tmp"}}, "/run/user/7"),
+            (Places{at("/run/user/7"), at("/var/tmp"), at("/tmp")}));
+  EXPECT_EQ(UnixSocketEndpoint::places({{"TMPDIR", "/tmp"}}, std::nullopt), Places{at("/tmp")});
+  EXPECT_EQ(UnixSocketEndpoint::places({{"TMPDIR", "tmp"}}, std::nullopt), Places{at("/tmp")});
+}
+
 TEST(UnixSocketEndpoint, PreparesADirectoryWithItsParentsAndMode0700) {
   const TemporaryDirectory temporary;
   const auto socket = temporary / "a" / "b" / "control-v1.sock";

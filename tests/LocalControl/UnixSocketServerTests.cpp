@@ -144,14 +144,26 @@ TEST(UnixSocketServer, RefusesADirectoryThatItCannotCheck) {
   EXPECT_EQ(startErrorAt(temporary / "d" / "s"), UnixSocketError::unsafeEndpoint());
 }
 
-TEST(UnixSocketServer, AcceptsUntilItIsToldToStop) {
+TEST(UnixSocketServer, AcceptsOnlyWhatWaitsWhenItMustNotBlock) {
   const TemporaryDirectory temporary;
   UnixSocketServer server(temporary / "s");
-  auto [stopEnd, startEnd] = openPipe();
+  EXPECT_FALSE(server.acceptWaiting());
   const auto client = UnixSocketClient::connect(temporary / "s");
-  EXPECT_TRUE(server.acceptConnectionUntil(stopEnd.get()));
-  startEnd.close();
-  EXPECT_FALSE(server.acceptConnectionUntil(stopEnd.get()));
+  EXPECT_TRUE(server.acceptWaiting());
+  EXPECT_FALSE(server.acceptWaiting());
+}
+
+TEST(UnixSocketServer, KnowsWhetherClientsStillFindIt) {
+  const TemporaryDirectory temporary;
+  const auto path = temporary / "d" / "s";
+  const UnixSocketServer server(path);
+  EXPECT_TRUE(server.isInPlace());
+  {
+    const UnixSocketServer later(path);
+    EXPECT_FALSE(server.isInPlace());
+    EXPECT_TRUE(later.isInPlace());
+  }
+  EXPECT_FALSE(server.isInPlace());
 }
 
 TEST(UnixSocketServer, RejectsAPeerOfAnotherUser) {
