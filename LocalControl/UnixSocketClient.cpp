@@ -21,6 +21,7 @@ FileDescriptor newSocket() {
 UnixSocketConnection connected(FileDescriptor socket, const std::filesystem::path& socketURL) {
   UnixSocketConnection connection(std::move(socket));
   const auto address = UnixSocketEndpoint::address(socketURL);
+  if (UnixSocketEndpoint::isOfAnother(socketURL, ::geteuid())) throw UnixSocketError::peerRejected();
   if (::connect(connection.descriptor(), reinterpret_cast<const sockaddr*>(&address),
                 UnixSocketEndpoint::addressLength) != 0) {
     throw UnixSocketError::system("connect", errno);

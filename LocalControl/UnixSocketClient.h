@@ -11,7 +11,8 @@ namespace velmora {
 namespace UnixSocketClient {
 
 /// A connection to the server at `socketURL`, which must run as the effective user. Throws system("socket"),
-/// unsafeEndpoint (a path that does not fit), system("connect"), peerRejected.
+/// unsafeEndpoint (a path that does not fit), system("connect"), peerRejected. A socket file of another user
+/// is not connected to at all.
 UnixSocketConnection connect(const std::filesystem::path& socketURL);
 
 /// The same, without ever waiting: a server whose queue of connections is full gives system("connect", EAGAIN

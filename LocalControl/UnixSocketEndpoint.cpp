@@ -67,6 +67,11 @@ void removeStaleSocket(const std::filesystem::path& socketURL, uid_t expectedUID
   if (::unlink(socketURL.c_str()) != 0) throw UnixSocketError::system("unlink", errno);
 }
 
+bool isOfAnother(const std::filesystem::path& socketURL, uid_t user) noexcept {
+  struct stat status {};
+  return ::lstat(socketURL.c_str(), &status) == 0 && status.st_uid != user;
+}
+
 sockaddr_un address(const std::filesystem::path& socketURL) {
   static_assert(addressLength == offsetof(sockaddr_un, sun_path) + maximumPathBytes + 1);
   static_assert(addressLength <= sizeof(sockaddr_un));

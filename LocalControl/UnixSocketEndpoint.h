@@ -51,6 +51,10 @@ void prepareDirectory(const std::filesystem::path& socketURL);
 /// throws unsafeEndpoint. Also throws system("lstat") and system("unlink").
 void removeStaleSocket(const std::filesystem::path& socketURL, uid_t expectedUID);
 
+/// Whether what stands at the path is not `user`'s. A connect, even one that is taken back at once, ends the
+/// accepting of another user's server.
+bool isOfAnother(const std::filesystem::path& socketURL, uid_t user) noexcept;
+
 /// What `bind` and `connect` take for this path, with `addressLength`. Throws unsafeEndpoint when the path
 /// does not fit (or is empty, which would name no file at all).
 sockaddr_un address(const std::filesystem::path& socketURL);

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <exception>
 
-#include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "System/Environment.h"
+#include "VelmoraHelper/Bridge/BridgeContact.h"
 #include "VelmoraHelper/Commands/CommandLine.h"
 #include "VelmoraHelper/Commands/SystemContext.h"
 #include "VelmoraHelper/Stdio/StdioLoop.h"
@@ -68,10 +68,9 @@ int serve() {
   McpServer::Options options{.version = VELMORA_VERSION, .clientProcessId = client};
   options.largestInlinePicture = largestInlinePicture(environment, options.largestInlinePicture);
 
-  // The path is made anew for each connection: the application may have made its directory meanwhile.
-  BridgeCalls calls([&environment] {
-    return UnixSocketClient::connectWithoutBlocking(UnixSocketEndpoint::defaultURL(environment));
-  });
+  // The places are named anew for each connection: the user's own directory may have come meanwhile.
+  BridgeCalls calls(
+      [&environment] { return contactBridge(UnixSocketEndpoint::places(environment)).connection; });
   MessageOutput output(STDOUT_FILENO);
   McpServer server(
       std::move(options), calls, Uuid::random, [&output](const std::string& message) { output.add(message); },

@@ -31,8 +31,8 @@ struct CommandContext {
   std::string version;
   std::filesystem::path program;    ///< This program's own absolute path.
   std::filesystem::path socketURL;  ///< Where the application should listen.
-  /// Connects to the application, and nothing else. Throws UnixSocketError.
-  std::function<void()> connect;
+  /// Connects to the application, and nothing else; returns where it listens. Throws UnixSocketError.
+  std::function<std::filesystem::path()> connect;
   BridgeCalling call;
   ProgramAsking askProgram;
 };

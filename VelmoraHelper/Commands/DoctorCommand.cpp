@@ -33,34 +33,52 @@ Check checkHelper(const CommandContext& context) {
   return Check::passed("helper", "velmora " + context.version + " at " + path);
 }
 
+// Where the application answers, or why it does not.
+struct Reached {
+  std::filesystem::path socketURL;
+  std::optional<UnixSocketError> failure;
+};
+
 // Connects, which also compares the users at both ends.
-std::vector<Check> checkApplication(const CommandContext& context) {
-  constexpr const char* name = "application";
+Reached reach(const CommandContext& context) {
   try {
-    context.connect();
+    return {context.connect(), std::nullopt};
   } catch (const UnixSocketError& error) {
-    switch (error.kind()) {
-      case UnixSocketError::Kind::peerRejected:
-        return {Check::passed(name, "reachable"),
-                Check::failed("same user", "another user runs Velmora at this socket",
-                              "Open Velmora as the user who runs this command.")};
-      case UnixSocketError::Kind::system:
-        if (error.code() == ENOENT || error.code() == ECONNREFUSED) {
-          return {Check::failed(name, "not running", start)};
-        }
-        if (error.code() == EAGAIN) {
-          return {Check::failed(name, "running, but it accepts no more connections", restart)};
-        }
-        return {
-            Check::failed(name, "not reachable: " + std::generic_category().message(error.code()), restart)};
-      case UnixSocketError::Kind::unsafeEndpoint:
-      case UnixSocketError::Kind::disconnected:
-        break;
-    }
-    return {Check::failed(name, "not reachable", restart)};
+    return {context.socketURL, error};
   }
-  return {Check::passed(name, "reachable"),
-          Check::passed("same user", "user " + std::to_string(::geteuid()))};
+}
+
+Check checkPlace(const CommandContext& context, const std::filesystem::path& socketURL) {
+  auto check = checkSocket(socketURL, ::geteuid());
+  if (socketURL != context.socketURL) check.finding += "; nothing answers at " + context.socketURL.string();
+  return check;
+}
+
+std::vector<Check> checkApplication(const std::optional<UnixSocketError>& failure) {
+  constexpr const char* name = "application";
+  if (!failure) {
+    return {Check::passed(name, "reachable"),
+            Check::passed("same user", "user " + std::to_string(::geteuid()))};
+  }
+  switch (failure->kind()) {
+    case UnixSocketError::Kind::peerRejected:
+      return {Check::passed(name, "reachable"),
+              Check::failed("same user", "another user runs Velmora at this socket",
+                            "Open Velmora as the user who runs this command.")};
+    case UnixSocketError::Kind::system:
+      if (failure->code() == ENOENT || failure->code() == ECONNREFUSED) {
+        return {Check::failed(name, "not running", start)};
+      }
+      if (failure->code() == EAGAIN) {
+        return {Check::failed(name, "running, but it accepts no more connections", restart)};
+      }
+      return {
+          Check::failed(name, "not reachable: " + std::generic_category().message(failure->code()), restart)};
+    case UnixSocketError::Kind::unsafeEndpoint:
+    case UnixSocketError::Kind::disconnected:
+      break;
+  }
+  return {Check::failed(name, "not reachable", restart)};
 }
 
 Check checkTerminal(const BridgeStatus& status) {
@@ -123,10 +141,11 @@ std::string withFullStop(std::string text) {
 }  // namespace
 
 std::vector<Check> examine(const CommandContext& context) {
+  const auto reached = reach(context);
   std::vector<Check> checks{checkHelper(context), checkTerminalProgram(context.askProgram),
-                            checkSocket(context.socketURL, ::geteuid())};
+                            checkPlace(context, reached.socketURL)};
   if (!checks.back().ok) return checks;
-  append(checks, checkApplication(context));
+  append(checks, checkApplication(reached.failure));
   if (checks.back().ok) append(checks, checkAnswer(context));
   return checks;
 }

@@ -7,9 +7,9 @@
 #include <system_error>
 #include <utility>
 
-#include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
+#include "VelmoraHelper/Bridge/BridgeContact.h"
 #include "VelmoraHelper/Commands/ProgramPath.h"
 
 namespace velmora {
@@ -48,10 +48,9 @@ BridgeAnswer answerOf(const BridgeCalls::Connecting& connect, BridgeRequest requ
 
 CommandContext systemContext(std::string version, const std::string& invokedAs,
                              const Environment& environment) {
-  const auto socketURL = UnixSocketEndpoint::defaultURL(environment);
-  const auto connect = [socketURL] { return UnixSocketClient::connectWithoutBlocking(socketURL); };
-  const auto call = [connect](BridgeRequest request, std::chrono::seconds deadline) {
-    return answerOf(connect, std::move(request), deadline);
+  const auto places = UnixSocketEndpoint::places(environment);
+  const auto call = [places](BridgeRequest request, std::chrono::seconds deadline) {
+    return answerOf([&places] { return contactBridge(places).connection; }, std::move(request), deadline);
   };
   const auto ask = [environment](const std::vector<std::string>& command) {
     return askProgram(command, environment, programDeadline);
@@ -61,8 +60,8 @@ CommandContext systemContext(std::string version, const std::string& invokedAs,
           .err = std::cerr,
           .version = std::move(version),
           .program = programPath(invokedAs, environment, runningProgramFile()),
-          .socketURL = socketURL,
-          .connect = [connect] { connect(); },
+          .socketURL = places.front(),
+          .connect = [places] { return contactBridge(places).socketURL; },
           .call = call,
           .askProgram = ask};
 }

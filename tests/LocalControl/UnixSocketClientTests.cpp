@@ -85,6 +85,16 @@ TEST(UnixSocketClient, KnowsWithoutWaitingWhetherSomebodyListens) {
   EXPECT_FALSE(UnixSocketClient::isAnswering(path));
 }
 
+// A connect would end the other server's accepting for good. Only root can make such a file; for anyone else
+// UnixSocketEndpoint::isOfAnother is all there is to see.
+TEST(UnixSocketClient, DoesNotEvenConnectToASocketOfAnotherUser) {
+  const TemporaryDirectory temporary;
+  UnixSocketServer server(temporary / "s");
+  const bool isAnothers = ::geteuid() == 0 && ::lchown((temporary / "s").c_str(), otherUser, otherUser) == 0;
+  EXPECT_EQ(connectErrorTo(temporary / "s") == UnixSocketError::peerRejected(), isAnothers);
+  EXPECT_EQ(server.acceptWaiting().has_value(), !isAnothers);
+}
+
 TEST(UnixSocketClient, LeavesNoDescriptorOpenAfterAFailure) {
   const TemporaryDirectory temporary;
   const FileDescriptor before(::dup(0));

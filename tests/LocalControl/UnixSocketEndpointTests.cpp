@@ -156,6 +156,14 @@ TEST(UnixSocketEndpoint, LeavesWhatIsNoSocketAlone) {
   EXPECT_TRUE(fs::is_socket(temporary / "s"));
 }
 
+TEST(UnixSocketEndpoint, TellsAnothersFileFromTheUsersOwnAndFromNone) {
+  const TemporaryDirectory temporary;
+  EXPECT_FALSE(UnixSocketEndpoint::isOfAnother(temporary / "s", ::geteuid()));
+  leaveSocketFile(temporary / "s");
+  EXPECT_FALSE(UnixSocketEndpoint::isOfAnother(temporary / "s", ::geteuid()));
+  EXPECT_TRUE(UnixSocketEndpoint::isOfAnother(temporary / "s", ::geteuid() + 1));
+}
+
 TEST(UnixSocketEndpoint, ReportsAFailingLstat) {
   const TemporaryDirectory temporary;
   std::ofstream(temporary / "file") << "x";

@@ -22,7 +22,11 @@ class CommandFixture : public ::testing::Test {
             .version = "1.2.3",
             .program = program,
             .socketURL = socketURL,
-            .connect = [this] { connect(); },
+            .connect =
+                [this] {
+                  connect();
+                  return answersAt.empty() ? socketURL : answersAt;
+                },
             .call =
                 [this](const BridgeRequest& request, std::chrono::seconds deadline) {
                   requests.push_back(recordOf(request));
@@ -51,6 +55,7 @@ class CommandFixture : public ::testing::Test {
   std::ostringstream err;
   std::filesystem::path program = "/opt/velmora/bin/velmora";
   std::filesystem::path socketURL = "/nonexistent/app.velmora.Velmora/control-v1.sock";
+  std::filesystem::path answersAt;  ///< Where the application listens; `socketURL` when empty.
   std::function<void()> connect = [] {};
   std::function<LocalControlResponse(const LocalControlRequest&)> answer = absent;
   ProgramAnswer programAnswer{

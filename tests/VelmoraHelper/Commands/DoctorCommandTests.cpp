@@ -79,6 +79,14 @@ TEST_F(DoctorCommand, TellsAnotherUsersApplicationFromNone) {
   EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "! same user"));
 }
 
+TEST_F(DoctorCommand, SaysWhenTheApplicationAnswersAtAnotherPlaceThanTheFirst) {
+  answersAt = "/nonexistent/tmp/app.velmora.Velmora/control-v1.sock";
+  EXPECT_TRUE(check("socket").ok);
+  EXPECT_EQ(check("socket").finding,
+            answersAt.string() + ", not there yet; nothing answers at " + socketURL.string());
+  EXPECT_TRUE(check("application").ok);
+}
+
 TEST_F(DoctorCommand, TellsAHangingApplicationFromAnAbsentOne) {
   connect = [] { throw UnixSocketError::system("connect", EAGAIN); };
   EXPECT_EQ(check("application").finding, "running, but it accepts no more connections");
