@@ -90,7 +90,8 @@ BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegi
       log_(std::move(log)) {}
 
 ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId,
-                                                    const ClientIdentitySummary& client) {
+                                                    const ClientIdentitySummary& client,
+                                                    const Caller& /*caller*/) {
   auto result = run<StatusPayload>({requestId, client, ToolName::status},
                                    [&] { return Answer<StatusPayload>{{statusService_.snapshot()}}; });
   if (result.ok) statusService_.note(requestId, std::nullopt);
@@ -99,45 +100,49 @@ ToolResult<StatusPayload> BridgeCoordinator::status(const Uuid& requestId,
 
 ToolResult<SessionsPayload> BridgeCoordinator::listSessions(const Uuid& requestId,
                                                             const ClientIdentitySummary& client,
-                                                            const ListSessionsInput& input) {
+                                                            const ListSessionsInput& input,
+                                                            const Caller& caller) {
   return run<SessionsPayload>({requestId, client, ToolName::listSessions},
-                              [&] { return Answer<SessionsPayload>{{sessionService_.list(input)}}; });
+                              [&] { return Answer<SessionsPayload>{{sessionService_.list(input, caller)}}; });
 }
 
 ToolResult<SessionPayload> BridgeCoordinator::activeSession(const Uuid& requestId,
-                                                            const ClientIdentitySummary& client) {
+                                                            const ClientIdentitySummary& client,
+                                                            const Caller& caller) {
   return run<SessionPayload>({requestId, client, ToolName::getActiveSession},
-                             [&] { return Answer<SessionPayload>{{sessionService_.active()}}; });
+                             [&] { return Answer<SessionPayload>{{sessionService_.active(caller)}}; });
 }
 
 ToolResult<SessionPayload> BridgeCoordinator::createSession(const Uuid& requestId,
                                                             const ClientIdentitySummary& client,
-                                                            const CreateSessionInput& input) {
+                                                            const CreateSessionInput& input,
+                                                            const Caller& caller) {
   return run<SessionPayload>({requestId, client, ToolName::createSession}, [&] {
-    auto session = sessionService_.create(input);
+    auto session = sessionService_.create(input, caller);
     return Answer<SessionPayload>{{session}, {}, {.createdSession = session.sessionId}};
   });
 }
 
 ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId,
                                                           const ClientIdentitySummary& client,
-                                                          const SendCommandInput& input) {
+                                                          const SendCommandInput& input,
+                                                          const Caller& caller) {
   return run<CommandPayload>({requestId, client, ToolName::sendCommand, input.sessionId}, [&] {
-    return Answer<CommandPayload>{commandService_.send(input), {}, {.command = input.command}};
+    return Answer<CommandPayload>{commandService_.send(input, caller), {}, {.command = input.command}};
   });
 }
 
 ToolResult<KeyPayload> BridgeCoordinator::sendKey(const Uuid& requestId, const ClientIdentitySummary& client,
-                                                  const SendKeyInput& input) {
+                                                  const SendKeyInput& input, const Caller& caller) {
   return run<KeyPayload>({requestId, client, ToolName::sendKey, input.sessionId},
-                         [&] { return Answer<KeyPayload>{keyService_.send(input)}; });
+                         [&] { return Answer<KeyPayload>{keyService_.send(input, caller)}; });
 }
 
 ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId,
                                                         const ClientIdentitySummary& client,
-                                                        const ReadOutputInput& input) {
+                                                        const ReadOutputInput& input, const Caller& caller) {
   return run<OutputPayload>({requestId, client, ToolName::readOutput, input.sessionId}, [&] {
-    auto [payload, warnings] = outputService_.read(input);
+    auto [payload, warnings] = outputService_.read(input, caller);
     const Outcome outcome{.output = payload.text,
                           .outputCharacterCount = payload.returnedCharacters,
                           .outputTruncated = payload.truncated};
@@ -147,16 +152,18 @@ ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId,
 
 ToolResult<CapturePayload> BridgeCoordinator::captureScreen(const Uuid& requestId,
                                                             const ClientIdentitySummary& client,
-                                                            const SessionTargetInput& input) {
+                                                            const SessionTargetInput& input,
+                                                            const Caller& caller) {
   return run<CapturePayload>({requestId, client, ToolName::captureScreen, input.sessionId},
-                             [&] { return Answer<CapturePayload>{captureService_.capture(input)}; });
+                             [&] { return Answer<CapturePayload>{captureService_.capture(input, caller)}; });
 }
 
 ToolResult<FocusPayload> BridgeCoordinator::focusSession(const Uuid& requestId,
                                                          const ClientIdentitySummary& client,
-                                                         const SessionTargetInput& input) {
+                                                         const SessionTargetInput& input,
+                                                         const Caller& caller) {
   return run<FocusPayload>({requestId, client, ToolName::focusSession, input.sessionId}, [&] {
-    const auto session = sessionService_.focus(input.sessionId, permissionService_);
+    const auto session = sessionService_.focus(input.sessionId, permissionService_, caller);
     return Answer<FocusPayload>{{session.sessionId, now_()}};
   });
 }

@@ -19,6 +19,7 @@
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
 #include "BridgeCore/TerminalSessionService.h"
+#include "BridgeModels/Caller.h"
 #include "BridgeModels/ToolName.h"
 #include "BridgeModels/ToolPayloads.h"
 #include "System/Log.h"
@@ -48,23 +49,26 @@ class BridgeCoordinator {
                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now,
                     Log log = {}, PermissionStore* permissionStore = nullptr);
 
-  // The nine tools. `requestId` is the caller's; `client` is who calls.
-  ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client);
+  // The nine tools. `requestId` is the caller's; `client` is who calls. Nothing is begun in the
+  // terminal once `caller` has left; the status, which changes nothing and never waits long, looks at none.
+  ToolResult<StatusPayload> status(const Uuid& requestId, const ClientIdentitySummary& client,
+                                   const Caller& /*caller*/ = {});
   ToolResult<SessionsPayload> listSessions(const Uuid& requestId, const ClientIdentitySummary& client,
-                                           const ListSessionsInput& input);
-  ToolResult<SessionPayload> activeSession(const Uuid& requestId, const ClientIdentitySummary& client);
+                                           const ListSessionsInput& input, const Caller& caller = {});
+  ToolResult<SessionPayload> activeSession(const Uuid& requestId, const ClientIdentitySummary& client,
+                                           const Caller& caller = {});
   ToolResult<SessionPayload> createSession(const Uuid& requestId, const ClientIdentitySummary& client,
-                                           const CreateSessionInput& input);
+                                           const CreateSessionInput& input, const Caller& caller = {});
   ToolResult<CommandPayload> sendCommand(const Uuid& requestId, const ClientIdentitySummary& client,
-                                         const SendCommandInput& input);
+                                         const SendCommandInput& input, const Caller& caller = {});
   ToolResult<KeyPayload> sendKey(const Uuid& requestId, const ClientIdentitySummary& client,
-                                 const SendKeyInput& input);
+                                 const SendKeyInput& input, const Caller& caller = {});
   ToolResult<OutputPayload> readOutput(const Uuid& requestId, const ClientIdentitySummary& client,
-                                       const ReadOutputInput& input);
+                                       const ReadOutputInput& input, const Caller& caller = {});
   ToolResult<CapturePayload> captureScreen(const Uuid& requestId, const ClientIdentitySummary& client,
-                                           const SessionTargetInput& input);
+                                           const SessionTargetInput& input, const Caller& caller = {});
   ToolResult<FocusPayload> focusSession(const Uuid& requestId, const ClientIdentitySummary& client,
-                                        const SessionTargetInput& input);
+                                        const SessionTargetInput& input, const Caller& caller = {});
 
   // The user's settings and history. These run one after the other.
 

@@ -14,8 +14,8 @@ DeliveryGuard::DeliveryGuard(ToolName tool, TerminalSessionService& sessions,
       operationState_(operationState),
       settingsStore_(settingsStore) {}
 
-AdmittedDelivery DeliveryGuard::admit(const Uuid& sessionId) const {
-  auto session = sessions_.validate(sessionId, operation_);
+AdmittedDelivery DeliveryGuard::admit(const Uuid& sessionId, const Caller& caller) const {
+  auto session = sessions_.validate(sessionId, operation_, caller);
   const auto reference = session.reference();
   operationState_.requireMutationAllowed(operation_, reference);
   if (!permissions_.canSend(session)) throw catalogue::sessionNotAllowed(operation_, reference);
@@ -42,11 +42,12 @@ CommandService::CommandService(TerminalAutomating& automation, TerminalSessionSe
       guard_(ToolName::sendCommand, sessions, permissions, operationState, settingsStore),
       now_(std::move(now)) {}
 
-CommandPayload CommandService::send(const SendCommandInput& input) {
+CommandPayload CommandService::send(const SendCommandInput& input, const Caller& caller) {
   input.validate();
-  const auto admitted = guard_.admit(input.sessionId);
+  const auto admitted = guard_.admit(input.sessionId, caller);
   const auto& session = admitted.session;
-  guard_.finish(admitted, automation_.send(input.command, session.tty, session.windowId, admitted.allowBusy));
+  guard_.finish(admitted,
+                automation_.send(input.command, session.tty, session.windowId, admitted.allowBusy, caller));
   return CommandPayload(session.sessionId, now_());
 }
 
@@ -58,12 +59,12 @@ KeyService::KeyService(TerminalAutomating& automation, TerminalSessionService& s
       guard_(ToolName::sendKey, sessions, permissions, operationState, settingsStore),
       now_(std::move(now)) {}
 
-KeyPayload KeyService::send(const SendKeyInput& input) {
+KeyPayload KeyService::send(const SendKeyInput& input, const Caller& caller) {
   input.validate();
-  const auto admitted = guard_.admit(input.sessionId);
+  const auto admitted = guard_.admit(input.sessionId, caller);
   const auto& session = admitted.session;
   guard_.finish(admitted, automation_.send(input.key, input.repeatCount, session.tty, session.windowId,
-                                           admitted.allowBusy));
+                                           admitted.allowBusy, caller));
   return KeyPayload(session.sessionId, input.key, input.repeatCount, now_());
 }
 

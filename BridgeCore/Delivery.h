@@ -31,7 +31,7 @@ class DeliveryGuard {
                 const BridgeOperationState& operationState, PrivacySettingsStore& settingsStore);
 
   /// The first check that fails throws its StructuredError; nothing has been typed then.
-  AdmittedDelivery admit(const Uuid& sessionId) const;
+  AdmittedDelivery admit(const Uuid& sessionId, const Caller& caller) const;
 
   /// Waits for the adapter. A tab that turned busy after the check is refused in the words of the check;
   /// where busy input is allowed, a refusal has another reason and keeps the adapter's words.
@@ -53,7 +53,7 @@ class CommandService {
                  const SessionPermissionService& permissions, const BridgeOperationState& operationState,
                  PrivacySettingsStore& settingsStore, Clock now);
 
-  CommandPayload send(const SendCommandInput& input);
+  CommandPayload send(const SendCommandInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;
@@ -68,7 +68,7 @@ class KeyService {
              const SessionPermissionService& permissions, const BridgeOperationState& operationState,
              PrivacySettingsStore& settingsStore, Clock now);
 
-  KeyPayload send(const SendKeyInput& input);
+  KeyPayload send(const SendKeyInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;

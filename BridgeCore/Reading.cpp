@@ -13,8 +13,8 @@ namespace velmora {
 namespace {
 
 TerminalSession readable(TerminalSessionService& sessions, const SessionPermissionService& permissions,
-                         const Uuid& sessionId, std::string_view operation) {
-  auto session = sessions.validate(sessionId, operation);
+                         const Uuid& sessionId, std::string_view operation, const Caller& caller) {
+  auto session = sessions.validate(sessionId, operation, caller);
   if (!permissions.canRead(session)) throw catalogue::sessionNotAllowed(operation, session.reference());
   return session;
 }
@@ -28,15 +28,15 @@ LimitedOutput OutputLimiter::suffix(std::string_view text, std::int64_t maximumC
   return {std::string(end.text), end.totalCharacters};
 }
 
-OutputReading OutputService::read(const ReadOutputInput& input) {
+OutputReading OutputService::read(const ReadOutputInput& input, const Caller& caller) {
   constexpr auto operation = wireName(ToolName::readOutput);
   input.validate();
-  const auto session = readable(sessions_, permissions_, input.sessionId, operation);
+  const auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
   TerminalOutput output;
   try {
-    output =
-        answerOf(automation_.readOutput(input.source, input.maxCharacters, session.tty, session.windowId),
-                 operation, session.reference());
+    output = answerOf(
+        automation_.readOutput(input.source, input.maxCharacters, session.tty, session.windowId, caller),
+        operation, session.reference());
   } catch (const StructuredError&) {
     throw;
   } catch (const std::exception&) {
@@ -58,12 +58,12 @@ OutputReading OutputService::read(const ReadOutputInput& input) {
   return reading;
 }
 
-CapturePayload CaptureService::capture(const SessionTargetInput& input) {
+CapturePayload CaptureService::capture(const SessionTargetInput& input, const Caller& caller) {
   constexpr auto operation = wireName(ToolName::captureScreen);
-  const auto session = readable(sessions_, permissions_, input.sessionId, operation);
+  const auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
   try {
-    const auto capture =
-        answerOf(automation_.captureScreen(session.tty, session.windowId), operation, session.reference());
+    const auto capture = answerOf(automation_.captureScreen(session.tty, session.windowId, caller), operation,
+                                  session.reference());
     return CapturePayload(session.sessionId, capture.imagePath, now_());
   } catch (const StructuredError&) {
     throw;

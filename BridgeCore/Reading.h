@@ -43,7 +43,7 @@ class OutputService {
                 const SessionPermissionService& permissions)
       : automation_(automation), sessions_(sessions), permissions_(permissions) {}
 
-  OutputReading read(const ReadOutputInput& input);
+  OutputReading read(const ReadOutputInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;
@@ -58,7 +58,7 @@ class CaptureService {
                  const SessionPermissionService& permissions, Clock now)
       : automation_(automation), sessions_(sessions), permissions_(permissions), now_(std::move(now)) {}
 
-  CapturePayload capture(const SessionTargetInput& input);
+  CapturePayload capture(const SessionTargetInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;

@@ -15,13 +15,14 @@ TerminalSessionService::TerminalSessionService(TerminalAutomating& automation, S
 // Hands `use` a listing taken for this call, when all earlier ones have reached the registry.
 template <class Use>
 auto TerminalSessionService::withListing(std::string_view operation,
-                                         const std::optional<SessionReference>& session, Use use) {
+                                         const std::optional<SessionReference>& session, const Caller& caller,
+                                         Use use) {
   std::optional<TurnOrder::Turn> turn;
   std::future<std::vector<TerminalTabSnapshot>> answer;
   {
     const MutexLock lock(queueing_);
     turn.emplace(order_);
-    answer = automation_.listSessions();
+    answer = automation_.listSessions(caller);
   }
   const auto listing = answerOf(std::move(answer), operation, session);
   turn->wait();
@@ -33,8 +34,9 @@ void TerminalSessionService::setPolicy(SessionPolicy policy) {
   policy_ = policy;
 }
 
-std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInput& input) {
-  auto sessions = reconciled(wireName(ToolName::listSessions));
+std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInput& input,
+                                                          const Caller& caller) {
+  auto sessions = reconciled(wireName(ToolName::listSessions), caller);
   std::erase_if(sessions, [&](const TerminalSession& session) {
     return (session.permission == SessionPermission::readOnly && !input.includeReadOnly) ||
            (session.busy && !input.includeBusy);
@@ -42,17 +44,18 @@ std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInpu
   return sessions;
 }
 
-TerminalSession TerminalSessionService::active() {
-  const auto sessions = reconciled(wireName(ToolName::getActiveSession));
+TerminalSession TerminalSessionService::active(const Caller& caller) {
+  const auto sessions = reconciled(wireName(ToolName::getActiveSession), caller);
   const auto selected =
       std::find_if(sessions.begin(), sessions.end(), [](const auto& s) { return s.selected; });
   if (selected == sessions.end()) throw catalogue::noSelectedTab();
   return *selected;
 }
 
-TerminalSession TerminalSessionService::create(const CreateSessionInput& input) {
+TerminalSession TerminalSessionService::create(const CreateSessionInput& input, const Caller& caller) {
   input.validate();
-  const auto snapshot = answerOf(automation_.createWindow(), wireName(ToolName::createSession), std::nullopt);
+  const auto snapshot =
+      answerOf(automation_.createWindow(caller), wireName(ToolName::createSession), std::nullopt);
   // Listings that were asked for by now may have been taken before the window was there, and would retire it:
   // they go first.
   TurnOrder::Turn turn(order_);
@@ -60,22 +63,25 @@ TerminalSession TerminalSessionService::create(const CreateSessionInput& input) 
   return registry_.registerCreated(snapshot, now_());
 }
 
-TerminalSession TerminalSessionService::validate(const Uuid& sessionId, std::string_view operation) {
-  return withListing(operation, SessionReference{.sessionId = sessionId},
+TerminalSession TerminalSessionService::validate(const Uuid& sessionId, std::string_view operation,
+                                                 const Caller& caller) {
+  return withListing(operation, SessionReference{.sessionId = sessionId}, caller,
                      [&](const auto& listing) { return registry_.validate(sessionId, listing, now_()); });
 }
 
 TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
-                                              const SessionPermissionService& permissions) {
+                                              const SessionPermissionService& permissions,
+                                              const Caller& caller) {
   constexpr auto operation = wireName(ToolName::focusSession);
-  auto session = validate(sessionId, operation);
+  auto session = validate(sessionId, operation, caller);
   if (!permissions.canFocus(session)) throw catalogue::sessionNotAllowed(operation, session.reference());
-  answerOf(automation_.focus(session.tty, session.windowId), operation, session.reference());
+  answerOf(automation_.focus(session.tty, session.windowId, caller), operation, session.reference());
   return session;
 }
 
-std::vector<TerminalSession> TerminalSessionService::reconciled(std::string_view operation) {
-  return withListing(operation, std::nullopt, [&](const auto& listing) {
+std::vector<TerminalSession> TerminalSessionService::reconciled(std::string_view operation,
+                                                                const Caller& caller) {
+  return withListing(operation, std::nullopt, caller, [&](const auto& listing) {
     auto found = registry_.reconcile(listing, policy(), now_());
     return memory_ == nullptr ? found : memory_->restricted(std::move(found), listing);
   });

@@ -10,6 +10,7 @@
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
 #include "BridgeCore/TurnOrder.h"
+#include "BridgeModels/Caller.h"
 #include "BridgeModels/ToolInputs.h"
 #include "System/Mutex.h"
 #include "TerminalAutomation/TerminalAutomating.h"
@@ -28,23 +29,28 @@ class TerminalSessionService {
   /// How tabs found from now on are registered; those registered already keep their permission.
   void setPolicy(SessionPolicy policy);
 
-  std::vector<TerminalSession> list(const ListSessionsInput& input);
+  // Of each call: nothing is begun for a `caller` who has left, and its deadlines count from the call's
+  // arrival.
+
+  std::vector<TerminalSession> list(const ListSessionsInput& input, const Caller& caller = {});
 
   /// The first session, in registry order, that is selected in its window.
-  TerminalSession active();
+  TerminalSession active(const Caller& caller = {});
 
-  TerminalSession create(const CreateSessionInput& input);
+  TerminalSession create(const CreateSessionInput& input, const Caller& caller = {});
 
   /// The session, refreshed from a listing taken for this very call. `operation` is the tool's name, for
   /// errors.
-  TerminalSession validate(const Uuid& sessionId, std::string_view operation);
+  TerminalSession validate(const Uuid& sessionId, std::string_view operation, const Caller& caller = {});
 
-  TerminalSession focus(const Uuid& sessionId, const SessionPermissionService& permissions);
+  TerminalSession focus(const Uuid& sessionId, const SessionPermissionService& permissions,
+                        const Caller& caller = {});
 
  private:
   template <class Use>
-  auto withListing(std::string_view operation, const std::optional<SessionReference>& session, Use use);
-  std::vector<TerminalSession> reconciled(std::string_view operation);
+  auto withListing(std::string_view operation, const std::optional<SessionReference>& session,
+                   const Caller& caller, Use use);
+  std::vector<TerminalSession> reconciled(std::string_view operation, const Caller& caller);
   SessionPolicy policy() const;
 
   TerminalAutomating& automation_;

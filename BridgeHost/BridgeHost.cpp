@@ -77,7 +77,8 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
   removeLeftovers(folder_.files(), options.environment, log_);
   try {
     localServer_ = serverAt(
-        socketURL_, [this](std::string_view request) { return router_.answer(request); }, options);
+        socketURL_, [this](auto request, const auto& caller) { return router_.answer(request, caller); },
+        options);
   } catch (const std::exception& error) {
     serverProblem_ = error.what();
   }
@@ -98,8 +99,10 @@ void BridgeHost::startServing() {
 }
 
 void BridgeHost::endServing() noexcept {
-  if (localServer_) localServer_->stop();
-  terminal_->cancel();  // a terminal that hangs must not hold up the exit
+  // What is under way may well end by itself; what a terminal that hangs holds up is cut short, and answered.
+  constexpr std::chrono::milliseconds grace{500};
+  if (localServer_) localServer_->finish(grace);
+  terminal_->cancel();
   localServer_.reset();
 }
 

@@ -48,8 +48,8 @@ class BridgeHost {
   void startServing();
 
   /// Ends the server, then deletes the history or saves the end of it as the settings ask: `shown`, if the
-  /// user sees any, as BridgeCoordinator::leaveHistory says. Requests under way are answered; the terminal's
-  /// part in them is cut short.
+  /// user sees any, as BridgeCoordinator::leaveHistory says. Requests under way are answered; after half a
+  /// second the terminal's part in them is cut short.
   void prepareForTermination(const std::optional<PrivacyRetentionSettings>& shown = std::nullopt);
 
   BridgeCoordinator& coordinator() { return coordinator_; }

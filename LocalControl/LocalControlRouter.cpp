@@ -21,15 +21,16 @@ constexpr std::tuple operations{
 };
 
 template <class Tool>
-ToolResult<typename Tool::Payload> resultOf(BridgeCoordinator& coordinator, const Call& call) {
+ToolResult<typename Tool::Payload> resultOf(BridgeCoordinator& coordinator, const Call& call,
+                                            const Caller& caller) {
   constexpr auto operation = std::get<static_cast<std::size_t>(Tool::name)>(operations);
   const ClientIdentitySummary client{call.client.name, call.client.version};
   if constexpr (std::is_same_v<typename Tool::Input, EmptyInput>) {
-    return (coordinator.*operation)(call.requestId, client);  // whatever the arguments are
+    return (coordinator.*operation)(call.requestId, client, caller);  // whatever the arguments are
   } else {
     typename Tool::Input input{};
     JsonReader(*call.arguments.value).read(input);
-    return (coordinator.*operation)(call.requestId, client, input);
+    return (coordinator.*operation)(call.requestId, client, input, caller);
   }
 }
 
@@ -49,11 +50,11 @@ std::string refusal(const Call& call, StructuredError error) {
 
 }  // namespace
 
-std::string LocalControlRouter::answer(std::string_view request) {
-  return withJson(request, [this](const boost::json::value& document) {
+std::string LocalControlRouter::answer(std::string_view request, const Caller& caller) {
+  return withJson(request, [&](const boost::json::value& document) {
     Call call;
     JsonReader(document).read(call);
-    return responseTo(call);
+    return responseTo(call, caller);
   });
 }
 
@@ -61,15 +62,16 @@ LocalControlResponse LocalControlRouter::route(const LocalControlRequest& reques
   return decodeJson<LocalControlResponse>(answer(encodeJson(request)));
 }
 
-std::string LocalControlRouter::responseTo(const Call& call) {
+std::string LocalControlRouter::responseTo(const Call& call, const Caller& caller) {
   const auto operation = wireName(call.operation);
   if (call.protocolVersion != localControlProtocolVersion) {
     return refusal(call, StructuredErrorMapper::invalidArgument(unsupportedProtocolVersionMessage, operation,
                                                                 std::nullopt));
   }
   try {
-    return visitTool(call.operation,
-                     [&]<class Tool>(const Tool&) { return encoded(resultOf<Tool>(coordinator_, call)); });
+    return visitTool(call.operation, [&]<class Tool>(const Tool&) {
+      return encoded(resultOf<Tool>(coordinator_, call, caller));
+    });
   } catch (...) {  // undecodable arguments, or a payload that JSON cannot carry
     return refusal(call, StructuredErrorMapper::map(std::current_exception(), operation, std::nullopt));
   }

@@ -18,13 +18,13 @@ class LocalControlRouter {
   /// The response to a request, both as JSON text. The request is parsed once, and the response is written
   /// once, from the coordinator's result. Whatever fails with the request is a response with `ok` false;
   /// throws JsonDecodeError for text that is no request.
-  std::string answer(std::string_view request);
+  std::string answer(std::string_view request, const Caller& caller = {});
 
   /// The same for a request that is a record already. Never throws for the request's sake.
   LocalControlResponse route(const LocalControlRequest& request);
 
  private:
-  std::string responseTo(const LocalControlCall<JsonMembers>& call);
+  std::string responseTo(const LocalControlCall<JsonMembers>& call, const Caller& caller);
 
   BridgeCoordinator& coordinator_;
 };

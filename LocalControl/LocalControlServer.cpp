@@ -26,7 +26,8 @@ LocalControlServer::LocalControlServer(LocalControlHandler handler, const std::f
       socketURL_(socketURL) {}
 
 LocalControlServer::~LocalControlServer() {
-  stop();
+  constexpr std::chrono::milliseconds graceForAnswers{500};
+  finish(graceForAnswers);
   std::thread last;
   {
     MutexLock lock(mutex_);
@@ -35,6 +36,15 @@ LocalControlServer::~LocalControlServer() {
     last = std::move(lastFinished_);
   }
   if (last.joinable()) last.join();
+}
+
+void LocalControlServer::finish(std::chrono::milliseconds patience) noexcept {
+  stop();
+  finishing_ = true;
+  const auto end = std::chrono::steady_clock::now() + patience;
+  MutexLock lock(mutex_);
+  for (auto& served : served_) served.connection.endReading();
+  while (!served_.empty() && allFinished_.wait_until(lock, end) != std::cv_status::timeout) continue;
 }
 
 void LocalControlServer::start() {
@@ -147,12 +157,13 @@ void LocalControlServer::answerRequests(UnixSocketConnection& connection) const 
   constexpr const char* noRequest = "what it sent is no request";
   const char* failure = noRequest;
   try {
-    while (true) {
+    while (!finishing_) {
       failure = noRequest;
       const auto frame = connection.readFrame();
+      const Caller caller{.hasLeft = [&connection] { return connection.peerHasLeft(); }};
       const auto request = LocalControlCodec::payload(frame);
       failure = "its request could not be answered";
-      connection.writeFrame(LocalControlCodec::frameOfPayload(handler_(request)));
+      connection.writeFrame(LocalControlCodec::frameOfPayload(handler_(request, caller)));
     }
   } catch (const UnixSocketError& error) {
     log_.debug("socket", "a connection has ended: " + error.inWords());

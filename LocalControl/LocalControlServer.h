@@ -12,6 +12,7 @@
 #include <string_view>
 #include <thread>
 
+#include "BridgeModels/Caller.h"
 #include "LocalControl/UnixSocketServer.h"
 #include "System/FileDescriptor.h"
 #include "System/Log.h"
@@ -19,9 +20,9 @@
 
 namespace velmora {
 
-/// Answers a request with its response, both as JSON text. Called from many threads at once. What it throws
-/// ends the connection: JsonDecodeError says that the text is no request.
-using LocalControlHandler = std::function<std::string(std::string_view request)>;
+/// Answers a request of `caller` with its response, both as JSON text. Called from many threads at once. What
+/// it throws ends the connection: JsonDecodeError says that the text is no request.
+using LocalControlHandler = std::function<std::string(std::string_view request, const Caller& caller)>;
 
 /// Hears why accepting ended by itself, in a few words. Called once at most, on the accept thread; must not
 /// throw, and must not end the server.
@@ -50,8 +51,8 @@ struct LocalControlServerOptions {
 /// The server then listens anew, at the place where the socket belongs by now, and says so in the log; it
 /// never takes a place at which another server answers.
 ///
-/// Destruction wakes every thread and joins it; it waits for requests that the
-/// handler is working on, so the handler must come to an end.
+/// Destruction reads no further request, gives those under way a short time to be answered, then ends the
+/// connections and joins every thread; the handler must come to an end.
 ///
 /// `start`, `stop` and destruction belong to one thread, which is none of the handler's.
 class LocalControlServer {
@@ -69,6 +70,10 @@ class LocalControlServer {
 
   /// Accepts no more, for good; connections that are being served go on.
   void stop() noexcept;
+
+  /// Stops, reads no further request, and waits until those under way are answered, for as long as `patience`
+  /// allows.
+  void finish(std::chrono::milliseconds patience) noexcept;
 
   /// False before `start`, after `stop`, and when accepting has ended by itself. Any thread.
   bool isAccepting() const noexcept { return accepting_; }
@@ -100,6 +105,7 @@ class LocalControlServer {
   Pipe stopPipe_;                             // closing the writing end stops the accept thread
   std::thread acceptThread_;
   std::atomic<bool> accepting_ = false;
+  std::atomic<bool> finishing_ = false;
 
   mutable Mutex mutex_;
   std::condition_variable_any allFinished_;

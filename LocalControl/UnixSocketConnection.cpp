@@ -1,5 +1,6 @@
 #include "LocalControl/UnixSocketConnection.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -33,6 +34,13 @@ void UnixSocketConnection::writeFrame(std::string_view bytes) {
   };
   if (!writeWith(write, bytes).empty()) throw UnixSocketError::system("write", errno);
 }
+
+bool UnixSocketConnection::peerHasLeft() const noexcept {
+  pollfd end{descriptor(), POLLHUP, 0};
+  return ::poll(&end, 1, /*timeout=*/0) > 0 && (end.revents & (POLLHUP | POLLERR)) != 0;
+}
+
+void UnixSocketConnection::endReading() noexcept { ::shutdown(descriptor(), SHUT_RD); }
 
 void UnixSocketConnection::interrupt() noexcept { ::shutdown(descriptor(), SHUT_RDWR); }
 

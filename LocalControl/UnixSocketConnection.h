@@ -11,8 +11,8 @@
 
 namespace velmora {
 
-/// Owns its descriptor and closes it when it is destroyed. Used by one thread at a time, apart from
-/// `interrupt`. Reads and writes block until they are done or fail; nothing is tried twice.
+/// Owns its descriptor and closes it when it is destroyed. Used by one thread at a time, apart from what any
+/// thread may call. Reads and writes block until they are done or fail; nothing is tried twice.
 class UnixSocketConnection {
  public:
   explicit UnixSocketConnection(FileDescriptor descriptor) noexcept : descriptor_(std::move(descriptor)) {}
@@ -28,6 +28,14 @@ class UnixSocketConnection {
 
   /// Writes all of `bytes`. Throws system("write").
   void writeFrame(std::string_view bytes);
+
+  /// Whether the peer has closed its end: nobody will read an answer. A peer that only sends no more has not.
+  /// Any thread.
+  bool peerHasLeft() const noexcept;
+
+  /// Reads no more than what has arrived; writing goes on. Wakes a thread that is blocked in reading. Any
+  /// thread.
+  void endReading() noexcept;
 
   /// Ends the stream both ways, which also wakes a thread that is blocked in it. Any thread.
   void interrupt() noexcept;

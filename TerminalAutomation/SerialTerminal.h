@@ -11,7 +11,7 @@
 
 namespace velmora {
 
-/// How long each call may take, from the call to its end.
+/// How long each call may take, from its arrival to its end.
 struct TerminalDeadlines {
   std::chrono::milliseconds operation{5'000};
   std::chrono::milliseconds history{30'000};  ///< Of reading a whole history.
@@ -36,16 +36,17 @@ class SerialTerminal : public TerminalAutomating {
 
   std::string displayName() const override;
   std::future<TerminalRuntimeStatus> status() override;
-  std::future<std::vector<TerminalTabSnapshot>> listSessions() override;
-  std::future<TerminalTabSnapshot> createWindow() override;
-  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override;
+  std::future<std::vector<TerminalTabSnapshot>> listSessions(Caller caller = {}) override;
+  std::future<TerminalTabSnapshot> createWindow(Caller caller = {}) override;
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy,
+                         Caller caller = {}) override;
   std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override;
+                         bool allowBusy, Caller caller = {}) override;
   std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
-                                         std::int64_t windowId) override;
-  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override;
-  std::future<void> focus(std::string tty, std::int64_t windowId) override;
+                                         std::int64_t windowId, Caller caller = {}) override;
+  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId,
+                                                   Caller caller = {}) override;
+  std::future<void> focus(std::string tty, std::int64_t windowId, Caller caller = {}) override;
   void cancel() noexcept override;
 
  protected:
@@ -57,10 +58,13 @@ class SerialTerminal : public TerminalAutomating {
 
  private:
   template <class Work>
-  static auto submit(ThreadPool& threads, std::chrono::milliseconds allowed, Work work) {
-    const auto deadline = std::chrono::steady_clock::now() + allowed;
-    return threads.submit([deadline, work = std::move(work)] { return work(deadline); });
+  static auto submit(ThreadPool& threads, std::chrono::milliseconds allowed, Caller caller, Work work) {
+    return threads.submit([allowed, caller = std::move(caller), work = std::move(work)] {
+      expectCaller(caller);
+      return work(caller.since + allowed);
+    });
   }
+  static void expectCaller(const Caller& caller);
 
   const std::unique_ptr<TerminalOperations> operations_;
   const TerminalDeadlines deadlines_;

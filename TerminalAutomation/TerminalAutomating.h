@@ -6,12 +6,14 @@
 #include <utility>
 #include <vector>
 
+#include "BridgeModels/Caller.h"
 #include "TerminalAutomation/TerminalOperations.h"
 
 namespace velmora {
 
 /// Thread-safe. Failures arrive through the future. Each call is over soon after its deadline, which counts
-/// from the call. What the operations do stands at TerminalOperations.
+/// from `caller.since`; nothing is begun for a caller who has left. What the operations do stands at
+/// TerminalOperations.
 class TerminalAutomating {
  public:
   virtual ~TerminalAutomating() = default;
@@ -21,17 +23,19 @@ class TerminalAutomating {
   virtual std::future<TerminalRuntimeStatus> status() = 0;
 
   /// Listings are taken in the order in which they are asked for.
-  virtual std::future<std::vector<TerminalTabSnapshot>> listSessions() = 0;
+  virtual std::future<std::vector<TerminalTabSnapshot>> listSessions(Caller caller = {}) = 0;
 
-  virtual std::future<TerminalTabSnapshot> createWindow() = 0;
-  virtual std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
-                                 bool allowBusy) = 0;
+  virtual std::future<TerminalTabSnapshot> createWindow(Caller caller = {}) = 0;
+  virtual std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy,
+                                 Caller caller = {}) = 0;
   virtual std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty,
-                                 std::int64_t windowId, bool allowBusy) = 0;
+                                 std::int64_t windowId, bool allowBusy, Caller caller = {}) = 0;
   virtual std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters,
-                                                 std::string tty, std::int64_t windowId) = 0;
-  virtual std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) = 0;
-  virtual std::future<void> focus(std::string tty, std::int64_t windowId) = 0;
+                                                 std::string tty, std::int64_t windowId,
+                                                 Caller caller = {}) = 0;
+  virtual std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId,
+                                                           Caller caller = {}) = 0;
+  virtual std::future<void> focus(std::string tty, std::int64_t windowId, Caller caller = {}) = 0;
 
   /// For shutdown: ends what is under way early, and fails it and all later calls.
   virtual void cancel() noexcept {}

@@ -1,5 +1,5 @@
 // The bridge without a window. It takes no arguments, prints one line (the socket's path) when it is ready,
-// and serves until SIGINT or SIGTERM. What it has to say of itself goes to stderr.
+// and serves until SIGINT, SIGTERM or SIGHUP. What it has to say of itself goes to stderr.
 
 #include <unistd.h>
 
@@ -26,6 +26,9 @@ sigset_t blockTerminationSignals() {
   sigemptyset(&signals);
   sigaddset(&signals, SIGINT);
   sigaddset(&signals, SIGTERM);
+  // A closed terminal or SSH session ends it as well; what nohup started goes on.
+  struct sigaction hangUp {};
+  if (::sigaction(SIGHUP, nullptr, &hangUp) == 0 && hangUp.sa_handler != SIG_IGN) sigaddset(&signals, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   return signals;
 }

@@ -91,7 +91,8 @@ BENCHMARK(startOfNodeToAnswer)->UseManualTime()->Unit(benchmark::kMillisecond);
 void callThroughHelper(benchmark::State& state) {
   FakeBridge bridge;
   const auto socket = bridge.directory / UnixSocketEndpoint::directoryName / UnixSocketEndpoint::fileName;
-  LocalControlServer server([&](std::string_view request) { return bridge.router.answer(request); }, socket);
+  LocalControlServer server(
+      [&](auto request, const auto& caller) { return bridge.router.answer(request, caller); }, socket);
   server.start();
   ChildProgram helper({VELMORA_BIN "/velmora"}, environmentIn(bridge.directory));
   helper.write(initialize);

@@ -64,8 +64,9 @@ class PingPong {
 
 void roundTrip(benchmark::State& state, LocalControlRequest (*requestFor)(const FakeBridge&)) {
   FakeBridge bridge;
-  LocalControlServer server([&](std::string_view request) { return bridge.router.answer(request); },
-                            bridge.directory / "s");
+  LocalControlServer server(
+      [&](auto request, const auto& caller) { return bridge.router.answer(request, caller); },
+      bridge.directory / "s");
   server.start();
   const auto request = requestFor(bridge);
   LocalControlClient client(bridge.directory / "s");

@@ -1,3 +1,5 @@
+#include <map>
+
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "LocalControl/LocalControlRouter.h"
@@ -43,6 +45,28 @@ TEST_F(LocalControlRouterTest, RefusesEveryOtherVersionWithoutTheCoordinator) {
                                      .recoverySuggestion = "Correct the request arguments and try again."}}));
   }
   EXPECT_TRUE(recorder.snapshot().empty());
+}
+
+TEST_F(LocalControlRouterTest, TellsTheTerminalOnWhoseBehalfItIsAsked) {
+  const auto id = registerTab().toString();
+  const auto earlier = terminal.callers().size();
+  const Caller caller{.since = Caller().since - std::chrono::hours(1), .hasLeft = [] { return true; }};
+  const std::map<ToolName, JSONObject> calls{{ToolName::listSessions, {}},
+                                             {ToolName::getActiveSession, {}},
+                                             {ToolName::createSession, {}},
+                                             {ToolName::sendCommand, {{"sessionId", id}, {"command", "ls"}}},
+                                             {ToolName::sendKey, {{"sessionId", id}, {"key", "tab"}}},
+                                             {ToolName::readOutput, {{"sessionId", id}}},
+                                             {ToolName::captureScreen, {{"sessionId", id}}},
+                                             {ToolName::focusSession, {{"sessionId", id}}}};
+  for (const auto& [tool, arguments] : calls) router.answer(encodeJson(request(tool, arguments)), caller);
+  const auto callers = terminal.callers();
+  // Five of them look before they act.
+  ASSERT_EQ(callers.size(), earlier + calls.size() + 5);
+  for (auto given = earlier; given < callers.size(); ++given) {
+    EXPECT_EQ(callers[given].since, caller.since);
+    EXPECT_TRUE(callers[given].hasLeft());
+  }
 }
 
 TEST_F(LocalControlRouterTest, IgnoresTheArgumentsOfToolsThatTakeNone) {

@@ -349,6 +349,50 @@ TEST_F(LocalControlServerTest, QuotesNothingOfWhatAClientSent) {
   EXPECT_EQ(log_.count("secret") + log_.count("tErmInAl"), 0u);
 }
 
+TEST_F(LocalControlServerTest, TellsTheHandlerWhetherTheCallerHasLeft) {
+  std::promise<void> entered;
+  std::promise<bool> noticed;
+  server_.emplace(
+      [&](std::string_view, const Caller& caller) -> std::string {
+        EXPECT_FALSE(caller.hasLeft());
+        entered.set_value();
+        yieldUntil(caller.hasLeft);
+        noticed.set_value(true);
+        return "{}";
+      },
+      socket_);
+  server_->start();
+  {
+    auto leaving = connected();
+    leaving.writeFrame(LocalControlCodec::frame(sampleRequest()));
+    entered.get_future().wait();
+  }
+  EXPECT_TRUE(noticed.get_future().get());
+}
+
+TEST_F(LocalControlServerTest, AnswersWhatIsUnderWayBeforeItEndsAndReadsNothingMore) {
+  std::promise<void> entered;
+  std::promise<void> released;
+  server_.reset();
+  start([&](const LocalControlRequest& request) {
+    EXPECT_NE(request.arguments.at("command"), JSONValue("too late"));
+    entered.set_value();
+    released.get_future().wait();
+    return echo(request);
+  });
+  auto idle = connected();
+  auto slow = connected();
+  slow.writeFrame(LocalControlCodec::frame(sampleRequest("slow")) +
+                  LocalControlCodec::frame(sampleRequest("too late")));
+  entered.get_future().wait();
+  std::thread ending([this] { server_->finish(std::chrono::minutes(1)); });
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { idle.readFrame(); }), UnixSocketError::disconnected());
+  released.set_value();
+  EXPECT_EQ(slow.readFrame(), expectedAnswerTo(sampleRequest("slow")));
+  EXPECT_EQ(errorOf<UnixSocketError>([&] { slow.readFrame(); }), UnixSocketError::disconnected());
+  ending.join();
+}
+
 TEST_F(LocalControlServerTest, EndsWithReadersBlockedBeforeAndInsideAFrame) {
   auto idle = connected();
   EXPECT_EQ(answerOn(idle, sampleRequest()), expectedAnswerTo(sampleRequest()));

@@ -24,6 +24,26 @@ std::optional<Error> readErrorAfter(const std::string& bytes) {
   return errorOf<Error>([&end = far] { end.readFrame(); });
 }
 
+TEST(UnixSocketConnection, KnowsWhetherThePeerHasLeft) {
+  auto [near, far] = connectedPair();
+  EXPECT_FALSE(far.peerHasLeft());
+  near.writeFrame("unread");
+  ::shutdown(near.descriptor(), SHUT_WR);
+  EXPECT_FALSE(far.peerHasLeft()) << "it still reads";
+  { const auto leaving = std::move(near); }
+  EXPECT_TRUE(far.peerHasLeft());
+}
+
+TEST(UnixSocketConnection, WritesOnAfterItsReadingHasEnded) {
+  auto [near, far] = connectedPair();
+  const auto frame = LocalControlCodec::frame(sampleRequest());
+  std::thread reader([&end = far] { EXPECT_THROW(end.readFrame(), UnixSocketError); });
+  far.endReading();
+  reader.join();
+  far.writeFrame(frame);
+  EXPECT_EQ(near.readFrame(), frame);
+}
+
 TEST(UnixSocketConnection, ReadsBackTheFrameThatWasWritten) {
   auto [near, far] = connectedPair();
   const auto frame = LocalControlCodec::frame(sampleRequest());

@@ -4,6 +4,7 @@
 #include <latch>
 #include <map>
 
+#include "BridgeModels/StructuredError.h"
 #include "TerminalAutomation/SerialTerminal.h"
 
 namespace velmora {
@@ -149,6 +150,32 @@ TEST_F(SerialTerminalTest, AnAdapterThatCannotPressKeysSaysSo) {
     EXPECT_EQ(error.code(), -1708);
     EXPECT_STREQ(error.what(), "Special key input is not supported by this automation adapter.");
   }
+}
+
+TEST_F(SerialTerminalTest, BeginsNothingForACallerWhoHasLeft) {
+  std::latch entered(1);
+  std::latch open(1);
+  hold("createWindow", entered, open);
+  auto holding = terminal().createWindow();
+  entered.wait();
+
+  std::atomic<bool> left = false;
+  const Caller caller{.hasLeft = [&left] { return left.load(); }};
+  auto sent = terminal().send("ls", "/dev/a", 4, false, caller);
+  auto pressed = terminal().send(TerminalKey::tab, 1, "/dev/a", 4, false, caller);
+  auto focused = terminal().focus("/dev/a", 4, caller);
+  auto created = terminal().createWindow(caller);
+  left = true;
+  open.count_down();
+  for (auto* refused : {&sent, &pressed, &focused}) EXPECT_THROW(refused->get(), StructuredError);
+  EXPECT_THROW(created.get(), StructuredError);
+  EXPECT_EQ(state_.calls, (std::vector<std::string>{"createWindow"}));
+}
+
+TEST_F(SerialTerminalTest, TheDeadlineCountsFromTheArrivalOfWhatItIsFor) {
+  const Caller caller{.since = steady_clock::now() - 3s};
+  terminal().send("ls", "/dev/a", 4, false, caller).get();
+  EXPECT_EQ(state_.deadlines.at("sendCommand"), caller.since + deadlines_.operation);
 }
 
 TEST_F(SerialTerminalTest, TheDeadlineOfEveryCallCountsFromTheCall) {

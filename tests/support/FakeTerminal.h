@@ -53,6 +53,11 @@ class FakeTerminal final : public TerminalAutomating {
     const MutexLock lock(mutex_);
     return calls_;
   }
+  /// On whose behalf each call but status was made.
+  std::vector<Caller> callers() const {
+    const MutexLock lock(mutex_);
+    return callers_;
+  }
   std::size_t callCount(const std::string& operation) const {
     const auto all = calls();
     return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [&](const auto& call) {
@@ -84,7 +89,8 @@ class FakeTerminal final : public TerminalAutomating {
     }
     return answer("status", "status", runtimeStatus);
   }
-  std::future<std::vector<TerminalTabSnapshot>> listSessions() override {
+  std::future<std::vector<TerminalTabSnapshot>> listSessions(Caller caller = {}) override {
+    note(caller);
     if (listingsHang) {
       const MutexLock lock(mutex_);
       calls_.push_back("listSessions");
@@ -92,21 +98,25 @@ class FakeTerminal final : public TerminalAutomating {
     }
     return answer("listSessions", "listSessions", tabs);
   }
-  std::future<TerminalTabSnapshot> createWindow() override {
+  std::future<TerminalTabSnapshot> createWindow(Caller caller = {}) override {
+    note(caller);
     return answer("createWindow", "createWindow", created);
   }
-  std::future<void> send(std::string command, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override {
+  std::future<void> send(std::string command, std::string tty, std::int64_t windowId, bool allowBusy,
+                         Caller caller = {}) override {
+    note(caller);
     return done("send",
                 "send(" + command + ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
   }
   std::future<void> send(TerminalKey key, std::int64_t repeatCount, std::string tty, std::int64_t windowId,
-                         bool allowBusy) override {
+                         bool allowBusy, Caller caller = {}) override {
+    note(caller);
     return done("sendKey", "sendKey(" + std::string(wireName(key)) + " x" + std::to_string(repeatCount) +
                                ", " + tty + ", " + std::to_string(windowId) + busyText(allowBusy));
   }
   std::future<TerminalOutput> readOutput(OutputSource source, std::int64_t maxCharacters, std::string tty,
-                                         std::int64_t windowId) override {
+                                         std::int64_t windowId, Caller caller = {}) override {
+    note(caller);
     auto result = output;
     result.source = source;
     return answer("readOutput",
@@ -114,11 +124,14 @@ class FakeTerminal final : public TerminalAutomating {
                       ", " + tty + ", " + std::to_string(windowId) + ")",
                   result);
   }
-  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId) override {
+  std::future<TerminalScreenCapture> captureScreen(std::string tty, std::int64_t windowId,
+                                                   Caller caller = {}) override {
+    note(caller);
     return answer("captureScreen", "captureScreen(" + tty + ", " + std::to_string(windowId) + ")",
                   TerminalScreenCapture{"/tmp/picture.png"});
   }
-  std::future<void> focus(std::string tty, std::int64_t windowId) override {
+  std::future<void> focus(std::string tty, std::int64_t windowId, Caller caller = {}) override {
+    note(caller);
     return done("focus", "focus(" + tty + ", " + std::to_string(windowId) + ")");
   }
 
@@ -130,6 +143,11 @@ class FakeTerminal final : public TerminalAutomating {
   }
 
   static std::string busyText(bool allowBusy) { return allowBusy ? ", allowBusy)" : ")"; }
+
+  void note(const Caller& caller) {
+    const MutexLock lock(mutex_);
+    callers_.push_back(caller);
+  }
 
   std::exception_ptr note(const std::string& operation, const std::string& call) {
     const MutexLock lock(mutex_);
@@ -162,6 +180,7 @@ class FakeTerminal final : public TerminalAutomating {
 
   mutable Mutex mutex_;
   std::vector<std::string> calls_ VELMORA_GUARDED_BY(mutex_);
+  std::vector<Caller> callers_ VELMORA_GUARDED_BY(mutex_);
   std::vector<std::promise<TerminalRuntimeStatus>> hanging_;
   std::vector<std::promise<std::vector<TerminalTabSnapshot>>> hangingListings_;
 };

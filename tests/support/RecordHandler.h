@@ -13,7 +13,7 @@ namespace velmora::testing {
 /// `answer` takes a LocalControlRequest and returns a LocalControlResponse.
 template <class Answer>
 LocalControlHandler recordHandler(Answer answer) {
-  return [answer = std::move(answer)](std::string_view request) {
+  return [answer = std::move(answer)](std::string_view request, const Caller&) {
     return encodeJson(answer(decodeJson<LocalControlRequest>(request)));
   };
 }
