@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 namespace velmora {
 
 namespace {
@@ -18,8 +20,20 @@ bool isOwnDirectory(const struct stat& status) {
   return S_ISDIR(status.st_mode) && status.st_uid == ::geteuid();
 }
 
-FileDescriptor openDirectory(const std::filesystem::path& path) {
-  return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+// A strict umask makes folders that not even their owner may open; that is mended first.
+FileDescriptor openedFolder(const std::filesystem::path& path) {
+  const auto open = [&path] {
+    return FileDescriptor(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  };
+  auto folder = open();
+  if (folder) return folder;
+  const int reason = errno;
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0 || !isOwnDirectory(status)) throw ForeignFolder(path);
+  if (reason == EACCES && ::fchmodat(AT_FDCWD, path.c_str(), S_IRWXU, AT_SYMLINK_NOFOLLOW) == 0)
+    folder = open();
+  if (folder) return folder;
+  throw UnopenableFolder(reason, std::generic_category(), "open " + path.string());
 }
 
 }  // namespace
@@ -39,15 +53,9 @@ FileDescriptor openPrivateFolder(const std::filesystem::path& path) {
     throw std::filesystem::filesystem_error("cannot create directory", path,
                                             std::error_code(errno, std::generic_category()));
   }
-  auto folder = openDirectory(path);
-  if (!folder && errno == EACCES && isOwnDirectory(std::filesystem::absolute(path)) &&
-      ::chmod(path.c_str(), S_IRWXU) == 0) {
-    folder = openDirectory(path);  // its own user, or a mask, had closed it
-  }
-  if (!folder && errno != ENOTDIR && errno != ELOOP && errno != EACCES)
-    throw std::system_error(errno, std::generic_category(), "open " + path.string());
+  auto folder = openedFolder(path);
   struct stat status {};
-  if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwnDirectory(status)) throw ForeignFolder(path);
+  if (::fstat(folder.get(), &status) != 0 || !isOwnDirectory(status)) throw ForeignFolder(path);
   if (::fchmod(folder.get(), S_IRWXU) != 0)
     throw std::system_error(errno, std::generic_category(), "chmod " + path.string());
   return folder;

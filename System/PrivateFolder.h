@@ -14,14 +14,21 @@ class ForeignFolder : public std::system_error {
   explicit ForeignFolder(const std::filesystem::path& path);
 };
 
+/// The folder is the user's own, and still the system does not open it: there is no descriptor left, for
+/// instance.
+class UnopenableFolder : public std::system_error {
+ public:
+  using std::system_error::system_error;
+};
+
 /// Whether `path` is absolute and names a directory (no link to one) of the effective user. Any thread.
 bool isOwnDirectory(const std::filesystem::path& path);
 
-/// Makes the folder, with its parents, and gives it mode 0700, also when its mode keeps out its own user. In
-/// a shared directory someone else may have made it, or a link, first; the checks and the change go through
-/// the descriptor, so that what is checked is what is changed and handed out. Throws
-/// std::filesystem::filesystem_error when it cannot be made, ForeignFolder (it is left as it is), and
-/// std::system_error when it cannot be opened or its mode cannot be set. Any thread.
+/// Makes the folder, with its parents, and gives it mode 0700. In a shared directory someone else may have
+/// made it, or a link, first; the checks and the change go through the descriptor, so that what is checked is
+/// what is changed and handed out. Throws std::filesystem::filesystem_error when it cannot be made,
+/// ForeignFolder (it is left as it is), UnopenableFolder, and another std::system_error when its mode cannot
+/// be set. Any thread.
 FileDescriptor openPrivateFolder(const std::filesystem::path& path);
 
 }  // namespace velmora

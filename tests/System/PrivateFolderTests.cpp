@@ -45,6 +45,42 @@ TEST(PrivateFolder, IsClosedToOthersWhenItStoodOpen) {
   EXPECT_EQ(modeOf(temporary / "open"), 0700u);
 }
 
+// For root there are no modes: a process of its own becomes another user for it.
+TEST(PrivateFolder, IsMendedWhenNotEvenItsOwnerMayOpenIt) {
+  const TemporaryDirectory temporary;
+  fs::permissions(temporary.path(), fs::perms::all);
+  const pid_t process = ::fork();
+  if (process == 0) {
+    if (::geteuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) ::_exit(2);
+    try {
+      ::umask(0777);
+      openPrivateFolder(temporary / "made");
+      for (const mode_t mode : {0000u, 0300u}) {
+        ::chmod((temporary / "made").c_str(), mode);
+        openPrivateFolder(temporary / "made");
+      }
+      ::_exit(0);
+    } catch (const std::exception&) {
+      ::_exit(1);
+    }
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(process, &status, 0), process);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(modeOf(temporary / "made"), 0700u);
+}
+
+TEST(PrivateFolder, TellsThatItCannotBeOpenedFromAForeignOne) {
+  const TemporaryDirectory temporary;
+  struct rlimit before {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  auto none = before;
+  none.rlim_cur = 0;
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_THROW(openPrivateFolder(temporary / "folder"), UnopenableFolder);
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+}
+
 TEST(PrivateFolder, RefusesALinkAndAFile) {
   const TemporaryDirectory temporary;
   fs::create_directory(temporary / "real");
