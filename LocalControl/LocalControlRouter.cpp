@@ -6,6 +6,7 @@
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Tools.h"
+#include "LocalControl/LocalControlCodec.h"
 
 namespace velmora {
 
@@ -43,6 +44,16 @@ std::string encoded(const ToolResult<Payload>& result) {
   return encodeJson(response);
 }
 
+StructuredError answerTooLarge(std::string_view operation, std::size_t bytes) {
+  return {
+      .code = ErrorCode::internalError,
+      .message = "The answer has " + std::to_string(bytes) + " bytes; " +
+                 std::to_string(LocalControlCodec::maximumPayloadSize) + " fit into one message.",
+      .operation = std::string(operation),
+      .retryable = false,
+      .recoverySuggestion = "Ask for less: a smaller maxCharacters, or close sessions that are not needed."};
+}
+
 std::string refusal(const Call& call, StructuredError error) {
   return encodeJson(
       LocalControlResponse{.requestId = call.requestId, .ok = false, .error = std::move(error)});
@@ -69,9 +80,11 @@ std::string LocalControlRouter::responseTo(const Call& call, const Caller& calle
                                                                 std::nullopt));
   }
   try {
-    return visitTool(call.operation, [&]<class Tool>(const Tool&) {
+    auto response = visitTool(call.operation, [&]<class Tool>(const Tool&) {
       return encoded(resultOf<Tool>(coordinator_, call, caller));
     });
+    if (response.size() <= LocalControlCodec::maximumPayloadSize) return response;
+    return refusal(call, answerTooLarge(operation, response.size()));  // no frame could carry it
   } catch (...) {  // undecodable arguments, or a payload that JSON cannot carry
     return refusal(call, StructuredErrorMapper::map(std::current_exception(), operation, std::nullopt));
   }

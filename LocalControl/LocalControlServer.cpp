@@ -1,6 +1,7 @@
 #include "LocalControl/LocalControlServer.h"
 
 #include <poll.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,9 +13,22 @@
 
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketClient.h"
+#include "System/DescriptorLimit.h"
+#include "System/Memory.h"
 #include "System/ThreadName.h"
 
 namespace velmora {
+
+namespace {
+
+// Those of the threads that speak to the terminal, and of files.
+constexpr std::size_t descriptorsForTheRest = 64;
+
+std::size_t roomFor(std::size_t descriptors) {
+  return std::max(descriptors - std::min(descriptors, descriptorsForTheRest), descriptors / 2);
+}
+
+}  // namespace
 
 LocalControlServer::LocalControlServer(LocalControlHandler handler, const std::filesystem::path& socketURL,
                                        LocalControlServerOptions options)
@@ -22,8 +36,14 @@ LocalControlServer::LocalControlServer(LocalControlHandler handler, const std::f
       options_(std::move(options)),
       log_(options_.log),
       server_(std::make_unique<UnixSocketServer>(socketURL)),
-      stopPipe_(openPipe()),
-      socketURL_(socketURL) {}
+      mostConnections_(options_.mostConnections.value_or(roomFor(descriptorLimit()))),
+      socketURL_(socketURL) {
+  auto [read, write] = openPipe();
+  setNonBlocking(read);
+  setNonBlocking(write);
+  woken_ = std::move(read);
+  wake_ = std::move(write);
+}
 
 LocalControlServer::~LocalControlServer() {
   constexpr std::chrono::milliseconds graceForAnswers{500};
@@ -48,7 +68,11 @@ void LocalControlServer::finish(std::chrono::milliseconds patience) noexcept {
 }
 
 void LocalControlServer::start() {
-  if (acceptThread_.joinable() || !stopPipe_.write) return;
+  if (acceptThread_.joinable()) return;
+  {
+    const MutexLock lock(mutex_);
+    if (!wake_) return;
+  }
   accepting_ = true;
   try {
     acceptThread_ = std::thread([this] {
@@ -62,7 +86,10 @@ void LocalControlServer::start() {
 }
 
 void LocalControlServer::stop() noexcept {
-  stopPipe_.write.close();
+  {
+    const MutexLock lock(mutex_);
+    wake_.close();
+  }
   if (acceptThread_.joinable()) acceptThread_.join();
 }
 
@@ -71,12 +98,13 @@ void LocalControlServer::acceptConnections() {
   try {
     auto nextLook = std::chrono::steady_clock::now() + options_.lookEvery;
     while (waitForWork(nextLook)) {
-      if (auto connection = server_->acceptWaiting()) {
+      if (auto connection = hasRoom() ? server_->acceptWaiting() : std::nullopt) {
         beginServing(std::move(*connection));
         continue;  // whoever waits found the socket
       }
       if (std::chrono::steady_clock::now() < nextLook) continue;
       keepInPlace();
+      tidy();
       nextLook = std::chrono::steady_clock::now() + options_.lookEvery;
     }
   } catch (const UnixSocketError& error) {
@@ -89,15 +117,32 @@ void LocalControlServer::acceptConnections() {
   if (options_.acceptingEnded) options_.acceptingEnded(reason);
 }
 
-// Blocks until a connection waits or the time has come; false when accepting is to stop.
+// Blocks until a connection waits that there is room for, or the time has come; false when accepting is to
+// stop.
 bool LocalControlServer::waitForWork(std::chrono::steady_clock::time_point until) {
-  std::array<pollfd, 2> watched{pollfd{server_->descriptor(), POLLIN, 0},
-                                pollfd{stopPipe_.read.get(), POLLIN, 0}};
+  std::array<pollfd, 2> watched{pollfd{hasRoom() ? server_->descriptor() : -1, POLLIN, 0},
+                                pollfd{woken_.get(), POLLIN, 0}};
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - std::chrono::steady_clock::now());
   const auto timeout = static_cast<int>(std::max<std::int64_t>(left.count(), 0));
   if (::poll(watched.data(), watched.size(), timeout) < 0 && errno != EINTR)
     throw UnixSocketError::system("accept", errno);
-  return watched[1].revents == 0;
+  std::array<char, 64> wakes{};
+  return watched[1].revents == 0 || ::read(woken_.get(), wakes.data(), wakes.size()) != 0;
+}
+
+bool LocalControlServer::hasRoom() {
+  const MutexLock lock(mutex_);
+  return served_.size() < mostConnections_;
+}
+
+// Large requests leave much memory behind, which the allocator would keep.
+void LocalControlServer::tidy() {
+  {
+    const MutexLock lock(mutex_);
+    if (isTidy_ || !served_.empty()) return;
+    isTidy_ = true;
+  }
+  returnFreeMemory();
 }
 
 // What cannot be done now is tried again at the next look; each reason is said once.
@@ -185,6 +230,9 @@ void LocalControlServer::finishServing(ServedList::iterator position) {
     const MutexLock lock(mutex_);
     finished.splice(finished.end(), served_, position);
     previous = std::exchange(lastFinished_, std::move(finished.front().thread));
+    isTidy_ = false;
+    if (served_.size() + 1 == mostConnections_) [[maybe_unused]]
+      const auto written = ::write(wake_.get(), "x", 1);  // there is room again
   }
   allFinished_.notify_one();
   if (previous.joinable()) previous.join();

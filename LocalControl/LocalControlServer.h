@@ -8,6 +8,7 @@
 #include <functional>
 #include <list>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -36,6 +37,9 @@ struct LocalControlServerOptions {
   std::function<std::filesystem::path()> place{};
   /// How often the accept thread looks whether clients still find the socket.
   std::chrono::milliseconds lookEvery{2'000};
+  /// How many connections are served at once; further ones wait in the queue. Absent: as many as leave
+  /// descriptors for everything else, so that accepting does not end for want of one.
+  std::optional<std::size_t> mostConnections{};
 };
 
 /// One thread accepts; one thread a connection reads a request, has it answered, writes the response, and so
@@ -91,6 +95,8 @@ class LocalControlServer {
 
   void acceptConnections();
   bool waitForWork(std::chrono::steady_clock::time_point until);
+  bool hasRoom();
+  void tidy();
   void keepInPlace();
   void moveTo(const std::filesystem::path& place);
   void beginServing(UnixSocketConnection connection);
@@ -102,13 +108,16 @@ class LocalControlServer {
   const Log& log_;
   std::unique_ptr<UnixSocketServer> server_;  // once started, the accept thread's
   std::string complaint_{};                   // why the socket is not in its place; the accept thread's
-  Pipe stopPipe_;                             // closing the writing end stops the accept thread
+  const std::size_t mostConnections_;
+  FileDescriptor woken_;  // readable when the accept thread has to look up
   std::thread acceptThread_;
   std::atomic<bool> accepting_ = false;
   std::atomic<bool> finishing_ = false;
 
   mutable Mutex mutex_;
   std::condition_variable_any allFinished_;
+  FileDescriptor wake_ VELMORA_GUARDED_BY(mutex_);  // the writing end; closing it stops the accept thread
+  bool isTidy_ VELMORA_GUARDED_BY(mutex_) = true;   // no connection has ended since memory was given back
   std::filesystem::path socketURL_ VELMORA_GUARDED_BY(mutex_);
   ServedList served_ VELMORA_GUARDED_BY(mutex_);
   std::thread lastFinished_ VELMORA_GUARDED_BY(mutex_);  // joined by the next to finish, or by destruction

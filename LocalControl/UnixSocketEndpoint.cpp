@@ -49,6 +49,8 @@ void prepareDirectory(const std::filesystem::path& socketURL) {
     openPrivateFolder(directory);
   } catch (const ForeignFolder&) {
     throw UnixSocketError::unsafeEndpoint();
+  } catch (const UnopenableFolder& error) {
+    throw UnixSocketError::system("open", error.code().value());
   } catch (const std::filesystem::filesystem_error&) {
     throw;
   } catch (const std::system_error& error) {

@@ -44,7 +44,7 @@ std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Envir
 
 /// Makes the socket's directory, with its parents, and gives it mode 0700. Throws
 /// std::filesystem::filesystem_error when it cannot be made, unsafeEndpoint when what stands there is no
-/// directory or not the effective user's own (it is left as it is), system("chmod").
+/// directory or not the effective user's own (it is left as it is), system("open"), system("chmod").
 void prepareDirectory(const std::filesystem::path& socketURL);
 
 /// Clears the path for a new socket. Only a socket of `expectedUID` is removed; anything else stays and

@@ -47,6 +47,21 @@ TEST_F(LocalControlRouterTest, RefusesEveryOtherVersionWithoutTheCoordinator) {
   EXPECT_TRUE(recorder.snapshot().empty());
 }
 
+TEST_F(LocalControlRouterTest, SaysThatAnAnswerIsTooLargeInsteadOfLeavingItToTheFrame) {
+  const auto id = registerTab().toString();
+  for (int family = 0; family < 50'000; ++family) terminal.output.text += "👩‍👩‍👧‍👦";
+  const auto response = route(ToolName::readOutput, {{"sessionId", id}, {"maxCharacters", 50'000}});
+  EXPECT_EQ(response.requestId, numberedUuid(500));
+  EXPECT_FALSE(response.ok);
+  ASSERT_TRUE(response.error);
+  EXPECT_EQ(response.error->code, ErrorCode::internalError);
+  EXPECT_EQ(response.error->operation, "terminal_read_output");
+  EXPECT_NE(response.error->message.find("; 1048576 fit into one message."), std::string::npos)
+      << response.error->message;
+  EXPECT_FALSE(response.error->retryable);
+  EXPECT_TRUE(route(ToolName::readOutput, {{"sessionId", id}, {"maxCharacters", 30'000}}).ok);
+}
+
 TEST_F(LocalControlRouterTest, TellsTheTerminalOnWhoseBehalfItIsAsked) {
   const auto id = registerTab().toString();
   const auto earlier = terminal.callers().size();

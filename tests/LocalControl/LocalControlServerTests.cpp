@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <future>
 #include <optional>
@@ -247,6 +248,31 @@ TEST_F(LocalControlServerTest, EndsAcceptingForGoodWhenAPeerIsOfAnotherUser) {
   }
   EXPECT_EQ(errorOf<UnixSocketError>([&] { served.verifyPeer(::geteuid() + 1); }),
             UnixSocketError::peerRejected());
+}
+
+TEST_F(LocalControlServerTest, LeavesConnectionsWaitingWhileThereIsNoRoomForThem) {
+  std::atomic<bool> thereIsRoom = false;
+  server_.reset();
+  server_.emplace(testing::recordHandler([&](const LocalControlRequest& request) {
+                    if (request.arguments.at("command") == JSONValue("third")) {
+                      EXPECT_TRUE(thereIsRoom);
+                    }
+                    return echo(request);
+                  }),
+                  socket_, LocalControlServerOptions{.mostConnections = 2});
+  server_->start();
+  std::optional first(connected());
+  auto second = connected();
+  EXPECT_EQ(answerOn(*first, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  EXPECT_EQ(answerOn(second, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  auto third = connected();
+  third.writeFrame(LocalControlCodec::frame(sampleRequest("third")));
+  for (int round = 0; round < 100; ++round) {
+    EXPECT_EQ(answerOn(second, sampleRequest()), expectedAnswerTo(sampleRequest()));
+  }
+  thereIsRoom = true;
+  first.reset();
+  EXPECT_EQ(third.readFrame(), expectedAnswerTo(sampleRequest("third")));
 }
 
 TEST_F(LocalControlServerTest, ServesConnectionsThatWaitedForItsStart) {
