@@ -48,9 +48,7 @@ SocketPlatform::ListenerQueue queueOf(const std::exception_ptr& failure) {
 }  // namespace
 
 BridgeCalls::Id BridgeCalls::start(BridgeRequest request, Done done, SteadyTime now) {
-  const auto waiting =
-      std::count_if(calls_.begin(), calls_.end(), [](const Call& call) { return !call.connection; });
-  const bool crowded = static_cast<std::size_t>(waiting) >= limits_.waiting;
+  const bool crowded = calls_.size() >= limits_.running + limits_.waiting;
   calls_.push_back({.id = ++lastId_,
                     .request = std::move(request),
                     .done = std::move(done),

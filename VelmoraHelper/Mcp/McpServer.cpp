@@ -57,8 +57,9 @@ void McpServer::receive(std::string_view line, SteadyTime now) {
   }
 }
 
-void McpServer::receiveTooLongLine() {
-  refuse({}, JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "The message is too long."));
+void McpServer::receiveTooLongLine(std::string_view beginning, std::string_view end) {
+  refuse({}, JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "The message is too long.")
+                 .withId(jsonRpcIdAtAnEnd(beginning, end)));
 }
 
 void McpServer::receiveOne(JsonRpcMessage message, const Reply& reply, SteadyTime now) {

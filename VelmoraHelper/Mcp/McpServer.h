@@ -42,8 +42,8 @@ class McpServer {
   /// is answered, a malformed one with an error.
   void receive(std::string_view line, SteadyTime now);
 
-  /// Call this for a line that was too long to read.
-  void receiveTooLongLine();
+  /// Call this for a line that was too long to read, with what was kept of its two ends.
+  void receiveTooLongLine(std::string_view beginning, std::string_view end);
 
   /// Sends progress for running calls whose clients asked for it, once a second.
   void sendProgress(SteadyTime now);

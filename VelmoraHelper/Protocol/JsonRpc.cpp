@@ -20,18 +20,25 @@ std::optional<std::string> idOf(const boost::json::object& message, std::string_
   return std::string(lastMemberText(text, "id"));
 }
 
+// The text when it is a whole string or number, as an id is.
+std::optional<std::string> wholeId(std::string_view text) {
+  try {
+    const auto value = parseJson(text);
+    if (value.is_string() || value.is_number()) return std::string(text);
+  } catch (const JsonDecodeError&) {  // it was cut
+  }
+  return std::nullopt;
+}
+
 // The id of a message that cannot be parsed although its shape is clear: half a surrogate pair in a string,
 // which some clients write when they cut an emoji, or arguments that are nested too deeply. A client that is
 // not told which message was refused waits for its answer.
 std::optional<std::string> idOfUnparsable(std::string_view text) {
   try {
-    const auto id = lastMemberText(text, "id");
-    const auto value = parseJson(id);
-    if (value.is_string() || value.is_number()) return std::string(id);
-  } catch (const JsonDecodeError&) {
+    return wholeId(lastMemberText(text, "id"));
   } catch (const NoSuchText&) {
+    return std::nullopt;
   }
-  return std::nullopt;
 }
 
 void beginMessage(JsonWriter& writer) {
@@ -115,6 +122,19 @@ std::optional<JsonRpcRequest> requestIn(JsonRpcMessage received) {
     }
   }
   return request;
+}
+
+std::optional<std::string> jsonRpcIdAtAnEnd(std::string_view beginning, std::string_view end) {
+  if (auto id = wholeId(memberTextInBeginning(beginning, "id"))) return id;
+  // As the last member: the scalar before the bracket that closes the message.
+  const auto name = end.rfind("\"id\"");
+  const auto colon = name == std::string_view::npos ? name : end.find_first_not_of(" \t", name + 4);
+  if (colon == std::string_view::npos || end[colon] != ':' || name == 0 || end[name - 1] == '\\')
+    return std::nullopt;
+  const auto closing = end.find_last_not_of(" \t\r");
+  const auto value = end.find_first_not_of(" \t", colon + 1);
+  if (end[closing] != '}' || value >= closing) return std::nullopt;
+  return wholeId(end.substr(value, end.find_last_not_of(" \t", closing - 1) + 1 - value));
 }
 
 std::string jsonRpcIdKey(const boost::json::value& id) { return boost::json::serialize(id); }

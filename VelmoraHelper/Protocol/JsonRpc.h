@@ -74,6 +74,10 @@ std::optional<std::vector<JsonRpcMessage>> batchIn(JsonRpcMessage& message);
 /// The request that the message is, or nothing when it is a response. Throws JsonRpcFailure.
 std::optional<JsonRpcRequest> requestIn(JsonRpcMessage message);
 
+/// The id of a request of which only the two ends were kept: that of a member before or behind the long one.
+/// JSON text, or nothing when it is not there whole.
+std::optional<std::string> jsonRpcIdAtAnEnd(std::string_view beginning, std::string_view end);
+
 /// One spelling for all texts of the same id, so that ids can be compared.
 std::string jsonRpcIdKey(const boost::json::value& id);
 

@@ -104,6 +104,20 @@ std::string_view lastMemberText(std::string_view document, std::string_view name
   return found;
 }
 
+std::string_view memberTextInBeginning(std::string_view beginning, std::string_view name) {
+  try {
+    for (Cursor cursor(beginning, '{', '}'); cursor.findValue();) {
+      const auto key = cursor.takeValue();
+      cursor.findValue();
+      const auto value = cursor.takeValue();
+      // A number that ends where the text does may go on.
+      if (spells(key, name)) return value.end() == beginning.end() ? std::string_view() : value;
+    }
+  } catch (const NoSuchText&) {  // it is cut off here
+  }
+  return {};
+}
+
 std::vector<std::string_view> elementTexts(std::string_view document) {
   std::vector<std::string_view> elements;
   for (Cursor cursor(document, '[', ']'); cursor.findValue();) elements.push_back(cursor.takeValue());

@@ -16,6 +16,10 @@ class NoSuchText : public std::exception {};
 /// points into `document`. Throws NoSuchText unless the whole document is one object.
 std::string_view lastMemberText(std::string_view document, std::string_view name);
 
+/// The value of the first member `name` of an object of which only the beginning is there; empty when it
+/// does not stand there whole.
+std::string_view memberTextInBeginning(std::string_view beginning, std::string_view name);
+
 /// The elements of an array, in their order, read in the same way.
 std::vector<std::string_view> elementTexts(std::string_view document);
 

@@ -1,5 +1,8 @@
 #include "VelmoraHelper/Stdio/MessageLines.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace velmora {
 
 namespace {
@@ -16,25 +19,33 @@ std::optional<MessageLines::Line> MessageLines::next() {
   while (true) {
     const auto end = buffer_.find('\n', searched_);
     if (end == std::string::npos) {
+      dropMiddle();
       searched_ = buffer_.size();
-      // One byte more than the maximum may be the CR of a line end that is still to come.
-      const bool exceeded = buffer_.size() - taken_ > maximumLength_ + 1;
-      if (dropping_ || exceeded) taken_ = buffer_.size();
       compact();
-      if (!exceeded || dropping_) return std::nullopt;
-      dropping_ = true;
-      return Line{.tooLong = true};
+      return std::nullopt;
     }
     std::string_view text(buffer_.data() + taken_, end - taken_);
     taken_ = searched_ = end + 1;
-    if (dropping_) {
-      dropping_ = false;
-      continue;
-    }
     if (text.ends_with('\r')) text.remove_suffix(1);
-    if (text.size() > maximumLength_) return Line{.tooLong = true};
+    if (std::exchange(dropping_, false)) return Line{std::move(beginning_), std::string(endOf(text)), true};
+    if (text.size() > maximumLength_)
+      return Line{std::string(text.substr(0, keptOfAnEnd)), std::string(endOf(text)), true};
     if (!isBlank(text)) return Line{.text = std::string(text)};
   }
+}
+
+std::string_view MessageLines::endOf(std::string_view text) {
+  return text.substr(text.size() - std::min(text.size(), keptOfAnEnd));
+}
+
+void MessageLines::dropMiddle() {
+  const auto length = buffer_.size() - taken_;
+  // One byte more than the maximum may be the CR of a line end that is still to come.
+  if (!dropping_ && length > maximumLength_ + 1) {
+    dropping_ = true;
+    beginning_ = buffer_.substr(taken_, keptOfAnEnd);
+  }
+  if (dropping_) taken_ = buffer_.size() - std::min(length, keptOfAnEnd + 1);
 }
 
 void MessageLines::compact() {

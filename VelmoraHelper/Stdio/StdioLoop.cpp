@@ -102,7 +102,7 @@ class StdioLoop {
         return;
       }
       if (line->tooLong) {
-        server_.receiveTooLongLine();
+        server_.receiveTooLongLine(line->text, line->end);
       } else {
         server_.receive(line->text, now());
       }

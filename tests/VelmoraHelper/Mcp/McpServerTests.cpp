@@ -298,10 +298,13 @@ TEST_F(McpServerTest, SendsNothingForABatchOfNotifications) {
 }
 
 TEST_F(McpServerTest, SaysThatALineWasTooLong) {
-  server.receiveTooLongLine();
+  server.receiveTooLongLine("[1,", "]");
+  server.receiveTooLongLine(R"({"id":"a","params":{"x)", R"(x"}})");
   EXPECT_THAT(
       sentNow(),
-      ElementsAre(R"({"jsonrpc":"2.0","error":{"code":-32600,"message":"The message is too long."}})"));
+      ElementsAre(
+          R"({"jsonrpc":"2.0","error":{"code":-32600,"message":"The message is too long."}})",
+          R"({"jsonrpc":"2.0","id":"a","error":{"code":-32600,"message":"The message is too long."}})"));
 }
 
 }  // namespace

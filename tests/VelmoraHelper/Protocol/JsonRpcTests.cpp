@@ -175,5 +175,23 @@ TEST(JsonRpc, IdsAreTheSameHoweverTheyAreWritten) {
   EXPECT_NE(keyOf("18446744073709551615"), keyOf("18446744073709551614"));
 }
 
+TEST(JsonRpc, FindsTheIdOfACutRequestAtEitherEnd) {
+  const auto id = [](std::string_view beginning, std::string_view end) {
+    return jsonRpcIdAtAnEnd(beginning, end).value_or("none");
+  };
+  EXPECT_EQ(id(R"({"jsonrpc":"2.0","id":7,"method":"tools/call","params":{"x":"yy)", R"(yy"}})"), "7");
+  EXPECT_EQ(id(R"({"id" : "a\"b", "params":["id", {"id":8}, "yy)", R"(yy"]})"), R"("a\"b")");
+  EXPECT_EQ(id(R"({"method":"tools/call","params":{"id":8,"x":"yy)", R"(yy"},"jsonrpc":"2.0","id": 1.50 })"),
+            "1.50");
+  EXPECT_EQ(id(R"({"params":{"x":"yy)", R"(yy"},"id":"last"})"), R"("last")");
+  // What stands inside another member is no id, nor what is cut, nor what is in a string.
+  EXPECT_EQ(id(R"({"params":{"id":8,"x":"yy)", R"(yy","id":9}})"), "none");
+  EXPECT_EQ(id(R"({"params":{"x":"yy)", R"(yy \"id\":9}"}})"), "none");
+  EXPECT_EQ(id(R"({"id":12)", R"(34,"params":{"x":"yy"}})"), "none");
+  EXPECT_EQ(id(R"([{"id":7,"x":"yy)", R"(yy"}])"), "none");
+  EXPECT_EQ(id("xxxx", "xxxx"), "none");
+  EXPECT_EQ(id("", ""), "none");
+}
+
 }  // namespace
 }  // namespace velmora

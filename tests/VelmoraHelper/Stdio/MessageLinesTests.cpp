@@ -52,24 +52,41 @@ TEST(MessageLines, TakesALineOfTheMaximumLengthAndRefusesOneByteMore) {
   EXPECT_EQ(linesOf("123456789\r\n"), Texts{"!"});
 }
 
-TEST(MessageLines, ReportsATooLongLineBeforeItEndsAndOnlyOnce) {
+TEST(MessageLines, ReportsATooLongLineOnceWhenItHasEnded) {
   MessageLines lines(maximum);
-  lines.feed("1234567890");
-  EXPECT_EQ(taken(lines), Texts{"!"});
   for (int i = 0; i < 100; ++i) {
     lines.feed("1234567890");
     EXPECT_EQ(taken(lines), Texts{});
   }
   lines.feed("\nnext\n");
-  EXPECT_EQ(taken(lines), Texts{"next"});
+  EXPECT_EQ(taken(lines), (Texts{"!", "next"}));
 }
 
-TEST(MessageLines, GivesNothingForATooLongLineThatTheStreamsEndCutsOff) {
+TEST(MessageLines, KeepsBothEndsOfATooLongLine) {
+  const auto text = "begins" + std::string(10'000, '-') + "ends";
+  for (const bool atOnce : {true, false}) {
+    MessageLines lines(maximum);
+    for (const char byte : text) {
+      lines.feed(std::string_view(&byte, 1));
+      if (!atOnce) {
+        EXPECT_FALSE(lines.next());
+      }
+    }
+    lines.feed("\r\n");
+    const auto line = lines.next();
+    ASSERT_TRUE(line && line->tooLong);
+    EXPECT_TRUE(line->text.starts_with("begins")) << line->text;
+    EXPECT_TRUE(line->end.ends_with("ends")) << line->end;
+    EXPECT_LE(line->text.size() + line->end.size(), 10'000u);
+  }
+}
+
+TEST(MessageLines, ReportsATooLongLineThatTheStreamsEndCutsOff) {
   MessageLines lines(maximum);
   lines.feed("1234567890");
-  EXPECT_EQ(taken(lines), Texts{"!"});
-  lines.finish();
   EXPECT_EQ(taken(lines), Texts{});
+  lines.finish();
+  EXPECT_EQ(taken(lines), Texts{"!"});
 }
 
 TEST(MessageLines, FindsTheSameLinesWhereverTheStreamIsSplit) {
