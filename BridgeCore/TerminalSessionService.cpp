@@ -4,9 +4,18 @@
 
 #include "BridgeCore/AdapterAnswer.h"
 #include "BridgeCore/ErrorCatalogue.h"
+#include "BridgeCore/StructuredErrorMapper.h"
 #include "BridgeModels/ToolName.h"
 
 namespace velmora {
+
+namespace {
+
+bool saysNotRunning(const std::exception_ptr& error) {
+  return StructuredErrorMapper::map(error, "", std::nullopt).code == ErrorCode::terminalNotRunning;
+}
+
+}  // namespace
 
 TerminalSessionService::TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry,
                                                SessionPolicy policy, Clock now, PermissionMemory* memory)
@@ -24,7 +33,17 @@ auto TerminalSessionService::withListing(std::string_view operation,
     turn.emplace(order_);
     answer = automation_.listSessions(caller);
   }
-  const auto listing = answerOf(std::move(answer), operation, session);
+  std::vector<TerminalTabSnapshot> listing;
+  try {
+    listing = answerOf(std::move(answer), operation, session);
+  } catch (...) {
+    // Whatever was known has ended with the terminal; the status must not go on counting it.
+    if (saysNotRunning(std::current_exception())) {
+      turn->wait();
+      registry_.reconcile({}, policy(), now_());
+    }
+    throw;
+  }
   turn->wait();
   return use(listing);
 }

@@ -31,6 +31,22 @@ TEST_F(TerminalSessionServiceTest, DropsBusyTabsOnlyWhenAsked) {
   EXPECT_EQ(idle[0].tty, "/dev/a");
 }
 
+TEST_F(TerminalSessionServiceTest, KnowsNoSessionsOfATerminalThatDoesNotRunAnyMore) {
+  const auto stopped = [this](auto error) {
+    terminal.failures.clear();
+    const auto id = registerTab();
+    terminal.failWith("listSessions", std::move(error));
+    EXPECT_ANY_THROW(sessions.list({}));
+    EXPECT_ANY_THROW(sessions.validate(id, "terminal_x"));
+  };
+  stopped(StructuredError{.code = ErrorCode::terminalNotRunning, .message = "No tmux server is running."});
+  EXPECT_TRUE(registry.currentSessions().empty());
+  stopped(PlatformError("d", -600));
+  EXPECT_TRUE(registry.currentSessions().empty());
+  stopped(PlatformError("d", -1712));
+  EXPECT_EQ(registry.currentSessions().size(), 1u) << "it may still be there";
+}
+
 TEST_F(TerminalSessionServiceTest, ListsBlockedSessionsLikeTheOthers) {
   const auto id = registerTab(SessionPermission::blocked);
   const auto listed = sessions.list({.includeReadOnly = false, .includeBusy = false});
