@@ -294,6 +294,42 @@ TEST_F(Headless, EndsPromptlyThoughTheTmuxServerHangs) {
   ::kill(server, SIGCONT);
 }
 
+TEST_F(Headless, SaysWhatItIsAndOfWhichVersion) {
+  for (const auto& [option, words] :
+       {std::pair{"--help", "Usage: velmora-headless\n"}, std::pair{"--version", "velmora-headless 0."}}) {
+    const auto program = launch({option});
+    EXPECT_EQ(program->wait(), 0);
+    EXPECT_THAT(program->restOfOutput(), ::testing::StartsWith(words));
+    EXPECT_EQ(program->restOfErrors(), "");
+  }
+  EXPECT_FALSE(std::filesystem::exists(socketPath()));
+}
+
+TEST_F(Headless, SaysWhichPolicyHoldsAndWhichKeysOfTheSettingsNobodyKnows) {
+  testing::writeFile(directory / "data/Velmora/settings.json",
+                     R"({"schemaVersion":1,"settings":{"sesionPolicy":"selective"}})");
+  startHeadless();
+  headless->signal(SIGTERM);
+  EXPECT_EQ(headless->wait(), 0);
+  const auto errors = headless->restOfErrors();
+  headless.reset();
+  EXPECT_THAT(errors, HasSubstr("no setting is called \"sesionPolicy\"\n"));
+  EXPECT_THAT(errors, HasSubstr("session policy: safe\n"));
+}
+
+TEST_F(Headless, RaisesALowLimitOfDescriptors) {
+  struct rlimit before {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  auto low = before;
+  low.rlim_cur = 256;
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &low), 0);
+  startHeadless();
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  struct rlimit raised {};
+  ASSERT_EQ(::prlimit(headless->process(), RLIMIT_NOFILE, nullptr, &raised), 0);
+  EXPECT_EQ(raised.rlim_cur, std::min<rlim_t>(1024, before.rlim_max));
+}
+
 TEST_F(Headless, RefusesArguments) {
   const auto program = launch({"--verbose"});
   EXPECT_EQ(program->wait(), 2);
