@@ -4,15 +4,12 @@
 #include <filesystem>
 
 #include "BridgeModels/StructuredError.h"
-#include "System/Environment.h"
+#include "System/ApplicationSupport.h"
 #include "System/FileSystem.h"
 
 namespace velmora {
 
-/// The user's directory for application data, from the environment alone. Throws std::runtime_error when
-/// the environment names no home.
-std::filesystem::path applicationSupportDirectory(const Environment& environment);
-
+// Where they are; these throw std::runtime_error when the environment names no home.
 std::filesystem::path defaultSettingsFile(const Environment& environment);
 std::filesystem::path defaultHistoryFile(const Environment& environment);
 std::filesystem::path defaultPermissionFile(const Environment& environment);

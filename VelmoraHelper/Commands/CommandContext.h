@@ -31,6 +31,7 @@ struct CommandContext {
   std::string version;
   std::filesystem::path program;    ///< This program's own absolute path.
   std::filesystem::path socketURL;  ///< Where the application should listen.
+  std::filesystem::path settings;   ///< The file of its settings; empty when there is no place for one.
   /// Connects to the application, and nothing else; returns where it listens. Throws UnixSocketError.
   std::function<std::filesystem::path()> connect;
   BridgeCalling call;

@@ -11,6 +11,7 @@
 #include "LocalControl/UnixSocketError.h"
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/Payload.h"
+#include "VelmoraHelper/Commands/SettingsCheck.h"
 #include "VelmoraHelper/Commands/SocketCheck.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
 
@@ -143,7 +144,7 @@ std::string withFullStop(std::string text) {
 std::vector<Check> examine(const CommandContext& context) {
   const auto reached = reach(context);
   std::vector<Check> checks{checkHelper(context), checkTerminalProgram(context.askProgram),
-                            checkPlace(context, reached.socketURL)};
+                            checkSettings(context.settings), checkPlace(context, reached.socketURL)};
   if (!checks.back().ok) return checks;
   append(checks, checkApplication(reached.failure));
   if (checks.back().ok) append(checks, checkAnswer(context));

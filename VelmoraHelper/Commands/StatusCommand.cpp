@@ -9,6 +9,7 @@
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/CallCommand.h"
 #include "VelmoraHelper/Commands/Payload.h"
+#include "VelmoraHelper/Commands/SettingsCheck.h"
 
 namespace velmora {
 
@@ -56,6 +57,13 @@ void printSessions(std::ostream& out, const std::vector<TerminalSession>& sessio
   }
 }
 
+// A warning only: the bridge serves all the same.
+void printSettings(const CommandContext& context) {
+  const auto settings = checkSettings(context.settings);
+  context.out << "Settings:    " << plainText(settings.finding) << '\n';
+  if (!settings.ok) context.err << "velmora: the settings: " << plainText(settings.nextStep) << '\n';
+}
+
 }  // namespace
 
 ExitStatus printStatus(const CommandContext& context) {
@@ -70,6 +78,7 @@ ExitStatus printStatus(const CommandContext& context) {
               << "Accepting:   yes\n"
               << "Terminal:    " << inWords(status) << '\n'
               << "Permission:  " << wireName(status.automationPermission) << '\n';
+  printSettings(context);
   if (status.terminalState != TerminalState::available) return ExitStatus::success;
 
   const auto listed = payloadOf<SessionsPayload>(context, ToolName::listSessions);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/ApplicationSupport.h"
 #include "VelmoraHelper/Bridge/BridgeCalls.h"
 #include "VelmoraHelper/Bridge/BridgeContact.h"
 #include "VelmoraHelper/Commands/ProgramPath.h"
@@ -44,6 +45,14 @@ BridgeAnswer answerOf(const BridgeCalls::Connecting& connect, BridgeRequest requ
   return std::move(*answer);
 }
 
+std::filesystem::path settingsFile(const Environment& environment) {
+  try {
+    return applicationSupportDirectory(environment) / "Velmora" / "settings.json";
+  } catch (const std::runtime_error&) {  // no home: nothing is stored either
+    return {};
+  }
+}
+
 }  // namespace
 
 CommandContext systemContext(std::string version, const std::string& invokedAs,
@@ -61,6 +70,7 @@ CommandContext systemContext(std::string version, const std::string& invokedAs,
           .version = std::move(version),
           .program = programPath(invokedAs, environment, runningProgramFile()),
           .socketURL = places.front(),
+          .settings = settingsFile(environment),
           .connect = [places] { return contactBridge(places).socketURL; },
           .call = call,
           .askProgram = ask};

@@ -27,6 +27,9 @@ class HeadlessEnd : public testing::HeadlessFixture {
   void resumeTmux() {
     if (server != 0) ::kill(server, SIGCONT);
   }
+  static std::string idOf(const LocalControlResponse& created) {
+    return textAt(at(created.data.value(), "session"), "sessionId");
+  }
   std::size_t connections() const {
     return testing::namesIn("/proc/" + std::to_string(headless->process()) + "/fd").size();
   }
@@ -37,7 +40,8 @@ class HeadlessEnd : public testing::HeadlessFixture {
 TEST_F(HeadlessEnd, TypesNothingForAClientThatHasLeft) {
   startTmux();
   startHeadless();
-  const auto id = textAt(createSession(), "sessionId");
+  LocalControlClient steady(socketPath());  // its connection stays, so that none goes while they are counted
+  const auto id = idOf(call(steady, ToolName::createSession));
   stopTmux();
   const auto idle = connections();
   {
@@ -62,7 +66,9 @@ TEST_F(HeadlessEnd, AnswersAndRecordsWhatIsUnderWayWhenItIsAskedToEnd) {
     writeSettings({.persistentHistoryEnabled = true, .storeCommandBody = true, .deleteOnAppExit = false});
     if (number == SIGTERM) startTmux();
     startHeadless();
-    const auto id = textAt(createSession(), "sessionId");
+    LocalControlClient steady(
+        socketPath());  // its connection stays, so that none goes while they are counted
+    const auto id = idOf(call(steady, ToolName::createSession));
     stopTmux();
     const auto idle = connections();
     std::optional<LocalControlResponse> response;

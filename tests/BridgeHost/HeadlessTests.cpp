@@ -309,6 +309,10 @@ TEST_F(Headless, SaysWhichPolicyHoldsAndWhichKeysOfTheSettingsNobodyKnows) {
   testing::writeFile(directory / "data/Velmora/settings.json",
                      R"({"schemaVersion":1,"settings":{"sesionPolicy":"selective"}})");
   startHeadless();
+  testing::ChildProgram doctor({VELMORA_BIN "/velmora", "doctor"}, environment);
+  EXPECT_EQ(doctor.wait(), 1);
+  EXPECT_THAT(doctor.restOfOutput(),
+              HasSubstr("\nFAIL  settings: no setting is called \"sesionPolicy\" in "));
   headless->signal(SIGTERM);
   EXPECT_EQ(headless->wait(), 0);
   const auto errors = headless->restOfErrors();

@@ -22,6 +22,7 @@ class CommandFixture : public ::testing::Test {
             .version = "1.2.3",
             .program = program,
             .socketURL = socketURL,
+            .settings = settings,
             .connect =
                 [this] {
                   connect();
@@ -55,6 +56,7 @@ class CommandFixture : public ::testing::Test {
   std::ostringstream err;
   std::filesystem::path program = "/opt/velmora/bin/velmora";
   std::filesystem::path socketURL = "/nonexistent/app.velmora.Velmora/control-v1.sock";
+  std::filesystem::path settings = "/nonexistent/Velmora/settings.json";
   std::filesystem::path answersAt;  ///< Where the application listens; `socketURL` when empty.
   std::function<void()> connect = [] {};
   std::function<LocalControlResponse(const LocalControlRequest&)> answer = absent;

@@ -61,6 +61,7 @@ TEST_F(CommandsWithBridge, StatusShowsTheSessions) {
                                           "Accepting:   yes\n"
                                           "Terminal:    available, 1 window\n"
                                           "Permission:  granted\n"
+                                          "Settings:    none stored; session policy safe\n"
                                           "Sessions:    1\n"
                                           "  [0-9A-F-]+  managed(, busy)?  /dev/pts/[0-9]+  main.*\n"));
 }
@@ -76,8 +77,8 @@ TEST_F(CommandsWithBridge, DoctorPassesEverythingThatIsInOrder) {
   const auto doctor = run({"doctor"});
   EXPECT_EQ(doctor.status, 0);
   EXPECT_THAT(doctor.output, ::testing::Not(HasSubstr("FAIL")));
-  for (const auto* name :
-       {"helper", "tmux", "socket", "application", "same user", "answer", "terminal", "permission"}) {
+  for (const auto* name : {"helper", "tmux", "settings", "socket", "application", "same user", "answer",
+                           "terminal", "permission"}) {
     EXPECT_THAT("\n" + doctor.output, HasSubstr("\nOK    " + std::string(name) + ": "));
   }
   EXPECT_EQ(doctor.errors, "");

@@ -63,6 +63,7 @@ TEST_F(CommandsWithoutBridge, DoctorFindsTheHelperTmuxAndThatNothingListens) {
   EXPECT_THAT(doctor.output,
               ::testing::MatchesRegex("OK    helper: velmora [0-9.]+ at /.*/velmora\n"
                                       "OK    tmux: tmux .* at /.*/tmux\n"
+                                      "OK    settings: none stored; session policy safe\n"
                                       "OK    socket: .*/control-v1\\.sock, not there yet\n"
                                       "FAIL  application: not running\\. Next: Open Velmora .*\\.\n"));
   EXPECT_EQ(doctor.errors, "");

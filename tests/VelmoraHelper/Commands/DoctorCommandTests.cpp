@@ -34,6 +34,7 @@ TEST_F(DoctorCommand, PrintsOneLineACheckWhenEverythingIsInOrder) {
   EXPECT_EQ(out.str(),
             "OK    helper: velmora 1.2.3 at /opt/velmora/bin/velmora\n"
             "OK    tmux: tmux 3.4 at /usr/bin/tmux\n"
+            "OK    settings: none stored; session policy safe\n"
             "OK    socket: /nonexistent/app.velmora.Velmora/control-v1.sock, not there yet\n"
             "OK    application: reachable\n"
             "OK    same user: user " +
@@ -68,15 +69,15 @@ TEST_F(DoctorCommand, EveryFailureHasANextStep) {
 
 TEST_F(DoctorCommand, LeavesOutWhatAnEarlierFailureHides) {
   connect = [] { throw UnixSocketError::system("connect", ENOENT); };
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "! application"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "! application"));
   EXPECT_TRUE(requests.empty());
   socketURL = "/" + std::string(200, 'x') + "/control-v1.sock";
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "! socket"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "! socket"));
 }
 
 TEST_F(DoctorCommand, TellsAnotherUsersApplicationFromNone) {
   connect = [] { throw UnixSocketError::peerRejected(); };
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "! same user"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "application", "! same user"));
 }
 
 TEST_F(DoctorCommand, SaysWhenTheApplicationAnswersAtAnotherPlaceThanTheFirst) {
@@ -94,7 +95,8 @@ TEST_F(DoctorCommand, TellsAHangingApplicationFromAnAbsentOne) {
   answer = [this](const auto&) {
     return testing::recordOf(answerToSilence(testing::bridgeRequest(requests.back()), deadlines.back()));
   };
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "socket", "application", "same user", "! answer"));
+  EXPECT_THAT(names(),
+              ElementsAre("helper", "tmux", "settings", "socket", "application", "same user", "! answer"));
   EXPECT_EQ(check("answer").finding, "Velmora did not answer within 10 seconds.");
 }
 
@@ -111,8 +113,8 @@ TEST_F(DoctorCommand, PassesOnWhatTheApplicationSaysOfItsTerminal) {
   status.automationPermission = AutomationPermission::unknown;
   status.lastError =
       StructuredError{.message = "tmux did not answer in time.", .recoverySuggestion = "Look."};
-  EXPECT_THAT(names(),
-              ElementsAre("helper", "tmux", "socket", "application", "same user", "answer", "! terminal"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "application", "same user",
+                                   "answer", "! terminal"));
   EXPECT_EQ(check("terminal").finding, "tmux did not answer in time.");
   EXPECT_EQ(check("terminal").nextStep, "Look.");
 }

@@ -39,6 +39,7 @@ TEST_F(StatusCommand, ShowsTheBridgeTheTerminalThePermissionAndEverySession) {
             "Accepting:   yes\n"
             "Terminal:    available, 2 windows\n"
             "Permission:  granted\n"
+            "Settings:    none stored; session policy safe\n"
             "Sessions:    2\n"
             "  11111111-2222-3333-4444-555555555555  managed  /dev/pts/3  main: bash\n"
             "  AAAAAAAA-BBBB-CCCC-DDDD-EEEEEEEEEEEE  readOnly, busy  /dev/pts/4  한국어\n");

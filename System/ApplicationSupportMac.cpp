@@ -1,7 +1,7 @@
-// The part of StoreFiles that each system answers in its own way.
+// A file of its own although short: each system has its place.
 #include <stdexcept>
 
-#include "BridgeCore/HistoryStore/StoreFiles.h"
+#include "System/ApplicationSupport.h"
 
 namespace velmora {
 
