@@ -1,6 +1,5 @@
 #include "LocalControl/UnixSocketConnection.h"
 
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -35,10 +34,7 @@ void UnixSocketConnection::writeFrame(std::string_view bytes) {
   if (!writeWith(write, bytes).empty()) throw UnixSocketError::system("write", errno);
 }
 
-bool UnixSocketConnection::peerHasLeft() const noexcept {
-  pollfd end{descriptor(), POLLHUP, 0};
-  return ::poll(&end, 1, /*timeout=*/0) > 0 && (end.revents & (POLLHUP | POLLERR)) != 0;
-}
+bool UnixSocketConnection::peerHasLeft() const noexcept { return SocketPlatform::peerHasLeft(descriptor()); }
 
 void UnixSocketConnection::endReading() noexcept { ::shutdown(descriptor(), SHUT_RD); }
 

@@ -39,6 +39,10 @@ std::optional<uid_t> peerUser(int descriptor);
 /// socket.
 std::optional<pid_t> peerProcess(int descriptor);
 
+/// Whether the peer of a connected socket has closed its end. One that only sends no more has not, nor does
+/// it count that this end reads no more.
+bool peerHasLeft(int descriptor);
+
 /// The directory that the system keeps for this user's temporary files, when it has one.
 std::optional<std::filesystem::path> userTemporaryDirectory(const Environment& environment);
 

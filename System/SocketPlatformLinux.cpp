@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -44,6 +45,11 @@ std::optional<uid_t> peerUser(int descriptor) {
 std::optional<pid_t> peerProcess(int descriptor) {
   const auto credentials = peerCredentials(descriptor);
   return credentials ? std::optional(credentials->pid) : std::nullopt;
+}
+
+bool peerHasLeft(int descriptor) {
+  pollfd end{descriptor, 0, 0};
+  return ::poll(&end, 1, /*timeout=*/0) > 0 && (end.revents & (POLLHUP | POLLERR)) != 0;
 }
 
 // An MCP client may start the helper without XDG_RUNTIME_DIR; the place where the login manager puts that

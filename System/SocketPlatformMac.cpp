@@ -64,6 +64,13 @@ std::optional<pid_t> peerProcess(int descriptor) {
   return process;
 }
 
+// To poll, an end that reads no more looks like a peer that has left.
+bool peerHasLeft(int descriptor) {
+  sockaddr_un peer{};
+  socklen_t length = sizeof peer;
+  return ::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &length) != 0;
+}
+
 std::optional<std::filesystem::path> userTemporaryDirectory(const Environment&) {
   const auto needed = ::confstr(_CS_DARWIN_USER_TEMP_DIR, nullptr, 0);
   if (needed < 1) return std::nullopt;

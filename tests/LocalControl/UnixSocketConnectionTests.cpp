@@ -30,6 +30,8 @@ TEST(UnixSocketConnection, KnowsWhetherThePeerHasLeft) {
   near.writeFrame("unread");
   ::shutdown(near.descriptor(), SHUT_WR);
   EXPECT_FALSE(far.peerHasLeft()) << "it still reads";
+  far.endReading();
+  EXPECT_FALSE(far.peerHasLeft()) << "this end reads no more";
   { const auto leaving = std::move(near); }
   EXPECT_TRUE(far.peerHasLeft());
 }
