@@ -29,7 +29,7 @@ void DeliveryGuard::finish(const AdmittedDelivery& admitted, std::future<void> d
   try {
     answerOf(std::move(delivery), operation_, reference);
   } catch (const StructuredError& error) {
-    if (error.code != ErrorCode::sessionBusy || admitted.allowBusy) throw;
+    if (error.code != ErrorCode::sessionBusy || !error.message.empty()) throw;
     throw catalogue::sessionBusy(input_, reference);
   }
 }

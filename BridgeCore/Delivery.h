@@ -33,8 +33,8 @@ class DeliveryGuard {
   /// The first check that fails throws its StructuredError; nothing has been typed then.
   AdmittedDelivery admit(const Uuid& sessionId, const Caller& caller) const;
 
-  /// Waits for the adapter. A tab that turned busy after the check is refused in the words of the check;
-  /// where busy input is allowed, a refusal has another reason and keeps the adapter's words.
+  /// Waits for the adapter. A tab that turned busy after the check is refused in the words of the check,
+  /// which the adapter leaves to the core; a refusal for another reason has the adapter's own words.
   void finish(const AdmittedDelivery& admitted, std::future<void> delivery) const;
 
  private:

@@ -57,7 +57,8 @@ class TerminalOperations {
   /// Opens a window and returns its one tab.
   virtual TerminalTabSnapshot createWindow(Deadline deadline) = 0;
 
-  /// Types `command` and submits it. Without `allowBusy` a tab that is busy by now is refused.
+  /// Types `command` and submits it. Without `allowBusy` a tab that is busy by now is refused: because of a
+  /// program that runs without a message (the core has one), for another reason in the adapter's words.
   virtual void sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
                            Deadline deadline) = 0;
 

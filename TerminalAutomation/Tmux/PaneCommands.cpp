@@ -34,9 +34,41 @@ std::string verdict(const PaneRow& pane) {
   return "#{?" + isSamePane(pane) + "," + std::string(guardPassed) + "," + std::string(guardRefused) + "}";
 }
 
+/// As tmux has made it already; here it goes into a format.
+std::string plainName(std::string name) {
+  for (char& c : name) {
+    const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+                       std::string_view("._+-").find(c) != std::string_view::npos;
+    if (!plain) c = '?';
+  }
+  return name;
+}
+
+/// A format that is true while nobody has typed since the listing. Each session has the time of its last key,
+/// in whole seconds; a window may be in several.
+std::string isUntyped(const PaneRow& pane, const IdleGuard& idle) {
+  const std::string typed = "#{S:#{?#{&&:#{==:#{window_id},@" + std::to_string(pane.window) +
+                            "},#{>:#{session_activity}," + std::to_string(idle.lastActivity) + "}},1,}}";
+  const std::string untyped = "#{?" + typed + ",0,1}";
+  if (!idle.cursorHolds) return untyped;
+  return "#{&&:#{==:#{cursor_x}," + std::to_string(pane.cursorColumn) + "}," + untyped + "}";
+}
+
+/// `otherwise` is followed by what says why.
 void addGuarded(std::vector<std::string>& arguments, const PaneRow& pane, const std::string& condition,
-                const std::string& then, const std::string& otherwise) {
-  arguments.insert(arguments.end(), {"if-shell", "-F", "-t", target(pane), condition, then, otherwise});
+                const std::optional<IdleGuard>& idle, const std::string& then, const std::string& otherwise) {
+  std::string all = condition;
+  std::string reason(guardRefused);
+  if (idle) {
+    const std::string sameProgram =
+        "#{==:#{" + std::string(plainProgramName) + "}," + plainName(pane.program) + "}";
+    const std::string untyped = isUntyped(pane, *idle);
+    all = "#{&&:" + condition + ",#{&&:" + sameProgram + "," + untyped + "}}";
+    reason = "-t " + target(pane) + " '#{?" + condition + ",#{?" + sameProgram + "," +
+             std::string(guardTyped) + "," + std::string(guardBusy) + "}," + std::string(guardRefused) + "}'";
+  }
+  arguments.insert(arguments.end(), {"if-shell", "-F", "-t", target(pane), all, then,
+                                     otherwise + "display-message -p " + reason});
 }
 
 /// What the key sends, and tmux's name for it. The bytes are those of tmux's own terminal.
@@ -73,7 +105,7 @@ const KeyRow& rowOf(TerminalKey key) {
 }  // namespace
 
 PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName,
-                     PasteForm form) {
+                     PasteForm form, const std::optional<IdleGuard>& idle) {
   // Return is pasted too: neither a copy mode nor synchronised panes can touch a paste.
   const std::string returnBuffer = bufferName + "r";
   // -r: line feeds stay as they are. -p: as one block when the program asks for that; a text that would end
@@ -97,13 +129,13 @@ PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::stri
     then += "paste-buffer" + flags + block + " -b " + bufferName + tail + " ; " + pasteReturn;
     otherwise = "delete-buffer -b " + bufferName + " ; ";
   }
-  otherwise += "delete-buffer -b " + returnBuffer + " ; display-message -p " + std::string(guardRefused);
-  addGuarded(command.arguments, pane, takesInput(pane), then, otherwise);
+  otherwise += "delete-buffer -b " + returnBuffer + " ; ";
+  addGuarded(command.arguments, pane, takesInput(pane), idle, then, otherwise);
   return command;
 }
 
 PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCount,
-                     const std::string& bufferName) {
+                     const std::string& bufferName, const std::optional<IdleGuard>& idle) {
   const KeyRow& row = rowOf(key);
   const std::string tail = " -t " + target(pane);
   const std::string drop = "delete-buffer -b " + bufferName;
@@ -121,8 +153,7 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
     then += drop + " ; send-keys -N " + std::to_string(repeatCount) + tail + " " + row.tmuxName;
     condition = "#{?pane_synchronized,0," + condition + "}";  // not if that was switched on meanwhile
   }
-  addGuarded(command.arguments, pane, condition, then,
-             drop + " ; display-message -p " + std::string(guardRefused));
+  addGuarded(command.arguments, pane, condition, idle, then, drop + " ; ");
   return command;
 }
 
@@ -134,6 +165,36 @@ PaneCommand readText(const PaneRow& pane, OutputSource source) {
   if (source == OutputSource::history) command.arguments.insert(command.arguments.end(), {"-S", "-"});
   command.arguments.insert(command.arguments.end(), {"-t", target(pane)});
   return command;
+}
+
+PaneCommand readCursorLine(const PaneRow& pane) {
+  const std::string row = std::to_string(pane.cursorRow);
+  return {{"display-message",
+           "-p",
+           "-t",
+           target(pane),
+           verdict(pane) + "\t#{cursor_x}\t#{cursor_y}\t#{history_size}\t#{pane_width}",
+           ";",
+           "capture-pane",
+           "-p",
+           "-J",
+           "-S",
+           "0",
+           "-E",
+           row,
+           "-t",
+           target(pane),
+           ";",
+           "capture-pane",
+           "-p",
+           "-N",
+           "-S",
+           row,
+           "-E",
+           row,
+           "-t",
+           target(pane)},
+          {}};
 }
 
 PaneCommand readScreen(const PaneRow& pane) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,15 @@ struct PaneCommand {
 /// What a guarded command prints first when the guard refuses, or lets it through.
 inline constexpr std::string_view guardRefused = "STALE";
 inline constexpr std::string_view guardPassed = "PANE";
+/// When the pane is the one that was listed, but no longer idle: another program runs, or somebody types.
+inline constexpr std::string_view guardBusy = "BUSY";
+inline constexpr std::string_view guardTyped = "TYPED";
+
+/// What makes input wait that only an idle pane may get.
+struct IdleGuard {
+  std::int64_t lastActivity = 0;  ///< As the pane was listed.
+  bool cursorHolds = false;       ///< The cursor must stand in the column where it was listed.
+};
 
 /// How a text reaches a program that asks for pasted text as a block ("bracketed paste").
 enum class PasteForm {
@@ -31,13 +41,17 @@ enum class PasteForm {
 
 /// Types `text` and a Return. The server asks for the standard input before it does anything, so a client
 /// that is killed while the server hangs leaves nothing behind that would be typed later. `bufferName` must
-/// be new to the server.
+/// be new to the server. With `idle` the pane must still be idle too.
 PaneCommand typeText(const PaneRow& pane, std::string_view text, const std::string& bufferName,
-                     PasteForm form = PasteForm::block);
+                     PasteForm form = PasteForm::block, const std::optional<IdleGuard>& idle = {});
 
 /// Presses `key` `repeatCount` times, under the same conditions.
 PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCount,
-                     const std::string& bufferName);
+                     const std::string& bufferName, const std::optional<IdleGuard>& idle = {});
+
+/// Prints guardPassed, cursor column, row, length of the history and width on a line, parted by tabs. Then
+/// the screen down to the cursor's row as it was listed, with wrapped lines joined, and that row alone.
+PaneCommand readCursorLine(const PaneRow& pane);
 
 /// Prints guardPassed on a line, then the pane's text with wrapped lines joined.
 PaneCommand readText(const PaneRow& pane, OutputSource source);

@@ -30,6 +30,15 @@ RowRank rankOf(const PaneRow& row, const std::vector<ClientRow>& clients) {
   return {shown, -row.sessionActivity, row.session, row.stackIndex, row.window};
 }
 
+/// A terminal that was just attached is active too, without any key.
+std::int64_t lastKeyIn(const PaneRow& pane, const std::vector<ClientRow>& clients) {
+  std::int64_t last = 0;
+  for (const ClientRow& client : clients) {
+    if (client.pane == pane.pane && client.activity > client.created) last = std::max(last, client.activity);
+  }
+  return last;
+}
+
 }  // namespace
 
 std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing) {
@@ -40,11 +49,14 @@ std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing) {
     std::int64_t session;
   };
   std::map<std::int64_t, Window> windows;
+  std::map<std::int64_t, std::int64_t> activities;              // by window
   std::map<std::string, std::pair<bool, std::int64_t>> owners;  // tty: alive, pane; the greater one has it
   for (const PaneRow& row : listing.panes) {
     const RowRank rank = rankOf(row, clients);
     const auto [window, isNew] = windows.try_emplace(row.window, Window{rank, row.session});
     if (!isNew && rank < window->second.rank) window->second = {rank, row.session};
+    std::int64_t& activity = activities[row.window];
+    activity = std::max(activity, row.sessionActivity);
     auto& owner = owners[row.tty];
     owner = std::max(owner, {!row.dead, row.pane});
   }
@@ -65,7 +77,7 @@ std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing) {
     seen[row.pane] = true;
     const std::int64_t tab = ++tabs[row.window];
     if (row.tty.empty() || owners.at(row.tty).second != row.pane) continue;
-    panes.push_back({row, indexes.at(row.window), tab});
+    panes.push_back({row, indexes.at(row.window), tab, lastKeyIn(row, clients), activities.at(row.window)});
   }
   std::stable_sort(panes.begin(), panes.end(), [](const ArrangedPane& left, const ArrangedPane& right) {
     return std::tie(left.windowIndex, left.tabIndex) < std::tie(right.windowIndex, right.tabIndex);

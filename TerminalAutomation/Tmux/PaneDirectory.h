@@ -22,6 +22,9 @@ struct ArrangedPane {
   PaneRow row;
   std::int64_t windowIndex = 0;  ///< From 1, the window that the user looked at last.
   std::int64_t tabIndex = 0;     ///< From 1, in the order of the window's panes.
+  std::int64_t lastKey = 0;      ///< Unix seconds of the last key that a user pressed there; 0 for none.
+  std::int64_t lastActivity =
+      0;  ///< Unix seconds of the last key or attach in a session that has the window.
 };
 
 /// Windows that an attached client shows come first, the one with the latest key press in front; then the

@@ -158,9 +158,12 @@ StructuredError inputOff() {
 }
 
 StructuredError busy() {
-  // The core has words of its own for this.
-  return make(ErrorCode::sessionBusy, "A program is running in the tmux pane.", /*retryable=*/true,
-              "Wait for it to finish, then retry.");
+  return make(ErrorCode::sessionBusy, /*message, which is the core's*/ "", /*retryable=*/true, "");
+}
+
+StructuredError someoneTypes() {
+  return make(ErrorCode::sessionBusy, "Someone is typing in this session.", /*retryable=*/true,
+              "Wait until the user has submitted or erased the line, then retry.");
 }
 
 StructuredError asksForSecret() {

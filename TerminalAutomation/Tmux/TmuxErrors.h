@@ -33,6 +33,7 @@ StructuredError stale();
 StructuredError dead();
 StructuredError inputOff();
 StructuredError busy();
+StructuredError someoneTypes();
 StructuredError asksForSecret();
 StructuredError lineTooLong(std::size_t limit);
 StructuredError textHasNul();

@@ -105,7 +105,8 @@ TmuxOptions completed(TmuxOptions options) {
 TmuxOperations::TmuxOperations(TmuxOptions options, TmuxParts parts)
     : options_(completed(std::move(options))),
       parts_(std::move(parts)),
-      bufferPrefix_("velmora-" + options_.uuid().toString() + "-") {}
+      bufferPrefix_("velmora-" + options_.uuid().toString() + "-"),
+      prompts_(options_.now) {}
 
 TmuxAnswer TmuxOperations::invoke(Deadline deadline, std::vector<std::string> arguments,
                                   std::optional<std::string> input, std::size_t outputLimit) const {
@@ -158,7 +159,8 @@ PaneRow TmuxOperations::paneAt(const TabAddress& tab) const {
   return *std::move(pane);
 }
 
-TmuxOperations::InputPane TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy) const {
+TmuxOperations::InputPane TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy,
+                                                       Deadline deadline) {
   PaneRow pane = paneAt(tab);
   if (pane.dead) throw tmuxError::dead();
   if (pane.inputOff) throw tmuxError::inputOff();
@@ -167,7 +169,19 @@ TmuxOperations::InputPane TmuxOperations::paneForInput(const TabAddress& tab, bo
   // Whatever the user allows: an agent's words are no password, and its command must not become one.
   const auto mode = parts_.processes->terminalMode(pane.tty);
   if (mode && mode->hidesLine) throw tmuxError::asksForSecret();
-  return {std::move(pane), busy, mode};
+  if (allowBusy) return {std::move(pane), busy, mode, std::nullopt};
+  refuseTypedLine(pane, deadline);
+  const IdleGuard idle = prompts_.guard(pane);
+  return {std::move(pane), busy, mode, idle};
+}
+
+void TmuxOperations::refuseTypedLine(const PaneRow& pane, Deadline deadline) {
+  auto line = prompts_.line(pane);
+  if (line == PromptWatch::Line::doubtful) {
+    const auto looked = parseCursorLine(read(deadline, readCursorLine(pane), screenLimit), pane);
+    line = looked ? prompts_.settle(pane, *looked) : PromptWatch::Line::typedIn;
+  }
+  if (line == PromptWatch::Line::typedIn) throw tmuxError::someoneTypes();
 }
 
 bool TmuxOperations::isBusy(const PaneRow& pane) const {
@@ -201,8 +215,12 @@ TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
 
 std::vector<TerminalTabSnapshot> TmuxOperations::listSessions(Deadline deadline) {
   std::vector<TerminalTabSnapshot> tabs;
-  for (const ArrangedPane& pane : arrangePanes(list(deadline, /*withClients=*/true)))
+  const Date taken = prompts_.now();
+  for (const ArrangedPane& pane : arrangePanes(list(deadline, /*withClients=*/true))) {
     tabs.push_back(snapshot(pane));
+    prompts_.see(pane, !tabs.back().busy, taken);
+  }
+  prompts_.forgetBefore(taken);
   return tabs;
 }
 
@@ -255,16 +273,19 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std
 
 std::string TmuxOperations::newBufferName() { return bufferPrefix_ + std::to_string(++buffers_); }
 
-void TmuxOperations::type(Deadline deadline, PaneCommand command) const {
+void TmuxOperations::type(Deadline deadline, const PaneRow& pane, PaneCommand command) {
   const TmuxAnswer answer = invoke(deadline, std::move(command.arguments), std::move(command.standardInput));
-  if (auto failure = tmuxFailure(answer, TmuxEffect::typed)) throw std::move(*failure);
   if (answer.output.starts_with(guardRefused)) throw tmuxError::stale();
+  if (answer.output.starts_with(guardBusy)) throw tmuxError::busy();
+  if (answer.output.starts_with(guardTyped)) throw tmuxError::someoneTypes();
+  prompts_.touch(pane);
+  if (auto failure = tmuxFailure(answer, TmuxEffect::typed)) throw std::move(*failure);
 }
 
 void TmuxOperations::sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
                                  Deadline deadline) {
   if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul();
-  const InputPane pane = paneForInput(tab, allowBusy);
+  const InputPane pane = paneForInput(tab, allowBusy, deadline);
   if (pane.mode && pane.mode->collectsLines) {
     const std::size_t limit = parts_.processes->longestCollectedLine();
     if (longestLine(command) > limit) throw tmuxError::lineTooLong(limit);
@@ -272,13 +293,14 @@ void TmuxOperations::sendCommand(const std::string& command, const TabAddress& t
   // An editor would put a block into its text, where a line is meant as its command.
   const bool oneLine = command.find_first_of("\r\n") == std::string::npos;
   const PasteForm form = pane.busy && oneLine ? PasteForm::keys : PasteForm::block;
-  type(deadline, typeText(pane.row, command, newBufferName(), form));
+  type(deadline, pane.row, typeText(pane.row, command, newBufferName(), form, pane.idle));
 }
 
 void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
                              Deadline deadline) {
   if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount();
-  type(deadline, pressKey(paneForInput(tab, allowBusy).row, key, repeatCount, newBufferName()));
+  const InputPane pane = paneForInput(tab, allowBusy, deadline);
+  type(deadline, pane.row, pressKey(pane.row, key, repeatCount, newBufferName(), pane.idle));
 }
 
 std::string TmuxOperations::read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const {

@@ -11,6 +11,7 @@
 #include "TerminalAutomation/TerminalOperations.h"
 #include "TerminalAutomation/Tmux/PaneCommands.h"
 #include "TerminalAutomation/Tmux/PaneDirectory.h"
+#include "TerminalAutomation/Tmux/PromptWatch.h"
 #include "TerminalAutomation/Tmux/TmuxErrors.h"
 #include "TerminalAutomation/Tmux/TmuxTerminal.h"
 
@@ -53,11 +54,13 @@ class TmuxOperations final : public TerminalOperations {
     PaneRow row;
     bool busy;
     std::optional<TerminalMode> mode;
+    std::optional<IdleGuard> idle;  ///< Unless busy panes are allowed.
   };
-  InputPane paneForInput(const TabAddress& tab, bool allowBusy) const;
+  InputPane paneForInput(const TabAddress& tab, bool allowBusy, Deadline deadline);
+  void refuseTypedLine(const PaneRow& pane, Deadline deadline);
   bool isBusy(const PaneRow& pane) const;
   std::string read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const;
-  void type(Deadline deadline, PaneCommand command) const;
+  void type(Deadline deadline, const PaneRow& pane, PaneCommand command);
   std::string newBufferName();
   bool showInDesktopTerminal(Deadline deadline, const PaneRow& pane) const;
 
@@ -66,6 +69,7 @@ class TmuxOperations final : public TerminalOperations {
   const std::string bufferPrefix_;
   std::atomic<std::uint64_t> buffers_ = 0;
   PaneDirectory panes_;
+  PromptWatch prompts_;
 };
 
 }  // namespace velmora

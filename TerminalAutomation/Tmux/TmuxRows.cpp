@@ -64,6 +64,10 @@ constexpr std::array paneFields{
     field<PaneRow, &PaneRow::active>("pane_active"),
     field<PaneRow, &PaneRow::stackIndex>("window_stack_index"),
     field<PaneRow, &PaneRow::sessionActivity>("session_activity"),
+    field<PaneRow, &PaneRow::cursorColumn>("cursor_x"),
+    field<PaneRow, &PaneRow::cursorRow>("cursor_y"),
+    field<PaneRow, &PaneRow::historySize>("history_size"),
+    field<PaneRow, &PaneRow::program>(plainProgramName),
     field<PaneRow, &PaneRow::sessionName>("session_name"),
     field<PaneRow, &PaneRow::windowName>("window_name"),
     field<PaneRow, &PaneRow::title>("pane_title"),
@@ -74,6 +78,7 @@ constexpr std::array clientFields{
     field<ClientRow, &ClientRow::created>("client_created"),
     numbered<ClientRow, '$', &ClientRow::session>("session_id"),
     numbered<ClientRow, '@', &ClientRow::window>("window_id"),
+    numbered<ClientRow, '%', &ClientRow::pane>("pane_id"),
     field<ClientRow, &ClientRow::name>("client_name"),
 };
 

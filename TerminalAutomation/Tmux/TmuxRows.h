@@ -29,6 +29,10 @@ struct PaneRow {
   bool active = false;
   std::int64_t stackIndex = 0;       ///< Of the window in its session, 0 = current, 1 = last, ...
   std::int64_t sessionActivity = 0;  ///< Unix seconds.
+  std::int64_t cursorColumn = 0;     ///< From 0, as the row, which counts from the top of the screen.
+  std::int64_t cursorRow = 0;
+  std::int64_t historySize = 0;  ///< Lines above the screen.
+  std::string program{};         ///< In the foreground, with "?" for what is no plain character.
   std::string sessionName{};
   std::string windowName{};
   std::string title{};
@@ -42,6 +46,7 @@ struct ClientRow {
   std::int64_t created = 0;
   std::int64_t session = 0;
   std::int64_t window = 0;
+  std::int64_t pane = 0;  ///< The one that gets the keys.
   std::string name{};
 
   bool operator==(const ClientRow&) const = default;
@@ -51,6 +56,10 @@ struct TmuxListing {
   std::vector<PaneRow> panes;
   std::vector<ClientRow> clients;
 };
+
+/// The name of the program in a pane's foreground, for a format. A process may call itself anything, also
+/// with tabs, line ends and what would be a format: whatever is no plain character becomes "?".
+inline constexpr std::string_view plainProgramName = "s/[^A-Za-z0-9._+-]/?/:pane_current_command";
 
 /// The values of `-F` for list-panes (and new-session -P) and for list-clients.
 const std::string& paneRowFormat();

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "BridgeModels/Date.h"
 #include "BridgeModels/Uuid.h"
 #include "System/Log.h"
 #include "TerminalAutomation/SerialTerminal.h"
@@ -28,6 +29,7 @@ struct TmuxOptions {
   std::filesystem::path temporaryDirectory{};  ///< Pictures go to Velmora/ in it.
   std::filesystem::path homeDirectory{};       ///< Where new sessions start; empty: $HOME, else "/".
   UuidSource uuid = Uuid::random;
+  Clock now = Date::now;
   TerminalDeadlines deadlines{};
   std::function<void(std::chrono::milliseconds)> sleep{};  ///< Empty: the system's.
 };

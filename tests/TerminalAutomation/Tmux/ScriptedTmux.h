@@ -17,12 +17,29 @@ namespace velmora::testing {
 inline std::string paneLine(const PaneRow& row) {
   const auto flag = [](bool value) { return std::string(value ? "1" : "0"); };
   std::string line = "R";
-  for (const std::string& field :
-       {std::to_string(row.serverProcess), std::to_string(row.serverStart), row.version, row.host,
-        "$" + std::to_string(row.session), "@" + std::to_string(row.window), "%" + std::to_string(row.pane),
-        row.tty, std::to_string(row.process), flag(row.dead), flag(row.inputOff), flag(row.synchronized),
-        flag(row.applicationCursor), flag(row.active), std::to_string(row.stackIndex),
-        std::to_string(row.sessionActivity), row.sessionName, row.windowName, row.title}) {
+  for (const std::string& field : {std::to_string(row.serverProcess),
+                                   std::to_string(row.serverStart),
+                                   row.version,
+                                   row.host,
+                                   "$" + std::to_string(row.session),
+                                   "@" + std::to_string(row.window),
+                                   "%" + std::to_string(row.pane),
+                                   row.tty,
+                                   std::to_string(row.process),
+                                   flag(row.dead),
+                                   flag(row.inputOff),
+                                   flag(row.synchronized),
+                                   flag(row.applicationCursor),
+                                   flag(row.active),
+                                   std::to_string(row.stackIndex),
+                                   std::to_string(row.sessionActivity),
+                                   std::to_string(row.cursorColumn),
+                                   std::to_string(row.cursorRow),
+                                   std::to_string(row.historySize),
+                                   row.program,
+                                   row.sessionName,
+                                   row.windowName,
+                                   row.title}) {
     line += "\t" + field;
   }
   return line + "\n";
@@ -30,7 +47,8 @@ inline std::string paneLine(const PaneRow& row) {
 
 inline std::string clientLine(const ClientRow& row) {
   return "C\t" + std::to_string(row.activity) + "\t" + std::to_string(row.created) + "\t$" +
-         std::to_string(row.session) + "\t@" + std::to_string(row.window) + "\t" + row.name + "\n";
+         std::to_string(row.session) + "\t@" + std::to_string(row.window) + "\t%" + std::to_string(row.pane) +
+         "\t" + row.name + "\n";
 }
 
 /// A pane of tmux 3.3a that is its window's active one.
@@ -47,6 +65,8 @@ inline PaneRow samplePane(std::int64_t pane, std::int64_t window, std::int64_t s
           .active = true,
           .stackIndex = window,
           .sessionActivity = 500,
+          .cursorColumn = 2,
+          .program = "bash",
           .sessionName = "s" + std::to_string(session),
           .windowName = "shell",
           .title = "desk"};

@@ -1,56 +1,14 @@
-#include <fcntl.h>
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+#include "tests/TerminalAutomation/Tmux/AttachedClient.h"
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 
 namespace velmora {
 namespace {
 
+using testing::AttachedClient;
 using testing::contentOf;
 using testing::eventually;
 using testing::structuredError;
 using testing::writeFile;
-
-/// A tmux client on a terminal of its own, as a person has it.
-class AttachedClient {
- public:
-  AttachedClient(const std::string& socket, const std::string& session) {
-    winsize size{.ws_row = 30, .ws_col = 100, .ws_xpixel = 0, .ws_ypixel = 0};
-    process_ = ::forkpty(&terminal_, nullptr, nullptr, &size);
-    if (process_ == 0) {
-      ::setenv("TERM", "xterm", 1);
-      ::unsetenv("TMUX");
-      ::execlp("tmux", "tmux", "-u", "-S", socket.c_str(), "attach-session", "-t", session.c_str(), nullptr);
-      ::_exit(127);
-    }
-    ::fcntl(terminal_, F_SETFL, O_NONBLOCK);
-    ::fcntl(terminal_, F_SETFD, FD_CLOEXEC);
-  }
-  ~AttachedClient() {
-    ::close(terminal_);
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
-  }
-  AttachedClient(const AttachedClient&) = delete;
-  AttachedClient& operator=(const AttachedClient&) = delete;
-
-  void press(const std::string& keys) const {
-    EXPECT_EQ(::write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
-  }
-  /// Takes what tmux draws, so that it is never held up.
-  void drain() const {
-    std::array<char, 65536> block;
-    while (::read(terminal_, block.data(), block.size()) > 0) {
-    }
-  }
-  std::string process() const { return std::to_string(process_); }
-
- private:
-  int terminal_ = -1;
-  pid_t process_ = -1;
-};
 
 class TmuxFocus : public testing::PrivateTmux {
  protected:
