@@ -30,4 +30,19 @@ std::string tidyPaneText(std::string captured) {
   return isValidUtf8(captured) ? captured : repairUtf8(captured);
 }
 
+TextEnd boundedEnd(std::string_view text, std::int64_t maxCharacters) {
+  constexpr std::int64_t bytesPerCharacter = 8;
+  constexpr std::int64_t bytesOfAFew = 256;  // the longest emoji have some forty bytes
+  constexpr std::int64_t mostBytes = 900'000;
+  TextEnd end = lastCharacters(text, maxCharacters);
+  const std::int64_t allowed = std::min(
+      mostBytes, bytesOfAFew + bytesPerCharacter * std::clamp(maxCharacters, std::int64_t{0}, mostBytes));
+  if (end.text.size() <= static_cast<std::size_t>(allowed)) return end;
+  end.text.remove_prefix(end.text.size() - static_cast<std::size_t>(allowed));
+  while (!end.text.empty() && (static_cast<unsigned char>(end.text.front()) & 0xC0u) == 0x80u)
+    end.text.remove_prefix(1);
+  end.totalCharacters = std::max(end.totalCharacters, characterCount(end.text) + 1);
+  return end;
+}
+
 }  // namespace velmora

@@ -8,7 +8,6 @@
 #include <tuple>
 #include <utility>
 
-#include "BridgeModels/Text.h"
 #include "System/FindProgram.h"
 #include "TerminalAutomation/PictureFile.h"
 #include "TerminalAutomation/Tmux/BusyDetector.h"
@@ -317,7 +316,7 @@ TerminalOutput TmuxOperations::readOutput(OutputSource source, std::int64_t maxC
   std::string captured = read(deadline, readText(paneAt(tab), source), historyLimit);
   captured.erase(0, 1);  // the end of the guard's line
   const std::string text = tidyPaneText(std::move(captured));
-  const TextEnd end = lastCharacters(text, maxCharacters);
+  const TextEnd end = boundedEnd(text, maxCharacters);
   return {.text = std::string(end.text), .source = source, .originalCharacterCount = end.totalCharacters};
 }
 

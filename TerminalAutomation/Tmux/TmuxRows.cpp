@@ -5,13 +5,44 @@
 #include <utility>
 
 #include "System/ProgramVersion.h"
+#include "System/Utf8.h"
 
 namespace velmora {
 
 namespace {
 
+constexpr std::size_t longestName = 256;  // code points; tmux cuts to as many columns
+
 bool readValue(std::string_view text, std::string& value) {
-  value = text;
+  value = isValidUtf8(text) ? std::string(text) : repairUtf8(text);
+  return true;
+}
+
+/// Marks that turn the direction of text or take no room: U+200B to U+200F, U+202A to U+202E, U+2066 to
+/// U+2069. `text` begins with a code point of three bytes.
+bool isHidden(std::string_view text) {
+  const auto second = static_cast<unsigned char>(text[1]);
+  const auto third = static_cast<unsigned char>(text[2]);
+  return static_cast<unsigned char>(text[0]) == 0xE2 &&
+         ((second == 0x80 && ((third >= 0x8B && third <= 0x8F) || (third >= 0xAA && third <= 0xAE))) ||
+          (second == 0x81 && third >= 0xA6 && third <= 0xA9));
+}
+
+/// What others chose to be read by people and agents: short, and nothing in it that cannot be seen.
+bool readName(std::string_view text, std::string& value) {
+  std::string all;
+  readValue(text, all);
+  value.clear();
+  std::string_view rest = all;
+  for (std::size_t count = 0; !rest.empty() && count < longestName;) {
+    const auto lead = static_cast<unsigned char>(rest.front());
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (length != 3 || !isHidden(rest)) {
+      value.append(rest.substr(0, length));
+      ++count;
+    }
+    rest.remove_prefix(length);
+  }
   return true;
 }
 
@@ -36,6 +67,12 @@ struct Field {
 template <class Row, auto member>
 constexpr Field<Row> field(std::string_view name) {
   return {name, [](std::string_view text, Row& row) { return readValue(text, row.*member); }};
+}
+
+/// Text that a user or a program chose; a title can be of any length.
+template <class Row, auto member>
+constexpr Field<Row> nameField(std::string_view name) {
+  return {name, [](std::string_view text, Row& row) { return readName(text, row.*member); }};
 }
 
 /// A field like "$1", "@2" or "%3".
@@ -68,9 +105,9 @@ constexpr std::array paneFields{
     field<PaneRow, &PaneRow::cursorRow>("cursor_y"),
     field<PaneRow, &PaneRow::historySize>("history_size"),
     field<PaneRow, &PaneRow::program>(plainProgramName),
-    field<PaneRow, &PaneRow::sessionName>("session_name"),
-    field<PaneRow, &PaneRow::windowName>("window_name"),
-    field<PaneRow, &PaneRow::title>("pane_title"),
+    nameField<PaneRow, &PaneRow::sessionName>("=256:session_name"),
+    nameField<PaneRow, &PaneRow::windowName>("=256:window_name"),
+    nameField<PaneRow, &PaneRow::title>("=256:pane_title"),
 };
 
 constexpr std::array clientFields{

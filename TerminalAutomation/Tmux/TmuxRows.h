@@ -33,6 +33,7 @@ struct PaneRow {
   std::int64_t cursorRow = 0;
   std::int64_t historySize = 0;  ///< Lines above the screen.
   std::string program{};         ///< In the foreground, with "?" for what is no plain character.
+  // At most 256 code points each, well-formed, without marks that nobody sees.
   std::string sessionName{};
   std::string windowName{};
   std::string title{};

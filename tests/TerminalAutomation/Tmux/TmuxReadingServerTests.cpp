@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 
 #include "BridgeModels/Text.h"
+#include "TerminalAutomation/Tmux/TmuxRows.h"
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 
 namespace velmora {
@@ -68,6 +69,24 @@ TEST_F(TmuxReading, CountsCharactersAsPeopleDoAndKeepsTheEnd) {
   const TerminalOutput output = read(tab, OutputSource::visible, 3);
   EXPECT_EQ(output.text, "🇰🇷 끝");
   EXPECT_EQ(output.originalCharacterCount, 8);
+}
+
+TEST_F(TmuxReading, OneCharacterWithoutEndIsCut) {
+  std::string content = "a";
+  for (int i = 0; i < 20'000; ++i) content += "\xe0\xa4\x83";
+  const auto tab = show(content + "\n");
+  ASSERT_TRUE(eventually([&] { return read(tab, OutputSource::history).text.size() > 50'000; }));
+  const TerminalOutput output = read(tab, OutputSource::history, 40);
+  EXPECT_LE(output.text.size(), 1'000u);
+  EXPECT_GT(output.originalCharacterCount, characterCount(output.text));
+}
+
+TEST_F(TmuxReading, TitlesOfAnyLengthMakeAShortListing) {
+  startServer({"sh", "-c", "printf '\\033]2;%0300000d\\007' 7; exec sleep 1000"});
+  ASSERT_TRUE(eventually([&] { return onlyTab().title.size() > 100; }));
+  EXPECT_LT(onlyTab().title.size(), 600u);
+  TmuxAnswer answer = ask({"list-panes", "-a", "-F", paneRowFormat()});
+  EXPECT_LT(answer.output.size(), 2'000u) << "tmux itself cuts them";
 }
 
 TEST_F(TmuxReading, GivesTheHistoryAboveTheScreen) {

@@ -52,6 +52,28 @@ TEST(TmuxRows, RefusesEveryTruncationOfARow) {
   }
 }
 
+TEST(TmuxRows, NamesAreShortWellFormedAndVisible) {
+  PaneRow pane = samplePane(1, 1);
+  const auto titleOf = [&](const std::string& title) {
+    pane.title = title;
+    const auto listing = parseListing(paneLine(pane));
+    return listing ? listing->panes[0].title : "refused";
+  };
+  EXPECT_EQ(titleOf("a\xe2\x80\xae"
+                    "b\xe2\x81\xa6"
+                    "c\xe2\x80\x8b"
+                    "d\xe2\x80\x8f"),
+            "abcd");
+  EXPECT_EQ(titleOf("\xe2\x80\x90 – \xe2\x81\xaa"), "\xe2\x80\x90 – \xe2\x81\xaa") << "those can be seen";
+  EXPECT_EQ(titleOf(std::string(300'000, 'x')), std::string(256, 'x'));
+  std::string joiners;
+  for (int i = 0; i < 100'000; ++i) joiners += "\xcc\x81";
+  EXPECT_EQ(titleOf(joiners).size(), 512u);
+  EXPECT_EQ(titleOf("a\xff\xc3"), "a\xef\xbf\xbd\xef\xbf\xbd");
+  pane.tty = "/dev/p\xff";
+  EXPECT_EQ(parseListing(paneLine(pane))->panes[0].tty, "/dev/p\xef\xbf\xbd");
+}
+
 TEST(TmuxRows, NamesAsManyFieldsAsItReads) {
   const std::string line = paneLine(samplePane(1, 1));
   EXPECT_EQ(std::count(paneRowFormat().begin(), paneRowFormat().end(), '\t'),
