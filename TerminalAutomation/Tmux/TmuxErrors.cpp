@@ -22,21 +22,22 @@ StructuredError notPermitted(std::string message, std::string suggestion) {
               std::move(suggestion));
 }
 
-/// For a call that broke off: what happened, and what the user should know of its effect.
+/// For a call that broke off: what happened, and what the user should know of its effect. One that may have
+/// changed something has failed; the code of the others means that nothing was begun.
 StructuredError brokenOff(std::string message, TmuxEffect effect, std::string suggestion) {
   switch (effect) {
     case TmuxEffect::none:
       return make(ErrorCode::terminalNotAvailable, std::move(message), /*retryable=*/true,
                   std::move(suggestion));
     case TmuxEffect::created:
-      return make(ErrorCode::terminalNotAvailable,
+      return make(ErrorCode::appleScriptExecutionFailed,
                   message + " It is unknown whether the session was created.", /*retryable=*/false,
                   "List the sessions before you create another one.");
     case TmuxEffect::typed:
       break;
   }
   // Repeating at once could run a command twice.
-  return make(ErrorCode::terminalNotAvailable,
+  return make(ErrorCode::appleScriptExecutionFailed,
               message + " The outcome is unknown: the input may have been typed.",
               /*retryable=*/false, "Read the session's output to see what happened before you send again.");
 }

@@ -15,14 +15,17 @@ using testing::numberedUuid;
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-/// Runs the tmux program and counts how often.
+/// Runs the tmux program and counts how often. What types can be made to break off.
 class CountingTransport final : public TmuxTransport {
  public:
-  CountingTransport(std::unique_ptr<TmuxTransport> inner, std::atomic<int>& programs)
-      : inner_(std::move(inner)), programs_(programs) {}
+  CountingTransport(std::unique_ptr<TmuxTransport> inner, std::atomic<int>& programs,
+                    const std::atomic<bool>& breaksOff)
+      : inner_(std::move(inner)), programs_(programs), breaksOff_(breaksOff) {}
 
   TmuxAnswer run(const TmuxInvocation& invocation) override {
     ++programs_;
+    if (breaksOff_ && invocation.arguments.front() == "load-buffer")
+      return {.end = TmuxAnswer::End::timedOut};
     return inner_->run(invocation);
   }
   std::string socketPath() const override { return inner_->socketPath(); }
@@ -31,6 +34,7 @@ class CountingTransport final : public TmuxTransport {
  private:
   const std::unique_ptr<TmuxTransport> inner_;
   std::atomic<int>& programs_;
+  const std::atomic<bool>& breaksOff_;
 };
 
 class TmuxCoordinator : public testing::PrivateTmux {
@@ -38,7 +42,8 @@ class TmuxCoordinator : public testing::PrivateTmux {
   BridgeCoordinator& coordinator() {
     if (!coordinator_) {
       TmuxParts parts = TmuxParts::ofSystem(options());
-      parts.transport = std::make_unique<CountingTransport>(std::move(parts.transport), programs_);
+      parts.transport =
+          std::make_unique<CountingTransport>(std::move(parts.transport), programs_, breaksOff_);
       executor_ = makeTmuxTerminal(options(), std::move(parts));
       coordinator_ = std::make_unique<BridgeCoordinator>(*executor_, registry_, state_, recorder_, settings_,
                                                          history_, time_.clock());
@@ -69,6 +74,7 @@ class TmuxCoordinator : public testing::PrivateTmux {
 
   const ClientIdentitySummary client_{"test", std::nullopt};
   std::atomic<int> programs_ = 0;
+  std::atomic<bool> breaksOff_ = false;
   PosixFileSystem files_;
   testing::FakeTime time_;
   BridgeOperationState state_{MCPState::active};
@@ -99,6 +105,17 @@ TEST_F(TmuxCoordinator, ACallStartsNoMoreTmuxProgramsThanItNeeds) {
             2);
   EXPECT_EQ(programsOf([&] { return core.captureScreen(request(), client_, {id}); }), 2);
   EXPECT_EQ(programsOf([&] { return core.focusSession(request(), client_, {id}); }), 3);
+}
+
+TEST_F(TmuxCoordinator, ADeliveryThatBrokeOffIsRecordedAsFailed) {
+  startServer();
+  const auto id = onlySession();
+  breaksOff_ = true;
+  const auto result = coordinator_->sendCommand(Uuid::random(), client_, {id, ":"});
+  ASSERT_FALSE(result.ok);
+  EXPECT_FALSE(result.error->retryable);
+  EXPECT_NE(result.error->message.find("may have been typed"), std::string::npos) << result.error->message;
+  EXPECT_EQ(recorder_.snapshot().back().status, RequestStatus::failed) << "it was not rejected";
 }
 
 TEST_F(TmuxCoordinator, AServerThatHangsCostsEachOfManyCallersTheSameFewSeconds) {

@@ -134,7 +134,9 @@ TEST_F(TmuxFailures, AHungServerEndsEveryOperationAtItsDeadlineAndGetsNothingLat
               [&] { executor.readOutput(OutputSource::history, 9, tab.tty, tab.windowId).get(); }),
           structuredError([&] { executor.captureScreen(tab.tty, tab.windowId).get(); }),
           structuredError([&] { executor.focus(tab.tty, tab.windowId).get(); })}) {
-      EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable) << error.message;
+      EXPECT_EQ(error.code,
+                error.retryable ? ErrorCode::terminalNotAvailable : ErrorCode::appleScriptExecutionFailed)
+          << error.message;
     }
     EXPECT_LT(std::chrono::steady_clock::now() - start, 8 * 700ms + 3s);
     EXPECT_EQ(children(), "") << "a process is left";
@@ -205,7 +207,7 @@ TEST_F(TmuxFailures, AServerThatDiesInMidCallIsReported) {
   ASSERT_TRUE(eventually([] { return aChildWaits(); })) << "it has not reached the server";
   ::kill(server, SIGKILL);
   const auto error = structuredError([&] { sending.get(); });
-  EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
+  EXPECT_EQ(error.code, ErrorCode::appleScriptExecutionFailed);
   EXPECT_NE(error.message.find("The outcome is unknown"), std::string::npos) << error.message;
   EXPECT_FALSE(executor().status().get().running);
 }

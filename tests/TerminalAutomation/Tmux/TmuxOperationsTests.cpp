@@ -214,7 +214,7 @@ TEST_F(TmuxOperationsTest, ALostServerWhileTypingLeavesTheOutcomeUnknown) {
   listed();
   tmux_.answers = {failed("server exited unexpectedly\n")};
   const auto error = structuredError([&] { send(); });
-  EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
+  EXPECT_EQ(error.code, ErrorCode::appleScriptExecutionFailed);
   EXPECT_FALSE(error.retryable);
 }
 
