@@ -45,7 +45,9 @@ std::vector<TerminalSession> SessionRegistry::reconcile(const std::vector<Termin
   for (const auto& snapshot : snapshots) {
     auto* known = sessionOfTTY(snapshot.tty);
     if (known == nullptr) {
-      add(unusedId(), snapshot, foundPermission, /*bridgeCreated=*/false, now);
+      // A window that an earlier run opened is no tab of the user's own.
+      add(unusedId(), snapshot, snapshot.madeByBridge ? SessionPermission::managed : foundPermission,
+          /*bridgeCreated=*/false, now);
     } else if (known->windowId == snapshot.windowId) {
       refresh(*known, snapshot, now);
     } else {

@@ -34,6 +34,8 @@ struct TerminalTabSnapshot {
   bool busy = false;                      ///< A command is running in the tab.
   bool selected = false;                  ///< The selected tab of its window.
   std::optional<TabIdentity> identity{};  ///< Not in JSON. Absent when the adapter knows nothing that lasts.
+  /// This bridge or an earlier one opened the tab, as the terminal remembers. Not in JSON.
+  bool madeByBridge = false;
 
   bool operator==(const TerminalTabSnapshot&) const = default;
 };

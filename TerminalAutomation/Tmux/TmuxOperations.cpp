@@ -24,6 +24,7 @@ constexpr std::size_t historyLimit = std::size_t{256} << 20;
 constexpr std::size_t screenLimit = std::size_t{64} << 20;
 constexpr auto restartPause = 300ms;
 constexpr auto pollPause = 20ms;
+constexpr int mostSessions = 1'000;
 constexpr int promptPolls = 100;
 constexpr int attachPolls = 150;
 
@@ -195,7 +196,8 @@ TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
           .title = paneTitle(pane.row),
           .busy = isBusy(pane.row),
           .selected = pane.row.active,
-          .identity = paneIdentity(pane.row)};
+          .identity = paneIdentity(pane.row),
+          .madeByBridge = pane.row.made};
 }
 
 TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
@@ -225,15 +227,11 @@ std::vector<TerminalTabSnapshot> TmuxOperations::listSessions(Deadline deadline)
 
 TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
   makeTmuxSocketFolder(parts_.transport->socketPath());
-  std::vector<std::string> arguments{"new-session", "-d", "-x", "120", "-y", "40", "-c"};
-  arguments.push_back(literally(options_.homeDirectory.string()));
-  arguments.insert(arguments.end(), {"-P", "-F", paneRowFormat()});
-  arguments.insert(arguments.end(), {";", "show-options", "-gqv", "destroy-unattached"});
-  TmuxAnswer answer = invoke(deadline, arguments);
+  TmuxAnswer answer = newSession(deadline);
   if (saysServerLost(answer)) {
     // The former server was still ending.
     options_.sleep(restartPause);
-    answer = invoke(deadline, arguments);
+    answer = newSession(deadline);
   }
   if (auto failure = tmuxFailure(answer, TmuxEffect::created)) throw std::move(*failure);
   const std::size_t lineEnd = std::min(answer.output.find('\n'), answer.output.size() - 1);
@@ -245,6 +243,22 @@ TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
   if (const auto pane = waitForPrompt(deadline, row.pane)) return snapshot(*pane);
   const std::string_view option = std::string_view(answer.output).substr(lineEnd + 1);
   throw tmuxError::sessionEndedAtOnce(!option.empty() && !option.starts_with("off"));
+}
+
+/// "velmora-1" or the next number that no session has.
+TmuxAnswer TmuxOperations::newSession(Deadline deadline) const {
+  TmuxAnswer answer;
+  for (int number = 1; number <= mostSessions; ++number) {
+    const std::string name = "velmora-" + std::to_string(number);
+    std::vector<std::string> arguments{"new-session", "-d", "-s", name, "-x", "120", "-y", "40", "-c"};
+    arguments.push_back(literally(options_.homeDirectory.string()));
+    arguments.insert(arguments.end(),
+                     {"-P", "-F", paneRowFormat(), ";", "show-options", "-gqv", "destroy-unattached", ";",
+                      "set-option", "-p", "-q", "-t", "=" + name + ":", std::string(madeOption), "1"});
+    answer = invoke(deadline, std::move(arguments));
+    if (!answer.errorOutput.starts_with("duplicate session")) break;
+  }
+  return answer;
 }
 
 std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std::int64_t pane) const {
@@ -358,7 +372,7 @@ bool TmuxOperations::showInDesktopTerminal(Deadline deadline, const PaneRow& pan
   const auto program = options_.program ? options_.program : findProgram("tmux", options_.environment);
   if (!program || !parts_.desktop->open({program->string(), "-u", "-S", parts_.transport->socketPath(),
                                          "attach-session", "-t", paneTarget(pane)})) {
-    return true;  // no screen at hand: the next attach shows it
+    return true;  // no screen at hand: attaching to this session shows it
   }
   for (int poll = 0; poll < attachPolls; ++poll) {
     if (!list(deadline, /*withClients=*/true).clients.empty()) return true;

@@ -47,6 +47,7 @@ class TmuxOperations final : public TerminalOperations {
   TmuxListing list(Deadline deadline, bool withClients) const;
   std::string clientVersion(Deadline deadline) const;
   TerminalTabSnapshot snapshot(const ArrangedPane& pane);
+  TmuxAnswer newSession(Deadline deadline) const;
   std::optional<ArrangedPane> waitForPrompt(Deadline deadline, std::int64_t pane) const;
 
   PaneRow paneAt(const TabAddress& tab) const;

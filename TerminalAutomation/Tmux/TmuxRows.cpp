@@ -99,6 +99,7 @@ constexpr std::array paneFields{
     field<PaneRow, &PaneRow::synchronized>("pane_synchronized"),
     field<PaneRow, &PaneRow::applicationCursor>("keypad_cursor_flag"),
     field<PaneRow, &PaneRow::active>("pane_active"),
+    field<PaneRow, &PaneRow::made>("==:#{@velmora-made},1"),
     field<PaneRow, &PaneRow::stackIndex>("window_stack_index"),
     field<PaneRow, &PaneRow::sessionActivity>("session_activity"),
     field<PaneRow, &PaneRow::cursorColumn>("cursor_x"),

@@ -27,6 +27,7 @@ struct PaneRow {
   bool synchronized = false;       ///< What is typed goes to the window's other panes too.
   bool applicationCursor = false;  ///< Cursor keys send ESC O rather than ESC [.
   bool active = false;
+  bool made = false;                 ///< The bridge made it, this run's or an earlier one.
   std::int64_t stackIndex = 0;       ///< Of the window in its session, 0 = current, 1 = last, ...
   std::int64_t sessionActivity = 0;  ///< Unix seconds.
   std::int64_t cursorColumn = 0;     ///< From 0, as the row, which counts from the top of the screen.
@@ -61,6 +62,9 @@ struct TmuxListing {
 /// The name of the program in a pane's foreground, for a format. A process may call itself anything, also
 /// with tabs, line ends and what would be a format: whatever is no plain character becomes "?".
 inline constexpr std::string_view plainProgramName = "s/[^A-Za-z0-9._+-]/?/:pane_current_command";
+
+/// The option of a pane by which a bridge knows later that a bridge made it.
+inline constexpr std::string_view madeOption = "@velmora-made";
 
 /// The values of `-F` for list-panes (and new-session -P) and for list-clients.
 const std::string& paneRowFormat();

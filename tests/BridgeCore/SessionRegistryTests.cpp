@@ -45,6 +45,16 @@ TEST(SessionRegistry, RegistersFoundTabsByPolicy) {
   EXPECT_EQ(both[1].permission, SessionPermission::readOnly);
 }
 
+TEST(SessionRegistry, ATabThatAnEarlierRunOpenedIsManagedWhateverThePolicy) {
+  auto registry = makeRegistry();
+  auto made = tab("/dev/ttys001");
+  made.madeByBridge = true;
+  const auto both = registry.reconcile({made, tab("/dev/ttys002", 2, 2)}, SessionPolicy::selective, atFirst);
+  ASSERT_EQ(both.size(), 2u);
+  EXPECT_EQ(both[0].permission, SessionPermission::managed);
+  EXPECT_EQ(both[1].permission, SessionPermission::readOnly);
+}
+
 TEST(SessionRegistry, RefreshesAKnownTabAndKeepsWhatIsItsOwn) {
   auto registry = makeRegistry();
   const auto id = registry.reconcile({tab("/dev/ttys001", 5)}, SessionPolicy::safe, atFirst)[0].sessionId;

@@ -31,6 +31,7 @@ inline std::string paneLine(const PaneRow& row) {
                                    flag(row.synchronized),
                                    flag(row.applicationCursor),
                                    flag(row.active),
+                                   flag(row.made),
                                    std::to_string(row.stackIndex),
                                    std::to_string(row.sessionActivity),
                                    std::to_string(row.cursorColumn),

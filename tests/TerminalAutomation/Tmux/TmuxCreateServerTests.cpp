@@ -1,6 +1,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <set>
+
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
 
 namespace velmora {
@@ -69,6 +71,22 @@ TEST_F(TmuxCreate, WindowsSurviveTheAdapter) {
   const auto tab = executor().createWindow().get();
   executor_.reset();
   EXPECT_EQ(onlyTab(), tab);
+}
+
+TEST_F(TmuxCreate, ItsSessionsHaveNamesOfTheirOwnAndAreKnownAfterARestart) {
+  startServer();
+  tmux({"new-session", "-d", "-s", "velmora-2"});
+  const auto first = executor().createWindow().get();
+  const auto second = executor().createWindow().get();
+  EXPECT_TRUE(first.title.starts_with("velmora-1: ")) << first.title;
+  EXPECT_TRUE(second.title.starts_with("velmora-3: ")) << second.title;
+  tmux({"split-window", "-d", "-t", "=velmora-1:"});
+  executor_.reset();
+  std::set<std::string> made;
+  for (const TerminalTabSnapshot& tab : tabs()) {
+    if (tab.madeByBridge) made.insert(tab.tty);
+  }
+  EXPECT_EQ(made, (std::set<std::string>{first.tty, second.tty})) << "and nothing that the user opened";
 }
 
 TEST_F(TmuxCreate, WaitsForOtherShellsToo) {
