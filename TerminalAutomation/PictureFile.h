@@ -15,7 +15,8 @@ namespace velmora {
 std::filesystem::path pictureFileForProgram(const std::filesystem::path& temporaryDirectory, const Uuid& id);
 
 /// Writes `png` to a new file for its owner alone and returns the absolute path. Throws std::system_error;
-/// nothing is left of a file that could not be written. Any thread.
+/// nothing is left of a file that could not be written. Of the pictures that were written before it removes
+/// those that are a day older, and all but the latest 50 with this one. Any thread.
 std::filesystem::path writePictureFile(const std::filesystem::path& temporaryDirectory, const Uuid& id,
                                        std::string_view png);
 

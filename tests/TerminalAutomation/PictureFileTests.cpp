@@ -68,6 +68,46 @@ TEST(PictureFile, RefusesAFolderThatIsALinkOrAFile) {
   EXPECT_THROW(writePictureFile(directory.path(), numberedUuid(1), "x"), std::system_error);
 }
 
+TEST(PictureFile, RemovesItsOwnOldOnesAndNoOther) {
+  const TemporaryDirectory directory;
+  const auto folder = writePictureFile(directory.path(), numberedUuid(1), "x").parent_path();
+  const auto nameOf = [](std::uint64_t id) { return "terminal-" + numberedUuid(id).toString() + ".png"; };
+  const auto aged = [&](const std::string& name, std::chrono::hours age) {
+    if (!std::filesystem::exists(folder / name)) testing::writeFile(folder / name, "x");
+    std::filesystem::last_write_time(folder / name, std::filesystem::file_time_type::clock::now() - age);
+  };
+  aged(nameOf(1), std::chrono::hours(25));
+  aged(nameOf(2), std::chrono::hours(23));
+  aged("terminal-notes.png", std::chrono::hours(100));
+  aged("other.png", std::chrono::hours(100));
+  std::filesystem::create_directory(folder / nameOf(3));
+  testing::writeFile(directory / "target", "kept");
+  std::filesystem::last_write_time(directory / "target",
+                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(100));
+  std::filesystem::create_symlink(directory / "target", folder / nameOf(4));
+  writePictureFile(directory.path(), numberedUuid(5), "x");
+  EXPECT_FALSE(std::filesystem::exists(folder / nameOf(1)));
+  for (const std::string& name : {nameOf(2), nameOf(3), nameOf(4), nameOf(5), std::string("other.png"),
+                                  std::string("terminal-notes.png")}) {
+    EXPECT_TRUE(std::filesystem::exists(folder / name)) << name;
+  }
+  EXPECT_EQ(contentOf(directory / "target"), "kept");
+}
+
+TEST(PictureFile, KeepsTheLatestFifty) {
+  const TemporaryDirectory directory;
+  std::filesystem::path first;
+  for (std::uint64_t id = 1; id <= 60; ++id) {
+    const auto path = writePictureFile(directory.path(), numberedUuid(id), "x");
+    std::filesystem::last_write_time(
+        path, std::filesystem::file_time_type::clock::now() - std::chrono::minutes(100 - id));
+  }
+  EXPECT_EQ(namesIn(directory / "Velmora").size(), 50u);
+  const auto nameOf = [](std::uint64_t id) { return "terminal-" + numberedUuid(id).toString() + ".png"; };
+  EXPECT_FALSE(std::filesystem::exists(directory / "Velmora" / nameOf(10)));
+  EXPECT_TRUE(std::filesystem::exists(directory / "Velmora" / nameOf(11)));
+}
+
 TEST(PictureFile, LeavesNothingOfAPictureThatDoesNotFit) {
   const TemporaryDirectory directory;
   // A limit on the size of files stands in for a full disk. Past it a write fails once the signal is ignored.
