@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "System/FindProgram.h"
+#include "TerminalAutomation/Tmux/ServerScope.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
@@ -35,11 +36,12 @@ std::vector<std::string> cleanedTmuxEnvironment(const Environment& environment) 
 
 TmuxProcessTransport::TmuxProcessTransport(Environment environment,
                                            const std::optional<std::filesystem::path>& socket,
-                                           std::optional<std::filesystem::path> program)
+                                           std::optional<std::filesystem::path> program, bool inService)
     : environment_(std::move(environment)),
       childEnvironment_(cleanedTmuxEnvironment(environment_)),
       socket_(chooseTmuxSocket(socket, environment_)),
-      program_(std::move(program)) {}
+      program_(std::move(program)),
+      inService_(inService) {}
 
 TmuxAnswer TmuxProcessTransport::run(const TmuxInvocation& invocation) {
   using End = TmuxAnswer::End;
@@ -51,12 +53,13 @@ TmuxAnswer TmuxProcessTransport::run(const TmuxInvocation& invocation) {
   // -u: UTF-8 whatever the locale.
   std::vector<std::string> arguments{"-u", "-S", socket_.string()};
   arguments.insert(arguments.end(), invocation.arguments.begin(), invocation.arguments.end());
-  ChildResult result = runner_.run({.program = *program,
-                                    .arguments = std::move(arguments),
-                                    .environment = childEnvironment_,
-                                    .standardInput = invocation.standardInput,
-                                    .deadline = invocation.deadline,
-                                    .outputLimit = invocation.outputLimit});
+  ChildRequest request{.program = *program,
+                       .arguments = std::move(arguments),
+                       .environment = childEnvironment_,
+                       .standardInput = invocation.standardInput,
+                       .deadline = invocation.deadline,
+                       .outputLimit = invocation.outputLimit};
+  ChildResult result = mayStartServer(invocation) ? runInScope(request) : runner_.run(request);
   TmuxAnswer answer{.exitStatus = result.exitStatus,
                     .output = std::move(result.output),
                     .errorOutput = std::move(result.errorOutput)};
@@ -80,6 +83,25 @@ TmuxAnswer TmuxProcessTransport::run(const TmuxInvocation& invocation) {
       break;
   }
   return answer;
+}
+
+bool TmuxProcessTransport::mayStartServer(const TmuxInvocation& invocation) {
+  return !invocation.arguments.empty() && invocation.arguments.front() == "new-session";
+}
+
+/// Without a user's systemd to ask, as it would be run otherwise.
+ChildResult TmuxProcessTransport::runInScope(const ChildRequest& request) {
+  const auto starter = inService_ ? findProgram("systemd-run", environment_) : std::nullopt;
+  if (!starter) return runner_.run(request);
+  ChildRequest scoped = request;
+  scoped.program = *starter;
+  scoped.arguments = {"--user", "--scope", "--quiet", "--collect", "--", request.program.string()};
+  scoped.arguments.insert(scoped.arguments.end(), request.arguments.begin(), request.arguments.end());
+  ChildResult result = runner_.run(scoped);
+  const bool began =
+      result.end != ChildResult::End::notStarted &&
+      !(result.end == ChildResult::End::exited && result.exitStatus != 0 && saysNoScope(result.errorOutput));
+  return began ? result : runner_.run(request);
 }
 
 }  // namespace velmora

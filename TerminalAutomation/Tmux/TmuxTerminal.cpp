@@ -2,13 +2,15 @@
 
 #include <utility>
 
+#include "TerminalAutomation/Tmux/ServerScope.h"
 #include "TerminalAutomation/Tmux/TmuxOperations.h"
 
 namespace velmora {
 
 TmuxParts TmuxParts::ofSystem(const TmuxOptions& options) {
   return {.transport = makeTmuxTransport(options.transport, options.environment, options.socketPath,
-                                         options.program, options.log),
+                                         options.program, options.log,
+                                         runsInService(options.controlGroups.value_or(ownControlGroups()))),
           .processes = systemProcessTable(),
           .desktop = std::make_unique<SystemDesktopTerminal>(options.environment),
           .drawPicture = renderPanePicture};

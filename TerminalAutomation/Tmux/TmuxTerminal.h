@@ -24,6 +24,7 @@ struct TmuxOptions {
   Environment environment{};                          ///< The bridge's own.
   std::optional<std::filesystem::path> socketPath{};  ///< Else that of $TMUX, else tmux's default.
   std::optional<std::filesystem::path> program{};     ///< Else tmux in $PATH.
+  std::optional<std::string> controlGroups{};         ///< Else ownControlGroups().
   TmuxTransportChoice transport = TmuxTransportChoice::automatic;
   Log log{};
   std::filesystem::path temporaryDirectory{};  ///< Pictures go to Velmora/ in it.

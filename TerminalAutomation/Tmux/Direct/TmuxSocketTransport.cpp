@@ -81,8 +81,8 @@ void TmuxSocketTransport::tell(const std::string& reason) const {
 std::unique_ptr<TmuxTransport> makeTmuxTransport(TmuxTransportChoice choice, const Environment& environment,
                                                  const std::optional<std::filesystem::path>& socket,
                                                  const std::optional<std::filesystem::path>& program,
-                                                 const Log& log) {
-  auto byProgram = std::make_unique<TmuxProcessTransport>(environment, socket, program);
+                                                 const Log& log, bool inService) {
+  auto byProgram = std::make_unique<TmuxProcessTransport>(environment, socket, program, inService);
   if (choice == TmuxTransportChoice::program) return byProgram;
   return std::make_unique<TmuxSocketTransport>(std::move(byProgram), environment, log);
 }

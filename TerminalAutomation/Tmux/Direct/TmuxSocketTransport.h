@@ -52,10 +52,10 @@ class TmuxSocketTransport final : public TmuxTransport {
 enum class TmuxTransportChoice { automatic, program };
 
 /// The transport for the server that `socket` and `environment` name (see chooseTmuxSocket), with `program`
-/// or, without it, the tmux in $PATH.
+/// or, without it, the tmux in $PATH. `inService`: the bridge is a service, which its servers shall outlive.
 std::unique_ptr<TmuxTransport> makeTmuxTransport(TmuxTransportChoice choice, const Environment& environment,
                                                  const std::optional<std::filesystem::path>& socket,
                                                  const std::optional<std::filesystem::path>& program,
-                                                 const Log& log);
+                                                 const Log& log, bool inService = false);
 
 }  // namespace velmora

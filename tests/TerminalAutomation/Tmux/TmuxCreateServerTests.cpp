@@ -89,6 +89,13 @@ TEST_F(TmuxCreate, ItsSessionsHaveNamesOfTheirOwnAndAreKnownAfterARestart) {
   EXPECT_EQ(made, (std::set<std::string>{first.tty, second.tty})) << "and nothing that the user opened";
 }
 
+TEST_F(TmuxCreate, AServiceStartsAServerTooWhereNoSystemdOfTheUserAnswers) {
+  TmuxOptions service = options();
+  service.controlGroups = "0::/system.slice/velmora-headless.service\n";
+  executor_ = makeTmuxTerminal(service);
+  EXPECT_FALSE(executor().createWindow().get().busy);
+}
+
 TEST_F(TmuxCreate, WaitsForOtherShellsToo) {
   for (const char* const shell : {"/usr/bin/zsh", "/usr/bin/fish", "/usr/bin/dash"}) {
     environment_["SHELL"] = shell;

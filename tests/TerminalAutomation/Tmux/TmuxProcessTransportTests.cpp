@@ -20,6 +20,22 @@ class TmuxProcessTransportTest : public ::testing::Test {
     std::filesystem::permissions(path, std::filesystem::perms::owner_all);
     return path;
   }
+  /// How the tmux program is started for `command`, when systemd-run prints its arguments or, after `refusal`
+  /// on standard error, fails.
+  std::string startOf(const std::string& command, bool inService, const std::string& refusal = "") {
+    program("bin");
+    const auto starter = directory_ / "bin" / "systemd-run";
+    writeFile(starter, refusal.empty() ? "#!/bin/sh\necho systemd-run \"$@\"\n"
+                                       : "#!/bin/sh\necho '" + refusal + "' >&2\nexit 1\n");
+    std::filesystem::permissions(starter, std::filesystem::perms::owner_all);
+    TmuxProcessTransport transport({{"PATH", (directory_ / "bin").string()}}, directory_ / "s", std::nullopt,
+                                   inService);
+    const TmuxAnswer answer =
+        transport.run({.arguments = {command, "-d"},
+                       .deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20)});
+    EXPECT_EQ(answer.end, TmuxAnswer::End::exited);
+    return answer.output.substr(0, answer.output.find('\n')) + answer.errorOutput;
+  }
   TmuxAnswer run(const Environment& environment) {
     TmuxProcessTransport transport(environment, directory_ / "s", std::nullopt);
     return transport.run({.arguments = {"list-panes"},
@@ -51,6 +67,26 @@ TEST_F(TmuxProcessTransportTest, HandsOverACleanedEnvironment) {
   }
   for (const char* dropped : {"TMUX", "secret"})
     EXPECT_EQ(answer.output.find(dropped), std::string::npos) << dropped;
+}
+
+TEST_F(TmuxProcessTransportTest, AServersServiceIsNotTheBridges) {
+  const std::string socket = (directory_ / "s").string();
+  const std::string plain = "-u -S " + socket + " new-session -d";
+  EXPECT_EQ(startOf("new-session", true), "systemd-run --user --scope --quiet --collect -- " +
+                                              (directory_ / "bin" / "tmux").string() + " " + plain);
+  EXPECT_EQ(startOf("list-panes", true), "-u -S " + socket + " list-panes -d") << "it starts no server";
+  EXPECT_EQ(startOf("new-session", false), plain);
+}
+
+TEST_F(TmuxProcessTransportTest, WithoutASystemdOfTheUserAServerIsStartedPlainly) {
+  const std::string plain = "-u -S " + (directory_ / "s").string() + " new-session -d";
+  for (const char* const refusal :
+       {"Failed to connect to bus: No medium found", "Failed to start transient scope unit: Interactive",
+        "System has not been booted with systemd as init system (PID 1). Can not operate."}) {
+    EXPECT_EQ(startOf("new-session", true, refusal), plain) << refusal;
+  }
+  EXPECT_EQ(startOf("new-session", true, "duplicate session: x"), "duplicate session: x\n")
+      << "tmux itself said that: it is not asked twice";
 }
 
 TEST_F(TmuxProcessTransportTest, FindsTheFirstProgramInThePathThatMayRun) {
