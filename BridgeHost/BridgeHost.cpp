@@ -2,7 +2,6 @@
 
 #include "BridgeCore/HistoryStore/StoreFiles.h"
 #include "BridgeCore/StructuredErrorMapper.h"
-#include "LocalControl/UnixSocketClient.h"
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "System/StagedFile.h"
 #include "TerminalAutomation/SerialTerminal.h"
@@ -23,25 +22,6 @@ void removeLeftovers(FileSystem& files, const Environment& environment, const Lo
     }
   }
 }
-
-// Another bridge that serves there keeps its socket.
-std::unique_ptr<LocalControlServer> serverAt(const std::filesystem::path& socketURL,
-                                             LocalControlHandler handler, const BridgeHostOptions& options) {
-  try {
-    if (UnixSocketClient::isAnswering(socketURL))
-      throw std::runtime_error("Velmora is already running there");
-    return std::make_unique<LocalControlServer>(
-        std::move(handler), socketURL,
-        LocalControlServerOptions{.log = options.log,
-                                  .acceptingEnded = options.acceptingEnded,
-                                  .place = [environment = options.environment] {
-                                    return UnixSocketEndpoint::defaultURL(environment);
-                                  }});
-  } catch (const UnixSocketError& error) {
-    throw std::runtime_error(error.inWords());
-  }
-}
-
 std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
                                                const std::filesystem::path& temporaryDirectory) {
   try {
@@ -56,7 +36,9 @@ std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
 }  // namespace
 
 BridgeHost::BridgeHost(const BridgeHostOptions& options)
-    : socketURL_(UnixSocketEndpoint::defaultURL(options.environment)),
+    : environment_(options.environment),
+      socketURL_(UnixSocketEndpoint::defaultURL(environment_)),
+      acceptingEnded_(options.acceptingEnded),
       log_(options.log),
       folder_(defaultSettingsFile(options.environment).parent_path(), log_),
       terminal_(terminalOf(options, socketURL_.parent_path().parent_path())),
@@ -70,18 +52,7 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
       coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
                    options.now, log_, &permissionStore_),
       router_(coordinator_) {
-  if (!folder_.isOurs()) {
-    serverProblem_ = folder_.problem();
-    return;
-  }
-  removeLeftovers(folder_.files(), options.environment, log_);
-  try {
-    localServer_ = serverAt(
-        socketURL_, [this](auto request, const auto& caller) { return router_.answer(request, caller); },
-        options);
-  } catch (const std::exception& error) {
-    serverProblem_ = error.what();
-  }
+  renewServer();
 }
 
 BridgeHost::~BridgeHost() { endServing(); }
@@ -96,6 +67,32 @@ void BridgeHost::startServing() {
   if (!localServer_) return;
   localServer_->start();
   log_.info("socket", "serving at " + socketURL_.string());
+}
+
+void BridgeHost::renewServer() {
+  localServer_.reset();  // first, since it would be found answering
+  serverProblem_.clear();
+  try {
+    localServer_ = makeServer();
+  } catch (const UnixSocketError& error) {
+    serverProblem_ = error.inWords();
+  } catch (const std::exception& error) {
+    serverProblem_ = error.what();
+  }
+}
+
+// Another bridge that serves there keeps its socket, and one that has the folder its files.
+std::unique_ptr<LocalControlServer> BridgeHost::makeServer() {
+  otherBridge_ = otherBridgeAt(socketURL_);
+  if (otherBridge_) throw std::runtime_error("Velmora is already running there");
+  if (!folder_.claim()) throw std::runtime_error(folder_.problem());
+  removeLeftovers(folder_.files(), environment_, log_);
+  return std::make_unique<LocalControlServer>(
+      [this](auto request, const auto& caller) { return router_.answer(request, caller); }, socketURL_,
+      LocalControlServerOptions{
+          .log = log_, .acceptingEnded = acceptingEnded_, .place = [environment = environment_] {
+            return UnixSocketEndpoint::defaultURL(environment);
+          }});
 }
 
 void BridgeHost::endServing() noexcept {

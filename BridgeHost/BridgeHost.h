@@ -6,10 +6,12 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "BridgeCore/BridgeCoordinator.h"
 #include "BridgeHost/DataFolder.h"
+#include "BridgeHost/OtherBridge.h"
 #include "LocalControl/LocalControlRouter.h"
 #include "LocalControl/LocalControlServer.h"
 #include "System/Environment.h"
@@ -47,6 +49,10 @@ class BridgeHost {
   /// Starts to serve, if the server could be made.
   void startServing();
 
+  /// Makes the server anew, in place of one that accepts no more or that could not be made; `startServing` is
+  /// to follow. Connections that are still being served end.
+  void renewServer();
+
   /// Ends the server, then deletes the history or saves the end of it as the settings ask: `shown`, if the
   /// user sees any, as BridgeCoordinator::leaveHistory says. Requests under way are answered; after half a
   /// second the terminal's part in them is cut short.
@@ -61,11 +67,16 @@ class BridgeHost {
   /// `serverProblem` says why. In the last case nothing can be saved either.
   LocalControlServer* localServer() { return localServer_.get(); }
   const std::string& serverProblem() const { return serverProblem_; }
+  /// The one that answers in place of this one.
+  const std::optional<OtherBridge>& otherBridge() const { return otherBridge_; }
 
  private:
   void endServing() noexcept;
+  std::unique_ptr<LocalControlServer> makeServer();
 
+  const Environment environment_;
   const std::filesystem::path socketURL_;
+  const AcceptingEnded acceptingEnded_;
   const Log log_;
   DataFolder folder_;
   std::unique_ptr<TerminalAutomating> terminal_;
@@ -78,6 +89,7 @@ class BridgeHost {
   BridgeCoordinator coordinator_;
   LocalControlRouter router_;
   std::string serverProblem_;
+  std::optional<OtherBridge> otherBridge_;
   std::unique_ptr<LocalControlServer> localServer_;
 };
 

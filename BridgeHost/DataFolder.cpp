@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <system_error>
 
 #include "BridgeCore/HistoryStore/StoreFiles.h"
@@ -13,35 +14,6 @@ namespace {
 
 constexpr auto runMark = "running\n";
 
-/// Another bridge's files: to be read only.
-class ForeignFiles final : public FileSystem {
- public:
-  bool exists(const std::filesystem::path& path) override { return real_.exists(path); }
-  std::string read(const std::filesystem::path& path) override { return real_.read(path); }
-  std::optional<double> lastWritten(const std::filesystem::path& path) override {
-    return real_.lastWritten(path);
-  }
-  std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override {
-    return real_.linkTarget(path);
-  }
-  std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override {
-    return real_.filesBeginningWith(prefix);
-  }
-  void create(const std::filesystem::path& path, std::string_view) override { refuse(path); }
-  void rename(const std::filesystem::path& from, const std::filesystem::path&) override { refuse(from); }
-  void remove(const std::filesystem::path& path) override { refuse(path); }
-  void setMode(const std::filesystem::path& path, mode_t) override { refuse(path); }
-  void createDirectories(const std::filesystem::path& path) override { refuse(path); }
-  void flushDirectory(const std::filesystem::path& path) override { refuse(path); }
-
- private:
-  [[noreturn]] static void refuse(const std::filesystem::path& path) {
-    throw std::system_error(EBUSY, std::generic_category(), "another bridge uses " + path.string());
-  }
-
-  PosixFileSystem real_;
-};
-
 std::string wordsOfHolder(const std::filesystem::path& file, const std::filesystem::path& folder) {
   const auto text = textOfLock(file);
   const auto process = text.substr(0, text.find('\n'));
@@ -51,22 +23,31 @@ std::string wordsOfHolder(const std::filesystem::path& file, const std::filesyst
 
 }  // namespace
 
-DataFolder::DataFolder(const std::filesystem::path& folder, Log log) : log_(std::move(log)) {
-  const auto file = folder / "bridge.lock";
+DataFolder::DataFolder(const std::filesystem::path& folder, Log log) : folder_(folder), log_(std::move(log)) {
+  problem_ = "not claimed yet";
+  claim();
+}
+
+bool DataFolder::claim() {
+  if (isOurs()) return true;
+  const auto file = folder_ / "bridge.lock";
   try {
-    ensureDirectory(*files_, folder);
+    PosixFileSystem unlocked;
+    ensureDirectory(unlocked, folder_);
     lock_ = FileLock::take(file);
     if (!lock_) {
-      problem_ = wordsOfHolder(file, folder);
-      files_ = std::make_unique<ForeignFiles>();
-      return;
+      problem_ = wordsOfHolder(file, folder_);
+      return false;
     }
     formerRunWasCutShort_ = lock_->text().ends_with(runMark);
   } catch (...) {
-    log_.warning("start", "another bridge on " + folder.string() +
+    log_.warning("start", "another bridge on " + folder_.string() +
                               " would not be noticed: " + problemSentence(std::current_exception()));
   }
+  problem_.clear();
+  files_.close(false);
   write(formerRunWasCutShort_ ? runMark : "");
+  return true;
 }
 
 void DataFolder::beginRun() noexcept { write(runMark); }
@@ -80,5 +61,38 @@ void DataFolder::write(const std::string& state) noexcept {
     log_.warning("start", std::string("the lock of the data folder cannot be written: ") + error.what());
   }
 }
+
+FileSystem& DataFolder::Files::open(const std::filesystem::path& path) {
+  if (closed_)
+    throw std::system_error(EBUSY, std::generic_category(), "another bridge uses " + path.string());
+  return real_;
+}
+
+bool DataFolder::Files::exists(const std::filesystem::path& path) { return real_.exists(path); }
+std::string DataFolder::Files::read(const std::filesystem::path& path) { return real_.read(path); }
+std::optional<double> DataFolder::Files::lastWritten(const std::filesystem::path& path) {
+  return real_.lastWritten(path);
+}
+std::optional<std::filesystem::path> DataFolder::Files::linkTarget(const std::filesystem::path& path) {
+  return real_.linkTarget(path);
+}
+std::vector<std::filesystem::path> DataFolder::Files::filesBeginningWith(
+    const std::filesystem::path& prefix) {
+  return real_.filesBeginningWith(prefix);
+}
+void DataFolder::Files::create(const std::filesystem::path& path, std::string_view bytes) {
+  open(path).create(path, bytes);
+}
+void DataFolder::Files::rename(const std::filesystem::path& from, const std::filesystem::path& to) {
+  open(from).rename(from, to);
+}
+void DataFolder::Files::remove(const std::filesystem::path& path) { open(path).remove(path); }
+void DataFolder::Files::setMode(const std::filesystem::path& path, mode_t mode) {
+  open(path).setMode(path, mode);
+}
+void DataFolder::Files::createDirectories(const std::filesystem::path& path) {
+  open(path).createDirectories(path);
+}
+void DataFolder::Files::flushDirectory(const std::filesystem::path& path) { open(path).flushDirectory(path); }
 
 }  // namespace velmora

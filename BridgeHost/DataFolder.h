@@ -1,10 +1,12 @@
 // The folder of the settings and the history. One bridge at a time may change what is in it.
 #pragma once
 
+#include <atomic>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "System/FileLock.h"
 #include "System/FileSystem.h"
@@ -20,13 +22,15 @@ class DataFolder {
   /// Makes the folder when there is none.
   DataFolder(const std::filesystem::path& folder, Log log);
 
-  /// Whether no other bridge has it.
+  /// Tries again when another bridge had it; returns whether it is ours.
+  bool claim();
+  /// Whether no other bridge had it when it was claimed last.
   bool isOurs() const { return problem_.empty(); }
   /// Who has it, in words without a full stop; empty when it is ours.
   const std::string& problem() const { return problem_; }
 
   /// The folder's files. Every change is refused with std::system_error while another bridge has the folder.
-  FileSystem& files() { return *files_; }
+  FileSystem& files() { return files_; }
 
   /// Whether an earlier run began and never ended.
   bool formerRunWasCutShort() const { return formerRunWasCutShort_; }
@@ -36,8 +40,33 @@ class DataFolder {
  private:
   void write(const std::string& state) noexcept;
 
+  /// Refuses every change while another bridge has the folder.
+  class Files final : public FileSystem {
+   public:
+    void close(bool closed) { closed_ = closed; }
+
+    bool exists(const std::filesystem::path& path) override;
+    std::string read(const std::filesystem::path& path) override;
+    std::optional<double> lastWritten(const std::filesystem::path& path) override;
+    std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override;
+    std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override;
+    void create(const std::filesystem::path& path, std::string_view bytes) override;
+    void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
+    void remove(const std::filesystem::path& path) override;
+    void setMode(const std::filesystem::path& path, mode_t mode) override;
+    void createDirectories(const std::filesystem::path& path) override;
+    void flushDirectory(const std::filesystem::path& path) override;
+
+   private:
+    FileSystem& open(const std::filesystem::path& path);
+
+    PosixFileSystem real_;
+    std::atomic<bool> closed_ = true;
+  };
+
+  const std::filesystem::path folder_;
   const Log log_;
-  std::unique_ptr<FileSystem> files_ = std::make_unique<PosixFileSystem>();
+  Files files_;
   std::optional<FileLock> lock_;
   std::string problem_;
   bool formerRunWasCutShort_ = false;

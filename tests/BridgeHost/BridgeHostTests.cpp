@@ -198,6 +198,24 @@ TEST_F(BridgeHostTest, SaysWhenTheServerAcceptsNoMore) {
   EXPECT_EQ(log.count("error socket: accepting has ended"), 1u);
 }
 
+TEST_F(BridgeHostTest, ServesAgainAfterItAcceptedNoMore) {
+  BridgeHost host(options());
+  host.startServing();
+  {
+    const FileDescriptor late = SocketPlatform::openStreamSocket();
+    const auto address = UnixSocketEndpoint::address(host.socketURL());
+    const NoMoreDescriptors limit;
+    ASSERT_EQ(
+        ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
+        0);
+    acceptingEnded.get_future().wait();
+  }
+  host.renewServer();
+  EXPECT_EQ(host.serverProblem(), "");
+  host.startServing();
+  EXPECT_TRUE(call(host, ToolName::listSessions).ok);
+}
+
 TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
   BridgeHost first(options());
   first.startServing();
@@ -214,6 +232,8 @@ TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
     BridgeHost second(elsewhere);
     EXPECT_EQ(second.localServer(), nullptr);
     EXPECT_EQ(second.serverProblem(), "Velmora is already running there");
+    ASSERT_TRUE(second.otherBridge());
+    EXPECT_EQ(second.otherBridge()->process, ::getpid());
   }
   EXPECT_TRUE(call(first, ToolName::listSessions).ok);
   EXPECT_EQ(terminalOfTheFirst->callCount("listSessions"), 1u);
