@@ -3,12 +3,14 @@
 
 #include <QtCore/QSettings>
 #include <QtCore/QString>
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace velmora {
 
-/// Kept by the system's own means. For the main thread. What cannot be written is lost with the process;
-/// nothing is thrown.
+/// Kept by the system's own means. For the main thread. What cannot be written is lost with the process, and
+/// somebody hears of it; nothing is thrown.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
@@ -20,9 +22,19 @@ class UserDefaults {
   virtual void set(const QString& key, bool value) = 0;
   virtual void set(const QString& key, const QString& value) = 0;
 
+  /// `hear` is called with a sentence for each choice that could not be written.
+  void whenNotKept(std::function<void(const QString& problem)> hear) { notKept_ = std::move(hear); }
+
+ protected:
+  void reportNotKept(const QString& problem) const {
+    if (notKept_) notKept_(problem);
+  }
+
  private:
   virtual std::optional<bool> storedBoolean(const QString& key) const = 0;
   virtual std::optional<QString> storedText(const QString& key) const = 0;
+
+  std::function<void(const QString& problem)> notKept_;
 };
 
 /// Those in an INI file.

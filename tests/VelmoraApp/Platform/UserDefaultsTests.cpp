@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "VelmoraApp/Platform/UserDefaults.h"
+#include "tests/support/Files.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
@@ -22,6 +23,28 @@ TEST(IniFileDefaults, AnswerWhatIsAbsentAndKeepWhatIsSet) {
   EXPECT_TRUE(again.boolean("onboardingCompleted", false));
   EXPECT_FALSE(again.boolean("menuBarEnabled", true));
   EXPECT_EQ(again.text("sessionPolicy"), "selective");
+}
+
+TEST(IniFileDefaults, TakeOnlyTheWordsThatTheyWriteForABoolean) {
+  const TemporaryDirectory directory;
+  for (const std::string word : {"garbage", "1", "yes", "TRUE", ""}) {
+    const auto file = directory / (word + ".conf");
+    testing::writeFile(file, "[General]\nonboardingCompleted=" + word + "\n");
+    const IniFileDefaults defaults(QString::fromStdString(file.string()));
+    EXPECT_FALSE(defaults.boolean("onboardingCompleted", false)) << word;
+    EXPECT_TRUE(defaults.boolean("onboardingCompleted", true)) << word;
+  }
+}
+
+TEST(IniFileDefaults, SayWhatCouldNotBeWritten) {
+  const TemporaryDirectory directory;
+  testing::writeFile(directory / "config", "a file where the folder should be");
+  IniFileDefaults defaults(QString::fromStdString((directory / "config/some.conf").string()));
+  defaults.set("menuBarEnabled", false);  // nobody hears of it
+  QString heard;
+  defaults.whenNotKept([&](const QString& problem) { heard = problem; });
+  defaults.set("menuBarEnabled", true);
+  EXPECT_TRUE(heard.endsWith("config/some.conf could not be written.")) << heard.toStdString();
 }
 
 }  // namespace
