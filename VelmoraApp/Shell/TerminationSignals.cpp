@@ -36,6 +36,8 @@ TerminationSignals::TerminationSignals() : notifier_(signalPipe().read.get(), QS
   std::signal(SIGCHLD, SIG_DFL);
   std::signal(SIGINT, handle);
   std::signal(SIGTERM, handle);
+  // The terminal or the SSH session that it was started from has closed. Under nohup that is nothing to it.
+  if (std::signal(SIGHUP, handle) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
 }
 
 }  // namespace velmora

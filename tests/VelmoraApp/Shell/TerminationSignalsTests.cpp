@@ -12,7 +12,14 @@ TEST(TerminationSignals, EndTheEventLoopRatherThanTheProcess) {
   QObject::connect(&signals, &TerminationSignals::received, &signals, [&] { ++received; });
   std::raise(SIGTERM);
   std::raise(SIGINT);
-  EXPECT_TRUE(testing::spinUntil([&] { return received == 2; }));
+  std::raise(SIGHUP);
+  EXPECT_TRUE(testing::spinUntil([&] { return received == 3; }));
+}
+
+TEST(TerminationSignals, AHangUpThatWasIgnoredStaysSo) {
+  std::signal(SIGHUP, SIG_IGN);
+  const TerminationSignals signals;
+  EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
 }
 
 TEST(TerminationSignals, APeerThatLeavesEndsNothing) {
