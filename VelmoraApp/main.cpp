@@ -1,8 +1,12 @@
-// The application with its window. It takes no arguments; a second start brings the first one's window
-// forward. Diagnostics go to stderr.
+// The application with its window. It takes no arguments but those of Qt; a second start brings the first
+// one's window forward. Diagnostics go to stderr.
 
 #include <QtGui/QIcon>
 #include <QtWidgets/QApplication>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
 
 #include "BridgeHost/ProgramLog.h"
 #include "LocalControl/UnixSocketEndpoint.h"
@@ -14,6 +18,30 @@
 namespace {
 
 using namespace velmora;
+
+constexpr const char* help =
+    "Usage: velmora-app [--help | --version]\n\n"
+    "Runs the bridge between AI coding agents and your terminal, with a window and an\n"
+    "entry in the tray. A second start brings the window of the first forward.\n"
+    "Without a display, start velmora-headless. The manual is velmora-app(1).\n";
+
+// The exit status, when the arguments ask for words and not for a start.
+std::optional<int> answerTo(int argc, char** argv) {
+  if (argc != 2) return std::nullopt;
+  const std::string_view argument = argv[1];
+  if (argument == "--help" || argument == "-h") return std::fputs(help, stdout), EXIT_SUCCESS;
+  if (argument == "--version") return std::puts("velmora-app " VELMORA_VERSION), EXIT_SUCCESS;
+  return std::nullopt;
+}
+
+// Qt ends a process that finds no display with a core dump.
+void sayThatThereIsNoDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
+  if (type == QtFatalMsg) {
+    std::fputs("velmora-app: no display: start velmora-headless\n", stderr);
+    std::_Exit(EXIT_FAILURE);
+  }
+  std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+}
 
 // The directory that the control socket stands in, too. Without it the bridge says on the screen what is
 // wrong.
@@ -45,10 +73,17 @@ int serve(QApplication& application, const Environment& environment, const Log& 
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const auto status = answerTo(argc, argv)) return *status;
   const auto environment = velmora::processEnvironment();
   const auto log = velmora::programLog(environment);
   velmora::setUpStyle();
-  QApplication application(argc, argv);
+  const auto usual = qInstallMessageHandler(sayThatThereIsNoDisplay);
+  QApplication application(argc, argv);  // takes away the arguments that are Qt's
+  qInstallMessageHandler(usual);
+  if (argc > 1) {
+    std::fprintf(stderr, "%s: takes no arguments; velmora-app --help says more\n", argv[0]);
+    return 2;
+  }
   QApplication::setApplicationName("Velmora");
   QApplication::setApplicationVersion(VELMORA_VERSION);
   QApplication::setDesktopFileName("app.velmora.Velmora");
