@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QtCore/QObject>
+#include <QtCore/QSignalBlocker>
 #include <optional>
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
 #include "VelmoraApp/AppModel/MenuBarPreference.h"
 #include "VelmoraApp/Navigation/ViewModels.h"
+#include "VelmoraApp/Shell/ExitHandler.h"
 #include "VelmoraApp/Shell/MainWindow.h"
 #include "VelmoraApp/Shell/VelmoraMenuBar.h"
 
@@ -41,6 +43,10 @@ class VelmoraApp : public QObject {
   MainWindow window_;
   MenuBarViewModel menuBarViewModel_;
   std::optional<VelmoraMenuBar> menuBar_;
+  const ExitHandler exitHandler_{[this] {
+    const QSignalBlocker quiet(model_);  // the screens draw no more: parts of Qt have ended by then
+    model_.prepareForTermination();
+  }};
 };
 
 }  // namespace velmora
