@@ -47,6 +47,8 @@ std::string problemSentence(const std::exception_ptr& error) {
     return structured.message + " " + structured.recoverySuggestion;
   } catch (const std::exception& other) {
     return other.what();
+  } catch (...) {
+    return "Something went wrong that has no name.";
   }
 }
 
