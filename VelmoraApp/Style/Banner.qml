@@ -10,8 +10,12 @@ Rectangle {
     property color meaning: Theme.caution
     // Whether the user may put it away.
     property bool dismissible: false
+    // What the user may do about it, as the text of a button; none when it is empty.
+    property alias actionText: action.text
+    property alias actionEnabled: action.enabled
 
     signal dismissed
+    signal actionRequested
 
     implicitHeight: row.implicitHeight + 2 * Theme.medium
     radius: Theme.cardRadius
@@ -35,6 +39,12 @@ Rectangle {
             Layout.minimumWidth: Theme.pickerWidth
             wrapMode: Text.Wrap
             Accessible.ignored: true
+        }
+        Button {
+            id: action
+            objectName: "bannerAction"
+            visible: text.length > 0
+            onClicked: banner.actionRequested()
         }
         Button {
             objectName: "dismissBanner"
