@@ -1,6 +1,9 @@
 #include "VelmoraApp/AppModel/AppModel.h"
 
+#include <algorithm>
+
 #include "BridgeCore/StructuredErrorMapper.h"
+#include "VelmoraApp/AppModel/KnownSessions.h"
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -25,6 +28,9 @@ QString sentence(const StructuredError& error) {
   return text(error.message + " " + error.recoverySuggestion);
 }
 
+constexpr const char* historyNotScrubbed =
+    "The change is saved, but what it no longer allows could not be removed from the history. ";
+
 // Runs `work`; what it throws comes back as a sentence, empty when all went well.
 template <class Work>
 QString problemOf(const Work& work) {
@@ -38,26 +44,39 @@ QString problemOf(const Work& work) {
 
 }  // namespace
 
-AppModel::AppModel(AppModelOptions options) : options_(std::move(options)), host_(bridgeOptions()) {
+/// What came of a change of the settings.
+struct AppModel::ChangeOutcome {
+  PrivacyRetentionSettings before;
+  PrivacyRetentionSettings after;
+  QString problem;  // empty when all went well
+};
+
+AppModel::AppModel(AppModelOptions options)
+    : options_(std::move(options)),
+      host_(bridgeOptions()),
+      serving_(host_, fileWorker_),
+      introduced_(options_.onboardingCompleted) {
   pollTimer_.setInterval(options_.pollInterval);
   pollTimer_.setTimerType(Qt::PreciseTimer);
   connect(&pollTimer_, &QTimer::timeout, this, &AppModel::poll);
-  if (host_.localServer() == nullptr) {
-    addProblem("MCP clients cannot connect. " +
-               text(host_.socketURL().string() + ": " + host_.serverProblem()) + ".");
-  }
-  loadLocalState();
-  if (options_.onboardingCompleted) start();
+  connect(&serving_, &Serving::tookOver, this, &AppModel::begin);
+  if (!serving_.otherBridge()) begin();
 }
 
 BridgeHostOptions AppModel::bridgeOptions() {
   auto bridge = options_.bridge;
   bridge.acceptingEnded = [this](const std::string& reason) {
-    const auto problem = "MCP clients cannot connect until you restart Velmora: " + text(reason) + ".";
     QMetaObject::invokeMethod(
-        this, [this, problem] { addProblem(problem); }, Qt::QueuedConnection);
+        this, [this, reason] { serving_.fail(reason); }, Qt::QueuedConnection);
   };
   return bridge;
+}
+
+void AppModel::begin() {
+  if (!introduced_) coordinator().setPaused(true);
+  publish(status_);
+  loadLocalState();
+  if (introduced_) start();
 }
 
 AppModel::~AppModel() {
@@ -69,8 +88,9 @@ AppModel::~AppModel() {
 void AppModel::loadLocalState() {
   fileWorker_.run(
       this,
-      [this] {
+      [this, introduced = introduced_] {
         auto problems = host_.loadLocalState();
+        if (!introduced) coordinator().setSessionPolicy(SessionPolicy::selective);
         host_.startServing();
         return problems;
       },
@@ -89,6 +109,8 @@ void AppModel::loadLocalState() {
 }
 
 void AppModel::start() {
+  started_ = true;
+  Q_EMIT statusChanged();
   // The file worker has loaded the state by the time it comes to this.
   fileWorker_.run(
       this,
@@ -98,6 +120,7 @@ void AppModel::start() {
         return LocalState{coordinator().settingsStore().current(), revision, recorder.snapshot()};
       },
       [this](LocalState state) {
+        publish(status_);  // no longer paused by the introduction
         publish(state.settings);
         showsSettings_ = true;
         recordsRevision_ = state.recordsRevision;
@@ -109,8 +132,8 @@ void AppModel::start() {
 void AppModel::requestStartupPermissions() {
   if (terminating_) return;
   if (std::exchange(didRequestStartupPermissions_, true)) return beginPolling();
-  options_.permissionPrompter.requestAccessibility();
-  options_.permissionPrompter.requestScreenCapture();
+  ask([this](TerminalAutomating&) { options_.permissionPrompter.requestAccessibility(); });
+  ask([this](TerminalAutomating&) { options_.permissionPrompter.requestScreenCapture(); });
   terminalWorker_.run(
       this,
       [this] {
@@ -135,6 +158,7 @@ void AppModel::beginPolling() {
 }
 
 void AppModel::poll() {
+  if (!started_) return;
   fetchStatus();
   fetchRecords();
 }
@@ -205,6 +229,7 @@ void AppModel::publish(const PrivacyRetentionSettings& settings) {
 }
 
 void AppModel::addProblem(const QString& problem) {
+  if (problems_.contains(problem)) return;
   problems_.append(problem);
   Q_EMIT problemsChanged();
 }
@@ -243,6 +268,7 @@ void AppModel::refreshAll() {
 }
 
 void AppModel::setPaused(bool paused) {
+  if (!started_) return;
   coordinator().setPaused(paused);  // only a flag: nothing to wait for
   publish(status_);
   poll();
@@ -273,6 +299,19 @@ void AppModel::setPermission(SessionPermission permission, const Uuid& sessionId
       });
 }
 
+void AppModel::makeKnownSessionsReadOnly() {
+  fileWorker_.run(
+      this, [this] { return problemOf([this] { velmora::makeKnownSessionsReadOnly(coordinator()); }); },
+      [this](const QString& problem) {
+        if (!problem.isEmpty()) Q_EMIT sessionActionFailed(problem);
+        refreshAll();
+      });
+}
+
+int AppModel::knownSessionsToRestrict() const {
+  return static_cast<int>(std::count_if(sessions_.begin(), sessions_.end(), mayBeTypedInto));
+}
+
 void AppModel::focus(const Uuid& sessionId) {
   terminalWorker_.run(
       this,
@@ -287,35 +326,47 @@ void AppModel::focus(const Uuid& sessionId) {
 
 void AppModel::updateSettings(const PrivacyRetentionSettings& settings) {
   changeSettings([settings](BridgeCoordinator& core) { core.applySettings(settings); },
-                 [this](const QString& problem) { Q_EMIT settingsNotSaved(problem); });
+                 [this, wanted = settings](const ChangeOutcome& outcome) mutable {
+                   wanted.normalize();
+                   Q_EMIT settingsNotSaved(
+                       (outcome.after == wanted ? historyNotScrubbed : "The change could not be saved. ") +
+                       outcome.problem);
+                 });
 }
 
-void AppModel::adoptSessionPolicy(SessionPolicy policy) {
+void AppModel::finishIntroduction(SessionPolicy policy) {
+  introduced_ = true;
   changeSettings(
-      [policy](BridgeCoordinator& core) { core.adoptSessionPolicy(policy); },
-      [this](const QString& problem) { addProblem("The session policy could not be saved. " + problem); });
+      [policy](BridgeCoordinator& core) {
+        meetKnownSessions(core, policy);
+        core.setPaused(false);
+        core.adoptSessionPolicy(policy);
+      },
+      [this](const ChangeOutcome& outcome) {
+        addProblem((outcome.after == outcome.before ? "The session policy could not be saved. "
+                                                    : historyNotScrubbed) +
+                   outcome.problem);
+      });
+  start();
 }
 
 void AppModel::changeSettings(std::function<void(BridgeCoordinator& core)> change,
-                              std::function<void(const QString& problem)> failed) {
+                              std::function<void(const ChangeOutcome& outcome)> failed) {
   ++savesUnderWay_;
-  using Outcome = std::pair<std::optional<PrivacyRetentionSettings>, QString>;
   fileWorker_.run(
       this,
       [this, change = std::move(change)] {
         const auto& stored = coordinator().settingsStore();
         const auto before = stored.current();
-        Outcome outcome;
-        outcome.second = problemOf([&] { change(coordinator()); });
-        // They may be saved although the history could not be.
-        const auto after = stored.current();
-        if (outcome.second.isEmpty() || after != before) outcome.first = after;
-        return outcome;
+        auto problem = problemOf([&] { change(coordinator()); });
+        return ChangeOutcome{before, stored.current(), std::move(problem)};
       },
-      [this, failed = std::move(failed)](const Outcome& outcome) {
+      [this, failed = std::move(failed)](const ChangeOutcome& outcome) {
+        // They may be saved although the history could not be.
+        const bool saved = outcome.problem.isEmpty() || outcome.after != outcome.before;
         // Only the last of several counts: the screens already show what it will save.
-        if (--savesUnderWay_ == 0 && outcome.first) publish(*outcome.first);
-        if (!outcome.second.isEmpty()) failed(outcome.second);
+        if (--savesUnderWay_ == 0 && saved) publish(outcome.after);
+        if (!outcome.problem.isEmpty()) failed(outcome);
         fetchRecords();
       });
 }
@@ -339,7 +390,8 @@ void AppModel::clearHistory() {
 void AppModel::prepareForTermination() {
   if (std::exchange(terminating_, true)) return;
   pollTimer_.stop();
-  fileWorker_.drain();  // what the user saved last is on disk
+  fileWorker_.drain();                 // what the user saved last is on disk
+  if (serving_.otherBridge()) return;  // the files are the other's
   // What the screens show holds, also where it could not be saved.
   host_.prepareForTermination(showsSettings_ ? std::optional(settings_) : std::nullopt);
   if (settings_.deleteOnAppExit) publish(std::vector<MCPRequestRecord>());

@@ -15,6 +15,7 @@
 #include "BridgeHost/BridgeHost.h"
 #include "VelmoraApp/AppModel/AppSection.h"
 #include "VelmoraApp/AppModel/CallGate.h"
+#include "VelmoraApp/AppModel/Serving.h"
 #include "VelmoraApp/AppModel/Worker.h"
 #include "VelmoraApp/Platform/StartupPermissionPrompter.h"
 
@@ -31,12 +32,15 @@ struct AppModelOptions {
 /// waits for files on another, so that a hung terminal holds up neither the user's settings nor the
 /// records. Results arrive in the event loop; each change of a published value emits a signal.
 ///
-/// The local server serves from construction on, as soon as the settings are loaded.
+/// The local server serves from construction on, as soon as the settings are loaded. Until the introduction
+/// is over it serves paused, and sessions are found as read-only: nobody has said yet what agents may do.
+/// While another bridge serves in its place, nothing is loaded, asked or kept, until it is taken over.
 class AppModel : public QObject {
   Q_OBJECT
 
  public:
-  /// Starts by itself when the onboarding is over; otherwise `start` does. Throws what BridgeHost throws.
+  /// Starts by itself when the onboarding is over; otherwise `finishIntroduction` does. Throws what
+  /// BridgeHost throws.
   explicit AppModel(AppModelOptions options);
   ~AppModel() override;
 
@@ -48,24 +52,31 @@ class AppModel : public QObject {
   const std::optional<AppSection>& selectedSection() const { return selectedSection_; }
   const QStringList& problems() const { return problems_; }  ///< What does not work; sentences.
   bool isRefreshing() const { return refresh_.isUnderWay(); }
+  bool isStarted() const { return started_; }
+  Serving& serving() { return serving_; }
 
   /// The start-up task: local state, permissions once a process, a refresh, then a poll every second.
   void start();
-  /// Fetches status and records. A fetch that is still under way is not repeated.
+  /// Fetches status and records. A fetch that is still under way is not repeated. Nothing before the start.
   void poll();
+  /// The user's first word: the policy holds for every session that the bridge did not open, is saved as the
+  /// only change of what is stored, and changes are possible from now on. Then starts. The policy holds even
+  /// when it cannot be saved; that becomes one of the problems.
+  void finishIntroduction(SessionPolicy policy);
 
   // What the user asks for. Failures arrive by the signals below.
   void refreshAll();
-  void setPaused(bool paused);  ///< At once, also while the terminal hangs.
+  void setPaused(bool paused);  ///< At once, also while the terminal hangs; nothing before the start.
   void setPermission(SessionPermission permission, const Uuid& sessionId);
+  /// Of those that the bridge did not open, the ones that may be typed into.
+  void makeKnownSessionsReadOnly();
+  int knownSessionsToRestrict() const;  ///< How many that changes.
   void focus(const Uuid& sessionId);
   void updateSettings(const PrivacyRetentionSettings& settings);
   void saveSettingsFromUI(PrivacyRetentionSettings settings);  ///< Shows them before they are saved.
-  /// Changes nothing else of what is stored, also before anything was published. The policy holds even when
-  /// it cannot be saved; that becomes one of the problems.
-  void adoptSessionPolicy(SessionPolicy policy);
   void clearHistory();
   void selectSection(AppSection section);
+  void addProblem(const QString& problem);  ///< Once each.
 
   /// For the end of the process: ends the server and, when the settings ask for it, deletes the history.
   void prepareForTermination();
@@ -77,7 +88,7 @@ class AppModel : public QObject {
   const Clock& clock() const { return options_.bridge.now; }
 
  Q_SIGNALS:
-  void statusChanged();
+  void statusChanged();  ///< Also when `isStarted` does.
   void sessionsChanged();
   void recordsChanged();
   void settingsChanged();
@@ -85,11 +96,12 @@ class AppModel : public QObject {
   void problemsChanged();
   void refreshingChanged();
   void sessionActionFailed(const QString& problem);
-  void settingsNotSaved(const QString& problem);
+  void settingsNotSaved(const QString& problem);  ///< A whole sentence or two, as are the others.
   void historyNotCleared(const QString& problem);
 
  private:
   BridgeHostOptions bridgeOptions();
+  void begin();
   void loadLocalState();
   void requestStartupPermissions();
   void ask(const std::function<void(TerminalAutomating&)>& request);
@@ -97,13 +109,13 @@ class AppModel : public QObject {
   void fetchStatus();
   void fetchRecords();
   void fetchSettings();
+  struct ChangeOutcome;
   void changeSettings(std::function<void(BridgeCoordinator& core)> change,
-                      std::function<void(const QString& problem)> failed);
+                      std::function<void(const ChangeOutcome& outcome)> failed);
   void publish(BridgeStatus status);
   void publish(std::vector<TerminalSession> sessions);
   void publish(std::vector<MCPRequestRecord> records);
   void publish(const PrivacyRetentionSettings& settings);
-  void addProblem(const QString& problem);
 
   const AppModelOptions options_;
   BridgeHost host_;
@@ -115,6 +127,9 @@ class AppModel : public QObject {
   std::optional<AppSection> selectedSection_;
   QStringList problems_;
 
+  Serving serving_;
+  bool introduced_;
+  bool started_ = false;
   bool didRequestStartupPermissions_ = false;
   bool terminating_ = false;
   QTimer pollTimer_;

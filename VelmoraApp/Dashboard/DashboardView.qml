@@ -14,44 +14,58 @@ ScrollPage {
 
     objectName: "dashboard"
 
-    ScreenHeader {
-        Layout.fillWidth: true
-        title: qsTr("Dashboard")
+    pinned: [
+        ScreenHeader {
+            Layout.fillWidth: true
+            title: qsTr("Dashboard")
 
-        Button {
-            objectName: "refreshStatus"
-            text: qsTr("Refresh")
-            symbol: "arrow.clockwise"
-            enabled: !dashboard.viewModel.isLoading
-            onClicked: dashboard.viewModel.refresh()
-        }
-        Button {
-            objectName: "togglePause"
-            text: dashboard.viewModel.pauseButtonText
-            symbol: dashboard.viewModel.paused ? "play" : "pause"
-            highlighted: dashboard.viewModel.paused
-            onClicked: dashboard.viewModel.togglePause()
-        }
-    }
-    // No layout: Qt 6.4 lays out rows that a changed model has just destroyed.
-    Column {
-        id: warnings
-        Layout.fillWidth: true
-        visible: dashboard.viewModel.warnings.length > 0
-        spacing: Theme.small
+            Button {
+                objectName: "refreshStatus"
+                text: qsTr("Refresh")
+                symbol: "arrow.clockwise"
+                enabled: !dashboard.viewModel.isLoading
+                onClicked: dashboard.viewModel.refresh()
+            }
+            Button {
+                objectName: "togglePause"
+                text: dashboard.viewModel.pauseButtonText
+                symbol: dashboard.viewModel.paused ? "play" : "pause"
+                highlighted: dashboard.viewModel.paused
+                onClicked: dashboard.viewModel.togglePause()
+            }
+        },
+        Banner {
+            objectName: "servingProblem"
+            Layout.fillWidth: true
+            visible: text.length > 0
+            symbol: "exclamationmark.triangle"
+            meaning: Theme.danger
+            text: dashboard.viewModel.servingProblem
+            actionText: qsTr("Restart the bridge")
+            actionEnabled: !dashboard.viewModel.isRestarting
+            onActionRequested: dashboard.viewModel.restartBridge()
+        },
+        // No layout: Qt 6.4 lays out rows that a changed model has just destroyed.
+        Column {
+            id: warnings
+            Layout.fillWidth: true
+            visible: dashboard.viewModel.warnings.length > 0
+            spacing: Theme.small
 
-        Repeater {
-            model: dashboard.viewModel.warnings
+            Repeater {
+                model: dashboard.viewModel.warnings
 
-            Banner {
-                required property string modelData
+                Banner {
+                    required property string modelData
 
-                width: warnings.width
-                symbol: "exclamationmark.triangle"
-                text: modelData
+                    width: warnings.width
+                    symbol: "exclamationmark.triangle"
+                    text: modelData
+                }
             }
         }
-    }
+    ]
+
     StatusFigures {
         Layout.fillWidth: true
         columns: dashboard.wide ? 4 : 2

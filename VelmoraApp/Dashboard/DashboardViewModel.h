@@ -34,6 +34,8 @@ class DashboardViewModel : public QObject {
   Q_PROPERTY(QString recentErrorSuggestion READ recentErrorSuggestion NOTIFY statusChanged)
   Q_PROPERTY(QStringList connectedClients READ connectedClients NOTIFY statusChanged)
   Q_PROPERTY(QStringList warnings READ warnings NOTIFY statusChanged)
+  Q_PROPERTY(QString servingProblem READ servingProblem NOTIFY servingChanged)
+  Q_PROPERTY(bool isRestarting READ isRestarting NOTIFY servingChanged)
 
  public:
   DashboardViewModel(AppModel& model, GuidedTerminal terminal);
@@ -56,13 +58,17 @@ class DashboardViewModel : public QObject {
   QString recentErrorSuggestion() const;
   QStringList connectedClients() const;
   QStringList warnings() const;
+  QString servingProblem() const { return model_.serving().problem(); }  ///< What a restart may mend.
+  bool isRestarting() const { return model_.serving().isUnderWay(); }
 
   Q_INVOKABLE void togglePause();
   Q_INVOKABLE void refresh();
+  Q_INVOKABLE void restartBridge() { model_.serving().restart(); }
 
  Q_SIGNALS:
   void statusChanged();
   void isLoadingChanged();
+  void servingChanged();
 
  private:
   AppModel& model_;

@@ -10,6 +10,7 @@ ApplicationWindow {
 
     required property ViewModels viewModels
     readonly property MainWindowViewModel mainWindow: viewModels.mainWindow
+    readonly property bool introduces: viewModels.onboarding.needed && !viewModels.otherBridge.serves
 
     objectName: "mainWindow"
     title: mainWindow.applicationName
@@ -25,7 +26,17 @@ ApplicationWindow {
     }
 
     Repeater {
-        model: window.viewModels.onboarding.needed ? 1 : 0
+        model: window.viewModels.otherBridge.serves ? 1 : 0
+
+        OtherBridgeView {
+            anchors.fill: parent
+            focus: true
+            viewModel: window.viewModels.otherBridge
+            onQuitRequested: window.mainWindow.quit()
+        }
+    }
+    Repeater {
+        model: window.introduces ? 1 : 0
 
         OnboardingView {
             anchors.fill: parent
@@ -35,9 +46,9 @@ ApplicationWindow {
     }
     RowLayout {
         anchors.fill: parent
-        visible: !window.viewModels.onboarding.needed
+        visible: !window.viewModels.otherBridge.serves && !window.introduces
         spacing: 0
-        // The keyboard was in the introduction.
+        // The keyboard was in what stood here before.
         onVisibleChanged: if (visible)
             nextItemInFocusChain().forceActiveFocus(Qt.OtherFocusReason)
 

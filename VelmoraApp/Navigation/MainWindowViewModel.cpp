@@ -9,7 +9,12 @@ QString MainWindowViewModel::applicationName() const { return "Velmora"; }
 QString MainWindowViewModel::applicationVersion() const { return VELMORA_VERSION; }
 
 QString MainWindowViewModel::closeExplanation() const {
-  return "This desktop has no tray to keep Velmora in, so closing the window quits it. MCP clients cannot use the terminal until you start Velmora again.";
+  const QString reason = !hasTrayPlace_ ? "This desktop has no tray to keep Velmora in"
+                         : desktop_.guideContext().terminal == GuidedTerminal::tmux
+                             ? "You switched Velmora's place in the tray off"
+                             : "You switched Velmora's place in the menu bar off";
+  return reason +
+         ", so closing the window quits it. MCP clients cannot use the terminal until you start Velmora again.";
 }
 
 bool MainWindowViewModel::closeRequested() {

@@ -17,7 +17,7 @@ class MainWindowViewModel : public QObject {
   QML_UNCREATABLE("Made by ViewModels")
   Q_PROPERTY(QString applicationName READ applicationName CONSTANT)
   Q_PROPERTY(QString applicationVersion READ applicationVersion CONSTANT)
-  Q_PROPERTY(QString closeExplanation READ closeExplanation CONSTANT)
+  Q_PROPERTY(QString closeExplanation READ closeExplanation NOTIFY explainsClosingChanged)
   Q_PROPERTY(bool explainsClosing READ explainsClosing NOTIFY explainsClosingChanged)
 
  public:
@@ -29,7 +29,11 @@ class MainWindowViewModel : public QObject {
   QString closeExplanation() const;
   bool explainsClosing() const { return explainsClosing_; }
 
-  void setHasTray(bool hasTray) { hasTray_ = hasTray; }
+  /// Whether the application is in the tray, and whether there is a place for it.
+  void setTray(bool isShown, bool hasPlace) {
+    hasTray_ = isShown;
+    hasTrayPlace_ = hasPlace;
+  }
 
   /// Shows name and version in the system's own panel; false when the window has to show them.
   Q_INVOKABLE bool showAbout() { return desktop_.showAboutPanel(); }
@@ -48,6 +52,7 @@ class MainWindowViewModel : public QObject {
 
   Desktop& desktop_;
   bool hasTray_ = false;
+  bool hasTrayPlace_ = false;
   bool explained_ = false;
   bool explainsClosing_ = false;
 };

@@ -10,6 +10,7 @@
 #include "VelmoraApp/History/HistoryViewModel.h"
 #include "VelmoraApp/Navigation/AppNavigation.h"
 #include "VelmoraApp/Navigation/MainWindowViewModel.h"
+#include "VelmoraApp/Navigation/OtherBridgeViewModel.h"
 #include "VelmoraApp/Onboarding/OnboardingViewModel.h"
 #include "VelmoraApp/RecentRequests/RecentRequestsViewModel.h"
 #include "VelmoraApp/Sessions/SessionsViewModel.h"
@@ -24,6 +25,7 @@ class ViewModels : public QObject {
   QML_UNCREATABLE("Made by the application")
   Q_PROPERTY(velmora::AppNavigation* navigation READ navigation CONSTANT)
   Q_PROPERTY(velmora::MainWindowViewModel* mainWindow READ mainWindow CONSTANT)
+  Q_PROPERTY(velmora::OtherBridgeViewModel* otherBridge READ otherBridge CONSTANT)
   Q_PROPERTY(velmora::DashboardViewModel* dashboard READ dashboard CONSTANT)
   Q_PROPERTY(velmora::SessionsViewModel* sessions READ sessions CONSTANT)
   Q_PROPERTY(velmora::HistoryViewModel* history READ history CONSTANT)
@@ -36,6 +38,7 @@ class ViewModels : public QObject {
   ViewModels(AppModel& model, FirstRunController& firstRun, const GeneralSettingsSources& sources)
       : navigation_(model),
         mainWindow_(sources.desktop),
+        otherBridge_(model),
         dashboard_(model, sources.desktop.guideContext().terminal),
         sessions_(model),
         history_(model),
@@ -46,6 +49,7 @@ class ViewModels : public QObject {
 
   AppNavigation* navigation() { return &navigation_; }
   MainWindowViewModel* mainWindow() { return &mainWindow_; }
+  OtherBridgeViewModel* otherBridge() { return &otherBridge_; }
   DashboardViewModel* dashboard() { return &dashboard_; }
   SessionsViewModel* sessions() { return &sessions_; }
   HistoryViewModel* history() { return &history_; }
@@ -57,6 +61,7 @@ class ViewModels : public QObject {
  private:
   AppNavigation navigation_;
   MainWindowViewModel mainWindow_;
+  OtherBridgeViewModel otherBridge_;
   DashboardViewModel dashboard_;
   SessionsViewModel sessions_;
   HistoryViewModel history_;

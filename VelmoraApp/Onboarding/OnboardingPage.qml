@@ -14,19 +14,13 @@ Item {
     Accessible.name: viewModel.title
     Accessible.description: viewModel.text
     Accessible.focusable: true
-    Keys.onUpPressed: choose(viewModel.policyIndex - 1)
-    Keys.onDownPressed: choose(viewModel.policyIndex + 1)
     Component.onCompleted: takeKeyboard()
 
     function takeKeyboard() {
         if (viewModel.choosesPolicy)
-            choices.itemAt(viewModel.policyIndex).forceActiveFocus(Qt.TabFocusReason);
+            choices.takeKeyboard();
         else
             forceActiveFocus(Qt.OtherFocusReason);
-    }
-    function choose(index: int) {
-        viewModel.policyIndex = index;
-        takeKeyboard();
     }
 
     Column {
@@ -59,25 +53,14 @@ Item {
             horizontalAlignment: Text.AlignHCenter
             wrapMode: Text.Wrap
         }
-        Column {
-            anchors.horizontalCenter: parent.horizontalCenter
+        SessionPolicyChoices {
+            id: choices
+            lineWidth: parent.width
             visible: page.viewModel.choosesPolicy
-            spacing: Theme.small
-
-            Repeater {
-                id: choices
-                model: page.viewModel.choosesPolicy ? page.viewModel.policies : []
-
-                RadioButton {
-                    required property int index
-                    required property string modelData
-
-                    objectName: "policyChoice" + index
-                    text: modelData
-                    checked: page.viewModel.policyIndex === index
-                    onToggled: page.viewModel.policyIndex = index
-                }
-            }
+            labels: page.viewModel.policies
+            captions: page.viewModel.policyCaptions
+            currentIndex: page.viewModel.policyIndex
+            onPicked: index => page.viewModel.policyIndex = index
         }
     }
 }

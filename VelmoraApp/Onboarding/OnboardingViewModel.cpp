@@ -23,6 +23,8 @@ QString OnboardingViewModel::text() const { return velmora::text(page().text); }
 
 QStringList OnboardingViewModel::policies() const { return sessionPolicyLabels(); }
 
+QStringList OnboardingViewModel::policyCaptions() const { return sessionPolicyCaptions(); }
+
 void OnboardingViewModel::setPolicyIndex(int index) {
   policy_ = sessionPolicyAt(index).value_or(policy_);
   Q_EMIT policyChanged();  // even if nothing changed, so that the buttons show the choice again
@@ -51,8 +53,7 @@ void OnboardingViewModel::show(Step step) {
 void OnboardingViewModel::complete() {
   if (!needed()) return;
   firstRun_.complete(policy_);
-  model_.adoptSessionPolicy(policy_);
-  model_.start();
+  model_.finishIntroduction(policy_);
 }
 
 }  // namespace velmora

@@ -26,6 +26,7 @@ class OnboardingViewModel : public QObject {
   Q_PROPERTY(QString text READ text NOTIFY stepChanged)
   Q_PROPERTY(bool choosesPolicy READ choosesPolicy NOTIFY stepChanged)
   Q_PROPERTY(QStringList policies READ policies CONSTANT)
+  Q_PROPERTY(QStringList policyCaptions READ policyCaptions CONSTANT)
   Q_PROPERTY(int policyIndex READ policyIndex WRITE setPolicyIndex NOTIFY policyChanged)
   Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY stepChanged)
   Q_PROPERTY(QString forwardText READ forwardText NOTIFY stepChanged)
@@ -48,6 +49,7 @@ class OnboardingViewModel : public QObject {
   QString text() const;
   bool choosesPolicy() const { return step_ == Step::policy; }
   QStringList policies() const;
+  QStringList policyCaptions() const;  ///< What each of them means.
   int policyIndex() const { return static_cast<int>(policy_); }
   void setPolicyIndex(int index);  ///< Ignores what is no policy.
   bool canGoBack() const { return step_ != Step::scope; }

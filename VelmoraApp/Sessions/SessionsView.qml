@@ -48,6 +48,10 @@ ScreenPage {
         dismissible: true
         onDismissed: sessions.viewModel.dismissProblem()
     }
+    SettingsCaption {
+        objectName: "whatPermissionsDo"
+        text: sessions.viewModel.permissionsText
+    }
     ListCard {
         Layout.fillWidth: true
         Layout.fillHeight: true

@@ -28,6 +28,10 @@ void SessionsViewModel::setIncludeReadOnly(bool include) {
 
 QStringList SessionsViewModel::permissions() const { return wireTexts<SessionPermission>(); }
 
+QString SessionsViewModel::permissionsText() const {
+  return "A permission guides an agent that uses Velmora as intended. It does not hold one that means to get around it.";
+}
+
 QString SessionsViewModel::emptyText() const {
   const auto hidden = model_.sessions().size();
   if (hidden == 1) return "1 session is hidden by the filters.";

@@ -21,6 +21,7 @@ class SessionsViewModel : public QObject {
   Q_PROPERTY(bool includeBusy READ includeBusy WRITE setIncludeBusy NOTIFY filterChanged)
   Q_PROPERTY(bool includeReadOnly READ includeReadOnly WRITE setIncludeReadOnly NOTIFY filterChanged)
   Q_PROPERTY(QStringList permissions READ permissions CONSTANT)
+  Q_PROPERTY(QString permissionsText READ permissionsText CONSTANT)
   Q_PROPERTY(QString emptyTitle READ emptyTitle CONSTANT)
   Q_PROPERTY(QString emptyText READ emptyText NOTIFY countChanged)
   Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
@@ -36,6 +37,7 @@ class SessionsViewModel : public QObject {
   bool includeReadOnly() const { return includeReadOnly_; }
   void setIncludeReadOnly(bool include);
   QStringList permissions() const;
+  QString permissionsText() const;  ///< What a permission can do, and what it cannot.
   QString emptyTitle() const { return "No Terminal sessions"; }
   QString emptyText() const;  ///< What to do when no session is listed.
   bool isLoading() const { return model_.isRefreshing(); }

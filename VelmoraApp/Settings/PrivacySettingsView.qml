@@ -12,7 +12,7 @@ SettingsPage {
     objectName: "privacySettings"
     title: qsTr("Privacy")
 
-    Banner {
+    pinned: Banner {
         objectName: "settingsProblem"
         Layout.fillWidth: true
         visible: text.length > 0
@@ -21,6 +21,7 @@ SettingsPage {
         dismissible: true
         onDismissed: page.viewModel.dismissProblem()
     }
+
     SettingsSectionBlock {
         Layout.fillWidth: true
         title: qsTr("Local history")
@@ -128,22 +129,28 @@ SettingsPage {
         Separator {
             Layout.fillWidth: true
         }
-        RowLayout {
-            spacing: Theme.small
-
-            Label {
-                Layout.fillWidth: true
-                text: qsTr("Session policy")
-                Accessible.ignored: true
-            }
-            ComboBox {
-                objectName: "sessionPolicy"
-                Layout.preferredWidth: Theme.policyPickerWidth
-                Accessible.name: qsTr("Session policy")
-                model: page.viewModel.sessionPolicyLabels
-                currentIndex: page.viewModel.sessionPolicyIndex
-                onActivated: index => page.viewModel.sessionPolicyIndex = index
-            }
+        Label {
+            text: qsTr("Session policy")
+            Accessible.ignored: true
+        }
+        SessionPolicyChoices {
+            objectName: "sessionPolicy"
+            lineWidth: Math.max(Theme.measure / 2, page.width - 2 * Theme.wide - 2 * Theme.large)
+            labels: page.viewModel.sessionPolicyLabels
+            captions: page.viewModel.sessionPolicyCaptions
+            currentIndex: page.viewModel.sessionPolicyIndex
+            onPicked: index => page.viewModel.sessionPolicyIndex = index
+        }
+        SettingsCaption {
+            objectName: "sessionPolicyScope"
+            text: qsTr("For sessions found from now on")
+        }
+        Button {
+            objectName: "restrictKnownSessions"
+            visible: page.viewModel.restrictsKnownSessions
+            text: page.viewModel.restrictText
+            symbol: "lock.shield"
+            onClicked: page.viewModel.restrictKnownSessions()
         }
     }
     SettingsSectionBlock {

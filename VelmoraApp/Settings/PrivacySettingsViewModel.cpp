@@ -18,8 +18,10 @@ PrivacySettingsViewModel::PrivacySettingsViewModel(AppModel& model)
     draft_ = model_.settings();
     Q_EMIT draftChanged();
   });
-  connect(&model_, &AppModel::settingsNotSaved, this,
-          [this](const QString& problem) { setProblem("The change could not be saved. " + problem); });
+  connect(&model_, &AppModel::sessionsChanged, this, &PrivacySettingsViewModel::knownSessionsChanged);
+  connect(this, &PrivacySettingsViewModel::draftChanged, this,
+          &PrivacySettingsViewModel::knownSessionsChanged);
+  connect(&model_, &AppModel::settingsNotSaved, this, &PrivacySettingsViewModel::setProblem);
 }
 
 void PrivacySettingsViewModel::setPersistentHistoryEnabled(bool enabled) {
@@ -71,6 +73,20 @@ void PrivacySettingsViewModel::setSessionPolicyIndex(int index) {
 }
 
 QStringList PrivacySettingsViewModel::sessionPolicyLabels() const { return velmora::sessionPolicyLabels(); }
+
+QStringList PrivacySettingsViewModel::sessionPolicyCaptions() const {
+  return velmora::sessionPolicyCaptions();
+}
+
+bool PrivacySettingsViewModel::restrictsKnownSessions() const {
+  return draft_.sessionPolicy == SessionPolicy::selective && model_.knownSessionsToRestrict() > 0;
+}
+
+QString PrivacySettingsViewModel::restrictText() const {
+  const int count = model_.knownSessionsToRestrict();
+  return count == 1 ? "Make the 1 known session read-only now"
+                    : QString("Make the %1 known sessions read-only now").arg(count);
+}
 
 void PrivacySettingsViewModel::enableAfterWarning() {
   if (!warning_) return;

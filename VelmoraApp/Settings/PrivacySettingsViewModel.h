@@ -39,6 +39,9 @@ class PrivacySettingsViewModel : public QObject {
                  draftChanged)
   Q_PROPERTY(int sessionPolicyIndex READ sessionPolicyIndex WRITE setSessionPolicyIndex NOTIFY draftChanged)
   Q_PROPERTY(QStringList sessionPolicyLabels READ sessionPolicyLabels CONSTANT)
+  Q_PROPERTY(QStringList sessionPolicyCaptions READ sessionPolicyCaptions CONSTANT)
+  Q_PROPERTY(bool restrictsKnownSessions READ restrictsKnownSessions NOTIFY knownSessionsChanged)
+  Q_PROPERTY(QString restrictText READ restrictText NOTIFY knownSessionsChanged)
   Q_PROPERTY(bool warns READ warns NOTIFY warningChanged)
   Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
   Q_PROPERTY(velmora::HistoryClearing* clearing READ clearing CONSTANT)
@@ -69,6 +72,12 @@ class PrivacySettingsViewModel : public QObject {
   int sessionPolicyIndex() const { return static_cast<int>(draft_.sessionPolicy); }
   void setSessionPolicyIndex(int index);
   QStringList sessionPolicyLabels() const;
+  QStringList sessionPolicyCaptions() const;
+  /// Whether there are sessions that were found before the policy became selective, and that it would
+  /// restrict.
+  bool restrictsKnownSessions() const;
+  QString restrictText() const;  ///< "Make the 5 known sessions read-only now"
+  Q_INVOKABLE void restrictKnownSessions() { model_.makeKnownSessionsReadOnly(); }
 
   const std::optional<StorageWarning>& warning() const { return warning_; }
   bool warns() const { return warning_.has_value(); }
@@ -82,6 +91,7 @@ class PrivacySettingsViewModel : public QObject {
 
  Q_SIGNALS:
   void draftChanged();
+  void knownSessionsChanged();
   void warningChanged();
   void problemChanged();
 

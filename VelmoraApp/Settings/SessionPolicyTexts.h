@@ -13,6 +13,12 @@ inline QStringList sessionPolicyLabels() {
   return {"Safe: managed sessions only", "Selective: existing sessions start read-only"};
 }
 
+/// What each means, in the same order.
+inline QStringList sessionPolicyCaptions() {
+  return {"Agents may type into every idle session of yours.",
+          "Agents may read your sessions, and type only into windows that they opened."};
+}
+
 /// The policy of a row of the labels; nothing beside them.
 inline std::optional<SessionPolicy> sessionPolicyAt(int index) {
   if (index < 0 || index >= sessionPolicyLabels().size()) return std::nullopt;

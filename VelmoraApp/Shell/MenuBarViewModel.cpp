@@ -6,11 +6,15 @@ namespace velmora {
 
 MenuBarViewModel::MenuBarViewModel(AppModel& model, Desktop& desktop) : model_(model), desktop_(desktop) {
   connect(&model_, &AppModel::statusChanged, this, &MenuBarViewModel::changed);
+  connect(&model_.serving(), &Serving::changed, this, &MenuBarViewModel::changed);
 }
 
 QString MenuBarViewModel::symbol() const { return paused() ? "pause.circle.fill" : "terminal"; }
 
-QString MenuBarViewModel::stateText() const { return paused() ? "MCP Paused" : "MCP Active"; }
+QString MenuBarViewModel::stateText() const {
+  if (servesElsewhere()) return "Another bridge is serving";
+  return paused() ? "MCP Paused" : "MCP Active";
+}
 
 QString MenuBarViewModel::clientsText() const {
   return QString("Clients: %1").arg(model_.status().connectedClients.size());

@@ -22,6 +22,10 @@ class MenuBarViewModel : public QObject {
   QString sessionsText() const;
   QString errorText() const;  ///< Empty when there is no error.
   QString pauseText() const;
+  /// Whether the bridge is this application's to pause: not during the introduction, and not while another
+  /// one serves.
+  bool canPause() const { return model_.isStarted(); }
+  bool servesElsewhere() const { return model_.serving().otherBridge().has_value(); }
   QString terminalName() const;
   std::vector<PermissionSettingsRow> permissions() const;
 

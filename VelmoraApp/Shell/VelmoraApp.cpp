@@ -42,6 +42,7 @@ VelmoraApp::VelmoraApp(const Environment& environment, const Log& log)
   connect(&*desktop_, &Desktop::trayPlaceChanged, this,
           [this] { menuBarPreference_.setHasPlace(desktop_->hasTrayPlace()); });
   connect(&menuBarPreference_, &MenuBarPreference::changed, this, &VelmoraApp::updateMenuBar);
+  desktop_->userDefaults().whenNotKept([this](const QString& problem) { model_.addProblem(problem); });
   desktop_->start();
   updateMenuBar();
   if (desktop_->updatesFromTheStart()) updater();
@@ -59,7 +60,7 @@ void VelmoraApp::tellOfUpdate(const QString& sentence) {
 
 void VelmoraApp::updateMenuBar() {
   const bool shows = menuBarPreference_.shows();
-  viewModels_.mainWindow()->setHasTray(shows);
+  viewModels_.mainWindow()->setTray(shows, menuBarPreference_.hasPlace());
   if (!menuBarPreference_.menuBarEnabled()) menuBar_.reset();
   if (!shows || menuBar_) return;  // Qt itself follows a panel that starts again
   menuBar_.emplace(menuBarViewModel_);

@@ -39,9 +39,11 @@ void VelmoraMenuBar::update() {
   state_->setText(viewModel_.stateText());
   clients_->setText(viewModel_.clientsText());
   sessions_->setText(viewModel_.sessionsText());
+  for (auto* figure : {clients_, sessions_}) figure->setVisible(!viewModel_.servesElsewhere());
   error_->setText(viewModel_.errorText());
   error_->setVisible(!viewModel_.errorText().isEmpty());
   pause_->setText(viewModel_.pauseText());
+  pause_->setVisible(viewModel_.canPause());
   if (symbol_ == viewModel_.symbol()) return;
   symbol_ = viewModel_.symbol();
   QIcon icon(":/velmora/icons/" + symbol_ + ".svg");

@@ -67,7 +67,6 @@ QtObject {
     readonly property int pickerWidth: 32 * grid
     readonly property int widePickerWidth: 44 * grid
     readonly property int pickerListWidth: 60 * grid
-    readonly property int policyPickerWidth: 76 * grid
     readonly property int showButtonWidth: 42 * grid
     readonly property int headerHeight: 8 * grid
     readonly property int sessionHeight: 14 * grid

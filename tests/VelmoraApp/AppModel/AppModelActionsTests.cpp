@@ -159,8 +159,7 @@ TEST_F(AppModelActionsTest, ThePolicyIsAdoptedBeforeTheStartAndTheOtherSettingsS
   writeSettings(stored);
   options.onboardingCompleted = false;
   app = std::make_unique<AppModel>(options);
-  app->adoptSessionPolicy(SessionPolicy::selective);
-  app->start();
+  app->finishIntroduction(SessionPolicy::selective);
   ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
   auto expected = stored;
   expected.sessionPolicy = SessionPolicy::selective;
@@ -173,8 +172,7 @@ TEST_F(AppModelActionsTest, APolicyThatCannotBeSavedHoldsAndIsReported) {
   testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
   options.onboardingCompleted = false;
   app = std::make_unique<AppModel>(options);
-  app->adoptSessionPolicy(SessionPolicy::selective);
-  app->start();
+  app->finishIntroduction(SessionPolicy::selective);
   ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
   EXPECT_EQ(app->sessions().at(0).permission, SessionPermission::readOnly);
   EXPECT_THAT(app->problems().last().toStdString(), HasSubstr("The session policy could not be saved. "));
@@ -184,8 +182,7 @@ TEST_F(AppModelActionsTest, AdoptingAPolicyLeavesUnreadableSettingsAlone) {
   testing::writeFile(settingsFile(), R"({"schemaVersion":2})");
   options.onboardingCompleted = false;
   app = std::make_unique<AppModel>(options);
-  app->adoptSessionPolicy(SessionPolicy::selective);
-  app->start();
+  app->finishIntroduction(SessionPolicy::selective);
   ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
   EXPECT_EQ(testing::contentOf(settingsFile()), R"({"schemaVersion":2})");
   EXPECT_EQ(app->sessions().at(0).permission, SessionPermission::readOnly);
@@ -203,6 +200,28 @@ TEST_F(AppModelActionsTest, SwitchingCommandBodiesOffRewritesTheHistoryAtOnce) {
       spinUntil([this] { return testing::contentOf(historyFile()).find("a-secret") == std::string::npos; }));
   pollRecords();
   for (const auto& record : app->records()) EXPECT_FALSE(record.commandBody);
+}
+
+TEST_F(AppModelActionsTest, AChangeThatIsSavedIsNotCalledUnsavedWhenTheHistoryStays) {
+  writeSettings({.persistentHistoryEnabled = true});
+  startApp();
+  std::filesystem::create_directories(historyFile() / "a folder in its place");
+  const auto sentences = sentencesOf(&AppModel::settingsNotSaved);
+  app->saveSettingsFromUI({.persistentHistoryEnabled = false});
+  ASSERT_TRUE(spinUntil([&] { return sentences->size() == 1; }));
+  EXPECT_THAT((*sentences)[0],
+              ::testing::StartsWith("The change is saved, but what it no longer allows could not be "
+                                    "removed from the history. "));
+  EXPECT_FALSE(app->coordinator().settingsStore().load().persistentHistoryEnabled);
+  EXPECT_FALSE(app->settings().persistentHistoryEnabled);
+}
+
+TEST_F(AppModelActionsTest, KnownSessionsBecomeReadOnlyWhenAsked) {
+  startApp();
+  EXPECT_EQ(app->knownSessionsToRestrict(), 2);
+  andRefresh([this] { app->makeKnownSessionsReadOnly(); });
+  EXPECT_EQ(app->knownSessionsToRestrict(), 0);
+  EXPECT_EQ(sendCommand("ls").error->code, ErrorCode::sessionNotAllowed);
 }
 
 TEST_F(AppModelActionsTest, AFailedSaveKeepsTheDraftUntilARefreshShowsWhatIsStored) {

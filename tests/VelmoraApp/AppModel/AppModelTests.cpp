@@ -3,7 +3,6 @@
 #include <fstream>
 
 #include "LocalControl/LocalControlClient.h"
-#include "tests/LocalControl/OtherUser.h"
 #include "tests/VelmoraApp/AppFixture.h"
 
 namespace velmora {
@@ -44,12 +43,18 @@ TEST_F(AppModelTest, OnAFirstLaunchServesButNeitherPromptsNorPollsUntilItIsStart
   options.onboardingCompleted = false;
   options.pollInterval = std::chrono::milliseconds(1);
   app = std::make_unique<AppModel>(options);
-  EXPECT_TRUE(callOverTheSocket(ToolName::listSessions).ok);
+  const auto listed = callOverTheSocket(ToolName::listSessions);
+  ASSERT_TRUE(listed.ok);
+  for (const auto& session : *listed.data->find("sessions")->array())
+    EXPECT_EQ(*session.find("permission")->string(), "readOnly");
+  app->setPaused(false);
+  EXPECT_EQ(app->status().mcpState, MCPState::paused) << "nobody has said yet what agents may do";
   QCoreApplication::processEvents();
   EXPECT_THAT(prompts, IsEmpty());
   EXPECT_THAT(terminal->calls(), ElementsAre("listSessions"));
   EXPECT_THAT(app->records(), IsEmpty());
-  app->start();
+  EXPECT_FALSE(app->isStarted());
+  app->finishIntroduction(SessionPolicy::safe);
   ASSERT_TRUE(spinUntil([this] { return terminal->callCount("status") > 3; }));
   EXPECT_THAT(prompts, SizeIs(4));
 }
@@ -85,6 +90,15 @@ TEST_F(AppModelTest, GoesOnWhenAPromptFails) {
   };
   startApp();
   EXPECT_THAT(prompts, ElementsAre("accessibility", "screen capture", "events"));
+}
+
+TEST_F(AppModelTest, GoesOnWhateverAPromptThrows) {
+  options.permissionPrompter.requestScreenCapture = []() -> bool { throw 5; };
+  options.permissionPrompter.requestSystemEventsAutomation = [](TerminalAutomating&) {
+    throw "no exception";
+  };
+  startApp();
+  EXPECT_THAT(prompts, ElementsAre("accessibility", "terminal"));
 }
 
 TEST_F(AppModelTest, RefreshesThroughTheCoordinatorAsAClientOfItsOwn) {
@@ -252,31 +266,25 @@ TEST_F(AppModelTest, WhatWasSavedLastIsOnDiskAtTheEnd) {
   EXPECT_THAT(testing::contentOf(settingsFile()), HasSubstr("\"retentionDays\": 30"));
 }
 
-TEST_F(AppModelTest, WorksWithoutAServerAndSaysWhy) {
-  testing::writeFile(directory / "app.velmora.Velmora/control-v1.sock", "a regular file");
+TEST_F(AppModelTest, AtTheEndTheShownSettingsHoldThoughTheyCouldNotBeSaved) {
+  keepHistory(/*deletesOnExit=*/true);
   startApp();
-  EXPECT_EQ(app->localServer(), nullptr);
-  ASSERT_THAT(app->problems(), SizeIs(1));
-  EXPECT_TRUE(app->problems()[0].startsWith("MCP clients cannot connect."));
-  EXPECT_THAT(app->sessions(), SizeIs(2));
-  andRefresh([this] { app->setPermission(SessionPermission::allowed, app->sessions()[0].sessionId); });
-  EXPECT_EQ(app->sessions()[0].permission, SessionPermission::allowed);
+  ASSERT_TRUE(sendCommand("ls").ok);
+  std::filesystem::remove(settingsFile());
+  std::filesystem::create_directories(settingsFile() / "a folder in its place");
+  const auto failures = testing::countOf(*app, &AppModel::settingsNotSaved);
+  auto kept = app->settings();
+  kept.deleteOnAppExit = false;
+  app->saveSettingsFromUI(kept);
+  ASSERT_TRUE(spinUntil([&] { return *failures == 1; }));
+  app->prepareForTermination();
+  EXPECT_TRUE(std::filesystem::exists(historyFile()));
 }
 
-TEST_F(AppModelTest, SaysWhenTheServerAcceptsNoMore) {
-  startApp();
-  EXPECT_THAT(app->problems(), ::testing::IsEmpty());
-  const FileDescriptor late = SocketPlatform::openStreamSocket();
-  const auto address = UnixSocketEndpoint::address(app->localServer()->socketURL());
-  {
-    const NoMoreDescriptors limit;
-    ASSERT_EQ(
-        ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
-        0);
-    ASSERT_TRUE(spinUntil([this] { return !app->problems().isEmpty(); }));
-  }
-  EXPECT_EQ(app->problems()[0].toStdString(),
-            "MCP clients cannot connect until you restart Velmora: accept: Too many open files.");
+TEST_F(AppModelTest, ReportsAProblemOnce) {
+  app = std::make_unique<AppModel>(options);
+  for (int count = 0; count < 2; ++count) app->addProblem("The disk is full.");
+  EXPECT_EQ(app->problems(), QStringList{"The disk is full."});
 }
 
 TEST_F(AppModelTest, TellsOfAChangedSectionOnce) {

@@ -130,8 +130,21 @@ TEST_F(DashboardViewModelTest, WarnsOfWhatDidNotWorkAtTheStart) {
   testing::writeFile(directory / "app.velmora.Velmora/control-v1.sock", "a regular file");
   start();
   EXPECT_THAT(texts(dashboard->warnings()),
-              ElementsAre(::testing::StartsWith("MCP clients cannot connect."),
-                          ::testing::StartsWith("The settings could not be loaded")));
+              ElementsAre(::testing::StartsWith("The settings could not be loaded")));
+}
+
+TEST_F(DashboardViewModelTest, OffersARestartWhileNothingIsServed) {
+  const auto socket = directory / "app.velmora.Velmora/control-v1.sock";
+  testing::writeFile(socket, "a regular file");
+  start();
+  EXPECT_TRUE(dashboard->servingProblem().startsWith("MCP clients cannot connect."));
+  std::filesystem::remove(socket);
+  const auto changes = testing::countOf(*dashboard, &DashboardViewModel::servingChanged);
+  dashboard->restartBridge();
+  EXPECT_TRUE(dashboard->isRestarting());
+  ASSERT_TRUE(testing::spinUntil([this] { return !dashboard->isRestarting(); }));
+  EXPECT_EQ(dashboard->servingProblem(), "");
+  EXPECT_EQ(*changes, 2);
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ TEST_F(MainWindowViewModelTest, LeavesNameAndVersionToTheWindowWhereTheSystemHas
 }
 
 TEST_F(MainWindowViewModelTest, ClosesIntoTheTrayAndGoesOn) {
-  window.setHasTray(true);
+  window.setTray(true, true);
   EXPECT_TRUE(window.closeRequested());
   EXPECT_FALSE(window.explainsClosing());
   EXPECT_EQ(*quits, 0);
@@ -40,6 +40,14 @@ TEST_F(MainWindowViewModelTest, WithoutATraySaysOnceThatClosingQuits) {
   EXPECT_TRUE(window.closeRequested());
   EXPECT_FALSE(window.explainsClosing()) << "once is enough";
   EXPECT_EQ(*quits, 1);
+}
+
+TEST_F(MainWindowViewModelTest, SaysThatThereIsNoTrayOnlyWhereThereIsNone) {
+  EXPECT_TRUE(window.closeExplanation().startsWith("This desktop has no tray to keep Velmora in, so "));
+  window.setTray(false, true);
+  EXPECT_TRUE(window.closeExplanation().startsWith("You switched Velmora's place in the tray off, so "));
+  desktop.context.terminal = GuidedTerminal::terminalApp;
+  EXPECT_TRUE(window.closeExplanation().startsWith("You switched Velmora's place in the menu bar off, so "));
 }
 
 TEST_F(MainWindowViewModelTest, QuitsWhenThePersonConfirmsAndWheneverAsked) {

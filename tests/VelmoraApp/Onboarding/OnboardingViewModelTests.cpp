@@ -69,6 +69,9 @@ TEST_F(OnboardingViewModelTest, ShowsThePageOfItsStep) {
 TEST_F(OnboardingViewModelTest, KeepsTheChosenPolicyWhereverOneGoes) {
   EXPECT_THAT(texts(onboarding->policies()),
               ElementsAre("Safe: managed sessions only", "Selective: existing sessions start read-only"));
+  EXPECT_THAT(texts(onboarding->policyCaptions()),
+              ElementsAre("Agents may type into every idle session of yours.",
+                          "Agents may read your sessions, and type only into windows that they opened."));
   const auto changes = countOf(*onboarding, &OnboardingViewModel::policyChanged);
   onboarding->setPolicyIndex(1);
   EXPECT_EQ(onboarding->policy(), SessionPolicy::selective);
@@ -99,6 +102,28 @@ TEST_F(OnboardingViewModelTest, FinishingStoresThePolicyAndStartsTheApplication)
   EXPECT_THAT(prompts, ::testing::SizeIs(4));
   for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
 }
+
+class EachPolicy : public OnboardingViewModelTest, public ::testing::WithParamInterface<SessionPolicy> {};
+
+TEST_P(EachPolicy, HoldsForSessionsThatAgentsListedMeanwhile) {
+  app->coordinator().setSessionPolicy(SessionPolicy::selective);  // as the loading, not waited for here, does
+  const auto listed = app->coordinator().listSessions(options.bridge.uuid(), {"a client", {}}, {});
+  const auto id = listed.data->sessions.at(0).sessionId;
+  const auto send = [&] {
+    return app->coordinator().sendCommand(options.bridge.uuid(), {"a client", {}}, {id, "ls"}).error;
+  };
+  EXPECT_EQ(send()->code, ErrorCode::mcpPaused);
+  onboarding->setPolicyIndex(static_cast<int>(GetParam()));
+  for (int step = 0; step < 4; ++step) onboarding->forward();
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(app->status().mcpState, MCPState::active);
+  const auto error = send();
+  EXPECT_EQ(error ? std::optional(error->code) : std::nullopt,
+            GetParam() == SessionPolicy::safe ? std::nullopt : std::optional(ErrorCode::sessionNotAllowed));
+}
+
+INSTANTIATE_TEST_SUITE_P(OnboardingViewModel, EachPolicy,
+                         ::testing::Values(SessionPolicy::safe, SessionPolicy::selective));
 
 TEST_F(OnboardingViewModelTest, FinishesOnce) {
   for (int step = 0; step < 4; ++step) onboarding->forward();

@@ -102,6 +102,22 @@ TEST_F(PrivacySettingsViewModelTest, NumbersStopAtTheirBounds) {
   EXPECT_EQ(settings->outputPreviewMaxCharacters(), 10000);
 }
 
+TEST_F(PrivacySettingsViewModelTest, TheSelectivePolicyOffersToRestrictWhatIsKnown) {
+  start({});
+  EXPECT_FALSE(settings->restrictsKnownSessions()) << "the policy would not";
+  settings->setSessionPolicyIndex(1);
+  EXPECT_TRUE(settings->restrictsKnownSessions());
+  EXPECT_EQ(settings->restrictText(), "Make the 2 known sessions read-only now");
+  andRefresh([this] { app->setPermission(SessionPermission::blocked, app->sessions()[0].sessionId); });
+  EXPECT_EQ(settings->restrictText(), "Make the 1 known session read-only now");
+  const auto changes = testing::countOf(*settings, &PrivacySettingsViewModel::knownSessionsChanged);
+  andRefresh([this] { settings->restrictKnownSessions(); });
+  EXPECT_FALSE(settings->restrictsKnownSessions());
+  EXPECT_GT(*changes, 0);
+  EXPECT_EQ(app->sessions()[0].permission, SessionPermission::blocked);
+  EXPECT_EQ(app->sessions()[1].permission, SessionPermission::readOnly);
+}
+
 TEST_F(PrivacySettingsViewModelTest, APolicyThatDoesNotExistChangesNothing) {
   start({.sessionPolicy = SessionPolicy::selective});
   settings->setSessionPolicyIndex(-1);

@@ -55,6 +55,28 @@ TEST_F(VelmoraMenuBarTest, ItsSwitchPausesAndItsEntryOpensTheWindow) {
   EXPECT_NE(entry(menuBar.menu(), "Resume changes"), nullptr);
 }
 
+TEST_F(VelmoraMenuBarTest, OffersNoPauseBeforeTheIntroductionIsOver) {
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  MenuBarViewModel viewModel(*app, desktop);
+  const VelmoraMenuBar menuBar(viewModel);
+  EXPECT_THAT(visibleTexts(menuBar.menu()), ElementsAre("MCP Paused", "Clients: 0", "Managed sessions: 0",
+                                                        "Open Velmora", "Open Permission Settings"));
+  app->finishIntroduction(SessionPolicy::safe);
+  ASSERT_TRUE(testing::spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_TRUE(entry(menuBar.menu(), "Pause changes")->isVisible());
+}
+
+TEST_F(VelmoraMenuBarTest, OffersNoPauseOfAnotherBridge) {
+  BridgeHost other({.environment = options.bridge.environment,
+                    .makeTerminal = [](const auto&) { return std::make_unique<testing::FakeTerminal>(); }});
+  app = std::make_unique<AppModel>(options);
+  MenuBarViewModel viewModel(*app, desktop);
+  const VelmoraMenuBar menuBar(viewModel);
+  EXPECT_THAT(visibleTexts(menuBar.menu()),
+              ElementsAre("Another bridge is serving", "Open Velmora", "Open Permission Settings"));
+}
+
 TEST_F(VelmoraMenuBarTest, SaysThatNoPermissionIsNeededWhereNoneIs) {
   startApp();
   MenuBarViewModel viewModel(*app, desktop);

@@ -39,6 +39,7 @@ AppModelOptions optionsFor(const Scenario& scenario, const TemporaryDirectory& h
   };
   options.bridge.now = scenarioTime;
   options.bridge.uuid = countingUuids();
+  options.onboardingCompleted = !scenario.firstRun;
   options.pollInterval = std::chrono::milliseconds(20);
   return options;
 }
@@ -50,7 +51,13 @@ OfflineBridge::~OfflineBridge() = default;
 void OfflineBridge::setScenario(const QString& name) {
   scenarioName_ = name;
   auto data = scenario(name.toStdString());
-  model_ = std::make_unique<AppModel>(optionsFor(data, home_, terminal_));
+  const auto options = optionsFor(data, home_, terminal_);
+  if (data.otherBridge) {
+    otherBridge_ = std::make_unique<BridgeHost>(options.bridge);
+    otherBridge_->startServing();
+  }
+  if (data.blockedSocket) writeFile(home_ / "app.velmora.Velmora/control-v1.sock", "a regular file");
+  model_ = std::make_unique<AppModel>(options);
   auto& coordinator = model_->coordinator();
   const auto listed = coordinator.listSessions(Uuid::random(), kClient, {});
   for (std::size_t index = 0; index < data.permissions.size() && listed.ok; ++index) {
@@ -61,7 +68,7 @@ void OfflineBridge::setScenario(const QString& name) {
   coordinator.settingsStore().save(settings);
   coordinator.recorder().replace(std::move(data.records));
   coordinator.statusService().updateClients(data.clients);
-  coordinator.setPaused(data.paused);
+  if (!data.firstRun) coordinator.setPaused(data.paused);
   makeServices(data);
   desktop_.defaults.set(userDefault::onboardingCompleted, !data.firstRun);
   firstRun_ = std::make_unique<FirstRunController>(desktop_.defaults);
@@ -78,9 +85,6 @@ void OfflineBridge::setScenario(const QString& name) {
     ready_ = true;
     Q_EMIT readyChanged();
   });
-  if (!firstRun_->needsOnboarding()) {
-    model_->start();
-  }
   Q_EMIT scenarioChanged();
 }
 
@@ -108,6 +112,10 @@ void OfflineBridge::failSaves() const {
   const auto folder = model_->coordinator().settingsStore().fileURL().parent_path();
   std::filesystem::remove_all(folder);
   writeFile(folder, "a file where the folder should be");
+}
+
+void OfflineBridge::unblockSocket() const {
+  std::filesystem::remove(home_ / "app.velmora.Velmora/control-v1.sock");
 }
 
 QStringList OfflineBridge::terminalCalls() const {

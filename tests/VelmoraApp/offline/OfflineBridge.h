@@ -45,6 +45,8 @@ class OfflineBridge : public QObject {
   Q_INVOKABLE QString settingsFile() const;
   /// From now on no settings can be saved.
   Q_INVOKABLE void failSaves() const;
+  /// What stood in the socket's place is gone.
+  Q_INVOKABLE void unblockSocket() const;
   /// From now on the system refuses, or allows again, to change the login item.
   Q_INVOKABLE void refuseLoginItem(bool refuses) { desktop_.refusesLoginItem = refuses; }
   /// The check for updates ends.
@@ -71,6 +73,7 @@ class OfflineBridge : public QObject {
   FakeTerminal* terminal_ = nullptr;  // the model's
   FakeDesktop desktop_{QString::fromStdString((home_ / "defaults.ini").string())};
   std::unique_ptr<FirstRunController> firstRun_;
+  std::unique_ptr<BridgeHost> otherBridge_;
   std::unique_ptr<AppModel> model_;
   std::unique_ptr<MenuBarPreference> menuBar_;
   std::unique_ptr<LaunchAtLoginController> launchAtLogin_;

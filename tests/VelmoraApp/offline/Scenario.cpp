@@ -174,6 +174,12 @@ Scenario scenario(const std::string& name) {
     result.terminalApp = name != "firstRun";
     return result;
   }
+  if (name == "other" || name == "deaf") {
+    auto result = full();
+    result.otherBridge = name == "other";
+    result.blockedSocket = name == "deaf";
+    return result;
+  }
   throw std::invalid_argument("no scenario " + name);
 }
 

@@ -21,11 +21,13 @@ struct Scenario {
   bool denied = false;       ///< The system refuses automation.
   bool firstRun = false;     ///< The introduction is due.
   bool terminalApp = false;  ///< The texts speak of macOS.
+  bool otherBridge = false;  ///< This program itself serves already.
+  bool blockedSocket = false;
 };
 
 /// "full", "empty", "paused", "denied", "long" (titles and texts that fit nowhere), "many" (10,000 records
-/// and 500 sessions), "macOS" (its texts), "firstRun", "firstRunMacOS". Throws std::invalid_argument for any
-/// other name.
+/// and 500 sessions), "macOS" (its texts), "firstRun", "firstRunMacOS", "other" (another bridge serves),
+/// "deaf" (nothing can be served). Throws std::invalid_argument for any other name.
 Scenario scenario(const std::string& name);
 
 /// The time at which every scenario plays.

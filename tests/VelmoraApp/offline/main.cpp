@@ -41,9 +41,9 @@ int main(int argc, char** argv) {
   const QGuiApplication application(argc, argv);
   QCommandLineParser arguments;
   arguments.addHelpOption();
-  arguments.addOption({"scenario",
-                       "full, empty, paused, denied, long, many, macOS, firstRun or firstRunMacOS.", "name",
-                       "full"});
+  arguments.addOption(
+      {"scenario", "full, empty, paused, denied, long, many, macOS, firstRun, firstRunMacOS, other or deaf.",
+       "name", "full"});
   arguments.addOption({"section", "dashboard, sessions, history, settings or help.", "name", "dashboard"});
   arguments.addOption({"page", "Of the settings, from 0.", "number", "0"});
   arguments.addOption({"language", "Of the help: english or korean; else the system's.", "name"});

@@ -128,12 +128,34 @@ Item {
             verify(Screens.texts(view).includes("No clients connected"));
         }
 
-        function test_itScrollsToWhatTakesTheKeyboard() {
-            open("full");
+        function test_whatIsWrongAndTheSwitchStayInSight() {
+            open("denied");
+            tryVerify(() => named("automation").value === "denied");
             view.height = 300;
-            view.contentY = 200;
-            named("togglePause").forceActiveFocus(Qt.TabFocusReason);
-            tryVerify(() => view.contentY < 100);
+            waitForRendering(view);
+            for (const contentY of [0, 200]) {
+                view.contentY = contentY;
+                const banners = Screens.all(view, item => item.symbol === "exclamationmark.triangle" && item.dismissed !== undefined);
+                for (const item of [named("togglePause"), banners[0]]) {
+                    const top = item.mapToItem(view, 0, 0).y;
+                    verify(top >= 0 && top + item.height < view.height, top);
+                }
+            }
+        }
+
+        function test_aBridgeThatNobodyReachesIsStartedAgain() {
+            open("deaf");
+            verify(named("servingProblem").text.startsWith("MCP clients cannot connect. "));
+            bridge.unblockSocket();
+            const button = Screens.named(named("servingProblem"), "bannerAction")[0];
+            compare(button.text, "Restart the bridge");
+            mouseClick(button);
+            tryVerify(() => named("servingProblem") === undefined);
+        }
+
+        function test_whileClientsConnectNoRestartIsOffered() {
+            open("full");
+            compare(named("servingProblem"), undefined);
         }
     }
 }

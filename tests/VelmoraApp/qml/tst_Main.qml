@@ -124,6 +124,33 @@ TestCase {
         verify(window.visible);
     }
 
+    function openBesideAnother() {
+        window = createTemporaryObject(mainComponent, test, {
+                "scenario": "other"
+            });
+        bridge = window.bridge;
+        verify(waitForRendering(window.contentItem));
+    }
+
+    function test_besideAnotherBridgeThereIsOnlyThatToSay() {
+        openBesideAnother();
+        verify(/^Another bridge of yours is serving: \S+, process \d+, since .*\d\d:\d\d$/.test(named("otherBridgeTitle").text), named("otherBridgeTitle").text);
+        for (const name of ["sidebar", "dashboard", "togglePause", "permissionPicker", "onboarding"])
+            compare(named(name), undefined);
+        compare(Screens.all(window.contentItem, isControl).map(control => control.text), ["Quit", "End it and take over"]);
+        verify(named("quitInstead").activeFocus || window.activeFocusItem === null);
+        compare(bridge.terminalCalls(), ["listSessions"], "that of the scenario itself");
+    }
+
+    function test_anotherBridgeThatStaysIsStillShown() {
+        openBesideAnother();
+        compare(named("otherBridgeProblem"), undefined);
+        mouseClick(named("takeOver"));  // this very process, which is not one to end
+        tryVerify(() => named("otherBridgeProblem") !== undefined);
+        compare(named("takeOver").text, "End it and take over");
+        verify(named("takeOver").enabled);
+    }
+
     function test_theWindowIsNeverTooSmall() {
         open("full");
         compare(window.minimumWidth, 720);

@@ -88,8 +88,10 @@ TestCase {
             compare(part("onboardingText") === undefined, index === 2);
             compare(part("policyChoice0") === undefined, index !== 2);
             compare(part("onboardingProgress").Accessible.name, `Step ${index + 1} of 4`);
-            if (index === 2)
+            if (index === 2) {
+                tryVerify(() => part("policyChoice1").y > 0);
                 mouseClick(part("policyChoice1"));
+            }
             mouseClick(part("onboardingForward"));
         }
         verify(finished("selective"));
@@ -136,6 +138,13 @@ TestCase {
         compare(step(), 3);
         keyClick(Qt.Key_Return);
         verify(finished("selective"));
+    }
+
+    function test_eachPolicySaysWhatItMeans() {
+        open("firstRunMacOS");
+        goTo(2);
+        compare(Screens.named(part("onboardingPage"), "choiceCaption").map(label => label.text), ["Agents may type into every idle session of yours.", "Agents may read your sessions, and type only into windows that they opened."]);
+        compare(part("policyChoice1").Accessible.description, "Agents may read your sessions, and type only into windows that they opened.");
     }
 
     function test_theSpaceBarAndTheAccessibilityBusChooseThePolicy() {

@@ -59,6 +59,11 @@ Item {
             tryVerify(() => !picker.popup.visible);
         }
 
+        function test_itSaysWhatAPermissionCannotDo() {
+            open("full", 5);
+            compare(Screens.named(view, "whatPermissionsDo")[0].text, "A permission guides an agent that uses Velmora as intended. It does not hold one that means to get around it.");
+        }
+
         function test_aRowSaysWhatTheSessionIs() {
             open("full", 5);
             compare(part(0, "sessionTitle").text, "velmora: zsh");

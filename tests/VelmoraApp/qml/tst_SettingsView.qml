@@ -197,16 +197,42 @@ Item {
             verify(!dialog.visible);
         }
 
-        function test_thePolicyIsPicked() {
+        function test_thePolicyIsPickedAndSaysWhatItMeans() {
             page("privacy");
-            const picker = named("sessionPolicy");
-            compare(picker.displayText, "Safe: managed sessions only");
-            picker.forceActiveFocus(Qt.TabFocusReason);
-            keyClick(Qt.Key_Space);
-            tryVerify(() => picker.popup.opened);
+            verify(named("policyChoice0").checked);
+            compare(named("policyChoice0").text, "Safe: managed sessions only");
+            compare(Screens.named(view, "choiceCaption").map(label => label.text), ["Agents may type into every idle session of yours.", "Agents may read your sessions, and type only into windows that they opened."]);
+            compare(named("sessionPolicyScope").text, "For sessions found from now on");
+            named("policyChoice0").forceActiveFocus(Qt.TabFocusReason);
             keyClick(Qt.Key_Down);
-            keyClick(Qt.Key_Return);
             tryVerify(() => stored().sessionPolicy === "selective");
+            verify(named("policyChoice1").checked && named("policyChoice1").activeFocus);
+            click("policyChoice0");
+            tryVerify(() => stored().sessionPolicy === "safe");
+        }
+
+        function test_theSelectivePolicyOffersToRestrictTheKnownSessions() {
+            page("privacy");
+            verify(!named("restrictKnownSessions"));
+            click("policyChoice1");
+            tryVerify(() => named("restrictKnownSessions") !== undefined);
+            compare(named("restrictKnownSessions").text, "Make the 3 known sessions read-only now");
+            click("restrictKnownSessions");
+            tryVerify(() => named("restrictKnownSessions") === undefined);
+            compare(bridge.sendCommand(bridge.firstSession(), "ls"), "SESSION_NOT_ALLOWED");
+        }
+
+        function test_aProblemStaysInSightHoweverFarOneScrolls() {
+            page("privacy");
+            bridge.failSaves();
+            click("policyChoice1");
+            tryVerify(() => named("settingsProblem") !== undefined);
+            waitForRendering(view);
+            for (const contentY of [0, 400]) {
+                named("privacySettings").contentY = contentY;
+                const top = named("settingsProblem").mapToItem(view, 0, 0).y;
+                verify(top > 0 && top + named("settingsProblem").height < view.height, top);
+            }
         }
 
         function test_aFailedSaveIsSaidAndTheDraftStays() {
