@@ -58,6 +58,10 @@ def by_the_accessibility_bus(desktop):
     check("the introduction stands in place of the sections", not window.shows("list item", "Dashboard"))
     client = HelperClient(programs / "velmora", desktop.environment)
     check("clients are served meanwhile", client.code("terminal_status") == "ok")
+    found = client.call("terminal_list_sessions")["data"]["sessions"][0]
+    check("a session is read-only until the user has chosen", found["permission"] == "readOnly")
+    sent = client.code("terminal_send_command", sessionId=found["sessionId"], command="echo too early")
+    check("and changes are paused", sent == "MCP_PAUSED")
     for step in range(3):
         is_at(window, step)
         window.see("label", f"Step {step + 1} of 4")
@@ -133,11 +137,29 @@ def by_the_keyboard(desktop):
     is_at(window, 0)
     desktop.type("key", "Return", "Return", "Down", "Return", "Return")
     window.see("list item", "Dashboard")
+    window.see("label", "Bridge: Active")
     check("the policy is saved", policy_is_saved(desktop))
     check("settings that were there stay", stored_settings(desktop)["retentionDays"] == 30)
     check("a session that was there is read-only", permission_of_the_session(window) == "readOnly")
     end(app)
 
 
+def the_safe_policy_holds_for_what_agents_listed_before(desktop):
+    app = desktop.start()
+    window = AccessibleWindow("Velmora")
+    is_at(window, 0)
+    client = HelperClient(programs / "velmora", desktop.environment)
+    session = client.call("terminal_list_sessions")["data"]["sessions"][0]["sessionId"]
+    for _ in range(3):
+        window.press("push button", "Continue")
+    window.press("push button", "Finish")
+    window.see("label", "Bridge: Active")
+    sent = client.code("terminal_send_command", sessionId=session, command="echo $((40+2))")
+    check("chosen as safe, the session that was listed before takes a command", sent == "ok")
+    client.close()
+    end(app)
+
+
 if __name__ == "__main__":
-    play(programs, [by_the_accessibility_bus, by_the_keyboard], introduced=False)
+    scenes = [by_the_accessibility_bus, by_the_keyboard, the_safe_policy_holds_for_what_agents_listed_before]
+    play(programs, scenes, introduced=False)

@@ -57,10 +57,15 @@ def privacy(desktop, window):
     window.press("check box", "Persist request metadata")
     check("without metadata nothing is kept", comes_to_store(desktop, "persistentHistoryEnabled", False))
     check("command bodies least of all", stored(desktop, "storeCommandBody") is False)
-    window.scroll_to("combo box", "Session policy")
-    window.press("combo box", "Session policy")
-    window.press("list item", "Selective: existing sessions start read-only")
+    window.scroll_to("radio button", "Selective: existing sessions start read-only")
+    window.press("radio button", "Selective: existing sessions start read-only")
     check("the policy is kept", comes_to_store(desktop, "sessionPolicy", "selective"))
+    window.scroll_to("push button", "Make the 1 known session read-only now")
+    window.press("push button", "Make the 1 known session read-only now")
+    eventually(lambda: "Make the 1 known session read-only now" not in window.names("push button"), "it is done")
+    window.press("list item", "Sessions")
+    check("the session that was known is read-only", window.see("combo box", "Permission").description == "readOnly")
+    window.press("list item", "Settings")
 
 
 def connection(window):
