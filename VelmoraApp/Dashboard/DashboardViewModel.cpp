@@ -24,6 +24,7 @@ DashboardViewModel::DashboardViewModel(AppModel& model, GuidedTerminal terminal)
   connect(&model_, &AppModel::recordsChanged, this, &DashboardViewModel::statusChanged);
   connect(&model_, &AppModel::problemsChanged, this, &DashboardViewModel::statusChanged);
   connect(&model_.serving(), &Serving::changed, this, &DashboardViewModel::servingChanged);
+  connect(&model_.serving(), &Serving::changed, this, &DashboardViewModel::statusChanged);
   connect(&model_, &AppModel::refreshingChanged, this, &DashboardViewModel::isLoadingChanged);
 }
 

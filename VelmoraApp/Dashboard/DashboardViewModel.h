@@ -44,7 +44,9 @@ class DashboardViewModel : public QObject {
   const BridgeStatus& status() const { return model_.status(); }
   bool paused() const { return status().mcpState == MCPState::paused; }
   QString bridgeState() const;
-  Meaning bridgeMeaning() const { return paused() ? Meaning::Caution : Meaning::Positive; }
+  Meaning bridgeMeaning() const {
+    return paused() || !servingProblem().isEmpty() ? Meaning::Caution : Meaning::Positive;
+  }
   QString pauseButtonText() const;
   QString terminalName() const;
   QString terminalState() const;

@@ -138,12 +138,14 @@ TEST_F(DashboardViewModelTest, OffersARestartWhileNothingIsServed) {
   testing::writeFile(socket, "a regular file");
   start();
   EXPECT_TRUE(dashboard->servingProblem().startsWith("MCP clients cannot connect."));
+  EXPECT_EQ(dashboard->bridgeMeaning(), Meaning::Caution);
   std::filesystem::remove(socket);
   const auto changes = testing::countOf(*dashboard, &DashboardViewModel::servingChanged);
   dashboard->restartBridge();
   EXPECT_TRUE(dashboard->isRestarting());
   ASSERT_TRUE(testing::spinUntil([this] { return !dashboard->isRestarting(); }));
   EXPECT_EQ(dashboard->servingProblem(), "");
+  EXPECT_EQ(dashboard->bridgeMeaning(), Meaning::Positive);
   EXPECT_EQ(*changes, 2);
 }
 
