@@ -33,7 +33,7 @@ bool DataFolder::claim() {
   const auto file = folder_ / "bridge.lock";
   try {
     PosixFileSystem unlocked;
-    ensureDirectory(unlocked, folder_);
+    if (!unlocked.exists(folder_)) ensureDirectory(unlocked, folder_);
     lock_ = FileLock::take(file);
     if (!lock_) {
       problem_ = wordsOfHolder(file, folder_);

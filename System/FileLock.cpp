@@ -24,25 +24,36 @@ std::string textOf(const FileDescriptor& file) {
   return text;
 }
 
+int lockNow(const FileDescriptor& file) {
+  while (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EINTR) return errno;
+  }
+  return 0;
+}
+
 }  // namespace
 
 std::optional<FileLock> FileLock::take(const std::filesystem::path& path) {
-  // Without O_NONBLOCK a pipe in the file's place would hold the caller up.
-  auto file = openFile(path, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR);
-  int result = 0;
-  do result = ::flock(file.get(), LOCK_EX | LOCK_NB);
-  while (result != 0 && errno == EINTR);
-  if (result == 0) return FileLock(std::move(file));
-  if (errno == EWOULDBLOCK) return std::nullopt;
-  fail("lock");
+  // Without O_NONBLOCK a pipe in the file's place would hold the caller up. A file that is open for writing
+  // would keep its disk from being made read-only.
+  constexpr int flags = O_CREAT | O_NOFOLLOW | O_NONBLOCK;
+  auto file = openFile(path, O_RDONLY | flags, S_IRUSR | S_IWUSR);
+  int error = lockNow(file);
+  if (error == EBADF) {  // NFS wants it open for writing
+    file = openFile(path, O_RDWR | flags, S_IRUSR | S_IWUSR);
+    error = lockNow(file);
+  }
+  if (error == 0) return FileLock(std::move(file), path);
+  if (error == EWOULDBLOCK) return std::nullopt;
+  throw std::system_error(error, std::generic_category(), "lock " + path.string());
 }
 
 std::string FileLock::text() const { return textOf(file_); }
 
 void FileLock::setText(std::string_view text) {
-  if (::ftruncate(file_.get(), 0) != 0) fail("write the lock's text");
-  if (::lseek(file_.get(), 0, SEEK_SET) != 0 || !writeTo(file_, text).empty()) fail("write the lock's text");
-  if (::fsync(file_.get()) != 0 && errno != EINVAL) fail("flush the lock's text");
+  const auto file = openFile(path_, O_WRONLY | O_TRUNC | O_NOFOLLOW | O_NONBLOCK);
+  if (!writeTo(file, text).empty()) fail("write the lock's text");
+  if (::fsync(file.get()) != 0 && errno != EINVAL) fail("flush the lock's text");
 }
 
 std::string textOfLock(const std::filesystem::path& path) {

@@ -24,9 +24,11 @@ class FileLock {
   void setText(std::string_view text);
 
  private:
-  explicit FileLock(FileDescriptor file) : file_(std::move(file)) {}
+  FileLock(FileDescriptor file, std::filesystem::path path)
+      : file_(std::move(file)), path_(std::move(path)) {}
 
   FileDescriptor file_;
+  std::filesystem::path path_;
 };
 
 /// What a lock's holder wrote; empty when that cannot be read.

@@ -43,7 +43,8 @@ TEST_F(FileLockTest, IsNotFooledByWhatStandsInItsPlace) {
   std::filesystem::create_symlink(directory / "elsewhere", directory / "link");
   EXPECT_THROW(FileLock::take(directory / "link"), std::system_error);
   EXPECT_FALSE(std::filesystem::exists(directory / "elsewhere"));
-  EXPECT_THROW(FileLock::take(directory.path()), std::system_error);
+  std::filesystem::create_directories(directory / "folder");
+  EXPECT_THROW(FileLock::take(directory / "folder"), std::system_error);
   EXPECT_THROW(FileLock::take(directory / "none" / "lock"), std::system_error);
 }
 
