@@ -169,6 +169,7 @@ TEST_F(AppModelActionsTest, ThePolicyIsAdoptedBeforeTheStartAndTheOtherSettingsS
 }
 
 TEST_F(AppModelActionsTest, APolicyThatCannotBeSavedHoldsAndIsReported) {
+  std::filesystem::remove_all(directory / "data" / "Velmora");
   testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
   options.onboardingCompleted = false;
   app = std::make_unique<AppModel>(options);
@@ -226,6 +227,7 @@ TEST_F(AppModelActionsTest, KnownSessionsBecomeReadOnlyWhenAsked) {
 
 TEST_F(AppModelActionsTest, AFailedSaveKeepsTheDraftUntilARefreshShowsWhatIsStored) {
   startApp();
+  std::filesystem::remove_all(directory / "data" / "Velmora");
   testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
   const auto sentences = sentencesOf(&AppModel::settingsNotSaved);
   app->saveSettingsFromUI({.retentionDays = 30});
