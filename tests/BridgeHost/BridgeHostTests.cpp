@@ -223,8 +223,7 @@ TEST_F(BridgeHostTest, LeavesTheSocketToABridgeThatServesThere) {
   {
     BridgeHost second(options());
     EXPECT_EQ(second.localServer(), nullptr);
-    EXPECT_EQ(second.serverProblem(), "Velmora is already running as process " + std::to_string(::getpid()) +
-                                          " and keeps its data in " + (directory / "data/Velmora").string());
+    EXPECT_EQ(second.serverProblem(), "Velmora is already running there");
   }
   {
     auto elsewhere = options();
@@ -249,7 +248,8 @@ TEST_F(BridgeHostTest, ChangesNothingInADataFolderThatAnotherBridgeHas) {
   {
     BridgeHost second(elsewhere);
     EXPECT_EQ(second.localServer(), nullptr);
-    EXPECT_THAT(second.serverProblem(), ::testing::StartsWith("Velmora is already running as process "));
+    EXPECT_EQ(second.serverProblem(), "Velmora is already running as process " + std::to_string(::getpid()) +
+                                          " and keeps its data in " + (directory / "data/Velmora").string());
     expectLoads(second);
     EXPECT_THROW(second.coordinator().applySettings({.retentionDays = 3}), std::system_error);
     EXPECT_THROW(second.coordinator().clearHistory(), StructuredError);
