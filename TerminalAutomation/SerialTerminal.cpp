@@ -18,8 +18,10 @@ SerialTerminal::SerialTerminal(std::unique_ptr<TerminalOperations> operations, T
       changes_("terminal", 1),
       ownLooks_("terminal-looks", 1),
       ownReads_("terminal-reads", readsAtOnce),
+      ownPictures_("terminal-pictures", 1),
       looks_(operations_->isSerial() ? changes_ : ownLooks_),
-      reads_(operations_->isSerial() ? changes_ : ownReads_) {}
+      reads_(operations_->isSerial() ? changes_ : ownReads_),
+      pictures_(operations_->isSerial() ? changes_ : ownPictures_) {}
 
 SerialTerminal::~SerialTerminal() { operations_->cancel(); }
 
@@ -76,7 +78,7 @@ std::future<TerminalOutput> SerialTerminal::readOutput(OutputSource source, std:
 
 std::future<TerminalScreenCapture> SerialTerminal::captureScreen(std::string tty, std::int64_t windowId,
                                                                  Caller caller) {
-  return submit(reads_, deadlines_.operation, std::move(caller),
+  return submit(pictures_, deadlines_.operation, std::move(caller),
                 [this, tab = TabAddress{std::move(tty), windowId}](auto deadline) {
                   return operations_->captureScreen(tab, deadline);
                 });

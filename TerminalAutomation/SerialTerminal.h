@@ -21,9 +21,10 @@ struct TerminalDeadlines {
 };
 
 /// Thread-safe. What changes the terminal runs in the order of the calls, one at a time. Status and listings,
-/// also in the order of the calls, and up to four reads of text or pictures run beside it: a long history
-/// holds nobody up. (A serial adapter has one queue for everything.) Behind a terminal that hangs, what waits
-/// fails when its deadline has passed; there are never more than six threads.
+/// also in the order of the calls, up to four reads of text, and one picture at a time run beside it: a long
+/// history or a huge screen holds nobody else up. (A serial adapter has one queue for everything.) Behind a
+/// terminal that hangs, what waits fails when its deadline has passed; there are never more than seven
+/// threads.
 ///
 /// Destruction ends what is under way, as far as the adapter can, and fails what waits, some of it with
 /// std::future_errc::broken_promise. The terminal's sessions outlive it.
@@ -72,9 +73,11 @@ class SerialTerminal : public TerminalAutomating {
   ThreadPool changes_;
   ThreadPool ownLooks_;
   ThreadPool ownReads_;
+  ThreadPool ownPictures_;
   // Those of a serial adapter are `changes_`.
   ThreadPool& looks_;
   ThreadPool& reads_;
+  ThreadPool& pictures_;
 };
 
 }  // namespace velmora

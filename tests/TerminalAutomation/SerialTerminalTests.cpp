@@ -227,6 +227,20 @@ TEST_F(SerialTerminalTest, ALongReadHoldsNobodyUp) {
   reading.get();
 }
 
+TEST_F(SerialTerminalTest, HugePicturesHoldUpPicturesAndNothingElse) {
+  std::latch entered(1);
+  std::latch open(1);
+  hold("captureScreen /dev/huge", entered, open);
+  std::vector<std::future<TerminalScreenCapture>> huge;
+  for (int count = 0; count < 6; ++count) huge.push_back(terminal().captureScreen("/dev/huge", 4));
+  entered.wait();
+  EXPECT_EQ(terminal().readOutput(OutputSource::visible, 9, "/dev/a", 4).get().text, "text");
+  terminal().send("ls", "/dev/a", 4).get();
+  EXPECT_EQ(terminal().listSessions().get().size(), 1u);
+  open.count_down();
+  for (auto& picture : huge) picture.get();
+}
+
 TEST_F(SerialTerminalTest, AChangeThatHangsHoldsUpChangesAndNoReads) {
   std::latch entered(1);
   std::latch open(1);
