@@ -27,17 +27,32 @@ class TmuxTyping : public testing::PrivateTmux {
     chosen.now = [this] { return Date::fromUnixSeconds(Date::now().unixSeconds() + ahead_.load()); };
     executor_ = makeTmuxTerminal(chosen);
     ASSERT_TRUE(eventually([&] { return cursor().front() != '0'; })) << "no prompt";
+    column_ = column();
     tab_ = onlyTab();
     ASSERT_TRUE(eventually([&] { return !isBusy(tab_.tty); }));
   }
   std::string cursor() { return tmux({"display-message", "-p", "-t", "%0", "#{cursor_x} #{cursor_y}"}); }
+  std::string column() {
+    const std::string place = cursor();
+    return place.substr(0, place.find(' '));
+  }
+  void waitForPrompt() {
+    EXPECT_TRUE(eventually([&] { return column() == column_ && !isBusy(tab_.tty); }));
+  }
   /// Types without a client, and waits until the shell shows it.
   void type(const std::vector<std::string>& keys) {
     const std::string before = cursor();
     std::vector<std::string> arguments{"send-keys", "-t", "%0"};
     arguments.insert(arguments.end(), keys.begin(), keys.end());
     tmux(arguments);
-    EXPECT_TRUE(eventually([&] { return cursor() != before; }));
+    const auto isShown = [&] {
+      if (keys.front() != "-l") return cursor() != before && cursor().front() != '0';
+      const std::string screen = tmux({"capture-pane", "-p", "-J", "-t", "%0"});
+      const std::string shown = screen.substr(0, screen.find_last_not_of(" \n") + 1);
+      const std::string text = keys.back().substr(0, keys.back().find_last_not_of(' ') + 1);
+      return shown.ends_with(text.substr(text.size() - std::min<std::size_t>(text.size(), 20)));
+    };
+    EXPECT_TRUE(eventually(isShown)) << keys.back();
   }
   /// What an agent hears; empty when its text was typed.
   std::string send(const std::string& text) {
@@ -55,6 +70,7 @@ class TmuxTyping : public testing::PrivateTmux {
 
   const std::string typing_ = "Someone is typing in this session.";
   std::atomic<double> ahead_ = 0;
+  std::string column_;  // of the cursor behind the prompt
   TerminalTabSnapshot tab_;
 };
 
@@ -84,13 +100,15 @@ TEST_P(TmuxHalfTyped, QuoteIsLeftOpen) {
 }
 
 TEST_P(TmuxHalfTyped, LineOfLaterIsLeftAloneToo) {
-  type({"-l", "cd /"});
+  type({"-l", ": before"});
   type({"Enter"});
+  waitForPrompt();
   EXPECT_TRUE(eventually([&] { return send(": first") == ""; }));
   later(30);
-  tabs();
+  waitForPrompt();
   type({"-l", "true"});
   type({"Enter"});
+  waitForPrompt();
   type({"-l", "echo half"});
   EXPECT_EQ(send("echo agent > " + recording().string()), typing_);
 }
@@ -165,8 +183,7 @@ TEST_F(TmuxTyping, AProgramThatStartedAfterTheLookGetsNothing) {
   auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
   ASSERT_TRUE(listing && listing->panes.size() == 1);
   EXPECT_EQ(listing->panes[0].program, "bash");
-  type({"-l", "cat > " + recording().string()});
-  type({"Enter"});
+  tmux({"send-keys", "-t", "%0", "cat > " + recording().string(), "Enter"});
   ASSERT_TRUE(eventually([&] {
     return tmux({"display-message", "-p", "-t", "%0", "#{pane_current_command}"}) == "cat";
   }));
