@@ -24,7 +24,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto listing = parseListing(text);
   if (!listing) return 0;
   const auto lines = std::count(text.begin(), text.end(), '\n');
-  if (lines != static_cast<std::ptrdiff_t>(listing->panes.size() + listing->clients.size())) std::abort();
+  if (lines !=
+      static_cast<std::ptrdiff_t>(listing->panes.size() + listing->clients.size() + listing->buffers.size()))
+    std::abort();
   for (const auto& pane : listing->panes) {
     for (const auto* field :
          {&pane.version, &pane.host, &pane.tty, &pane.sessionName, &pane.windowName, &pane.title}) {
@@ -33,5 +35,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static_cast<void>(pasteCleans(pane.version));
   }
   for (const auto& client : listing->clients) checkField(client.name);
+  for (const auto& buffer : listing->buffers) checkField(buffer.name);
   return 0;
 }

@@ -24,6 +24,7 @@ constexpr std::size_t historyLimit = std::size_t{256} << 20;
 constexpr std::size_t screenLimit = std::size_t{64} << 20;
 constexpr auto restartPause = 300ms;
 constexpr auto pollPause = 20ms;
+constexpr double lostBufferAge = 60;  // seconds
 constexpr int mostSessions = 1'000;
 constexpr int promptPolls = 100;
 constexpr int attachPolls = 150;
@@ -82,14 +83,13 @@ PaneScreen parseScreen(std::string_view output) {
           .cursorVisible = numbers[4] != 0};
 }
 
-std::size_t longestLine(std::string_view text) {
-  std::size_t longest = 0;
-  while (true) {
-    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-    longest = std::max(longest, end);
-    if (end == text.size()) return longest;
-    text.remove_prefix(end + 1);
-  }
+/// "velmora-" and a bridge's id, then the number of the delivery.
+bool isBridgeBuffer(std::string_view name) {
+  constexpr std::string_view mark = "velmora-";
+  constexpr std::size_t idLength = 36;
+  return name.starts_with(mark) && name.size() > mark.size() + idLength &&
+         Uuid::parse(name.substr(mark.size(), idLength)) && name[mark.size() + idLength] == '-' &&
+         name.find('?') == std::string_view::npos;
 }
 
 TmuxOptions completed(TmuxOptions options) {
@@ -124,9 +124,14 @@ void TmuxOperations::select(Deadline deadline, std::vector<std::string> argument
     throw std::move(*failure);
 }
 
-TmuxListing TmuxOperations::list(Deadline deadline, bool withClients) const {
+TmuxListing TmuxOperations::list(Deadline deadline, Listed what) const {
   std::vector<std::string> arguments{"list-panes", "-a", "-F", paneRowFormat()};
-  if (withClients) arguments.insert(arguments.end(), {";", "list-clients", "-F", clientRowFormat()});
+  if (what != Listed::panes)
+    arguments.insert(arguments.end(), {";", "list-clients", "-F", clientRowFormat()});
+  if (what == Listed::all) {
+    arguments.insert(arguments.end(),
+                     {";", "list-buffers", "-f", "#{m:velmora-*,#{buffer_name}}", "-F", bufferRowFormat()});
+  }
 
   TmuxAnswer answer = invoke(deadline, arguments);
   if (saysServerLost(answer)) {
@@ -159,31 +164,6 @@ PaneRow TmuxOperations::paneAt(const TabAddress& tab) const {
   return *std::move(pane);
 }
 
-TmuxOperations::InputPane TmuxOperations::paneForInput(const TabAddress& tab, bool allowBusy,
-                                                       Deadline deadline) {
-  PaneRow pane = paneAt(tab);
-  if (pane.dead) throw tmuxError::dead();
-  if (pane.inputOff) throw tmuxError::inputOff();
-  const bool busy = isBusy(pane);
-  if (busy && !allowBusy) throw tmuxError::busy();
-  // Whatever the user allows: an agent's words are no password, and its command must not become one.
-  const auto mode = parts_.processes->terminalMode(pane.tty);
-  if (mode && mode->hidesLine) throw tmuxError::asksForSecret();
-  if (allowBusy) return {std::move(pane), busy, mode, std::nullopt};
-  refuseTypedLine(pane, deadline);
-  const IdleGuard idle = prompts_.guard(pane);
-  return {std::move(pane), busy, mode, idle};
-}
-
-void TmuxOperations::refuseTypedLine(const PaneRow& pane, Deadline deadline) {
-  auto line = prompts_.line(pane);
-  if (line == PromptWatch::Line::doubtful) {
-    const auto looked = parseCursorLine(read(deadline, readCursorLine(pane), screenLimit), pane);
-    line = looked ? prompts_.settle(pane, *looked) : PromptWatch::Line::typedIn;
-  }
-  if (line == PromptWatch::Line::typedIn) throw tmuxError::someoneTypes();
-}
-
 bool TmuxOperations::isBusy(const PaneRow& pane) const {
   return !pane.dead && paneIsBusy(*parts_.processes, pane.process, pane.tty);
 }
@@ -202,7 +182,7 @@ TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
 
 TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
   try {
-    const TmuxListing listing = list(deadline, /*withClients=*/false);
+    const TmuxListing listing = list(deadline, Listed::panes);
     std::set<std::int64_t> windows;
     for (const PaneRow& pane : listing.panes) windows.insert(pane.window);
     return {.running = true,
@@ -217,12 +197,25 @@ TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
 std::vector<TerminalTabSnapshot> TmuxOperations::listSessions(Deadline deadline) {
   std::vector<TerminalTabSnapshot> tabs;
   const Date taken = prompts_.now();
-  for (const ArrangedPane& pane : arrangePanes(list(deadline, /*withClients=*/true))) {
+  // A server that is met first may hold what a bridge that was killed had on its way.
+  const bool first = !sawBuffers_;
+  const TmuxListing listing = list(deadline, first ? Listed::all : Listed::panesAndClients);
+  if (first && !listing.panes.empty() && !sawBuffers_.exchange(true))
+    removeLostBuffers(deadline, listing.buffers);
+  for (const ArrangedPane& pane : arrangePanes(listing)) {
     tabs.push_back(snapshot(pane));
     prompts_.see(pane, !tabs.back().busy, taken);
   }
   prompts_.forgetBefore(taken);
   return tabs;
+}
+
+void TmuxOperations::removeLostBuffers(Deadline deadline, const std::vector<BufferRow>& buffers) const {
+  for (const BufferRow& buffer : buffers) {
+    // A living bridge's buffer is there for milliseconds.
+    const bool old = prompts_.now().unixSeconds() - static_cast<double>(buffer.created) > lostBufferAge;
+    if (old && isBridgeBuffer(buffer.name)) invoke(deadline, {"delete-buffer", "-b", buffer.name});
+  }
 }
 
 TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
@@ -266,7 +259,7 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std
   for (int poll = 0; poll < promptPolls; ++poll) {
     found.reset();
     try {
-      for (ArrangedPane& candidate : arrangePanes(list(deadline, /*withClients=*/true))) {
+      for (ArrangedPane& candidate : arrangePanes(list(deadline, Listed::panesAndClients))) {
         if (candidate.row.pane == pane) found = std::move(candidate);
       }
     } catch (StructuredError& error) {
@@ -285,36 +278,6 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std
 }
 
 std::string TmuxOperations::newBufferName() { return bufferPrefix_ + std::to_string(++buffers_); }
-
-void TmuxOperations::type(Deadline deadline, const PaneRow& pane, PaneCommand command) {
-  const TmuxAnswer answer = invoke(deadline, std::move(command.arguments), std::move(command.standardInput));
-  if (answer.output.starts_with(guardRefused)) throw tmuxError::stale();
-  if (answer.output.starts_with(guardBusy)) throw tmuxError::busy();
-  if (answer.output.starts_with(guardTyped)) throw tmuxError::someoneTypes();
-  prompts_.touch(pane);
-  if (auto failure = tmuxFailure(answer, TmuxEffect::typed)) throw std::move(*failure);
-}
-
-void TmuxOperations::sendCommand(const std::string& command, const TabAddress& tab, bool allowBusy,
-                                 Deadline deadline) {
-  if (command.find('\0') != std::string::npos) throw tmuxError::textHasNul();
-  const InputPane pane = paneForInput(tab, allowBusy, deadline);
-  if (pane.mode && pane.mode->collectsLines) {
-    const std::size_t limit = parts_.processes->longestCollectedLine();
-    if (longestLine(command) > limit) throw tmuxError::lineTooLong(limit);
-  }
-  // An editor would put a block into its text, where a line is meant as its command.
-  const bool oneLine = command.find_first_of("\r\n") == std::string::npos;
-  const PasteForm form = pane.busy && oneLine ? PasteForm::keys : PasteForm::block;
-  type(deadline, pane.row, typeText(pane.row, command, newBufferName(), form, pane.idle));
-}
-
-void TmuxOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab, bool allowBusy,
-                             Deadline deadline) {
-  if (repeatCount < 1 || repeatCount > 50) throw tmuxError::badRepeatCount();
-  const InputPane pane = paneForInput(tab, allowBusy, deadline);
-  type(deadline, pane.row, pressKey(pane.row, key, repeatCount, newBufferName(), pane.idle));
-}
 
 std::string TmuxOperations::read(Deadline deadline, PaneCommand command, std::size_t outputLimit) const {
   TmuxAnswer answer = invoke(deadline, std::move(command.arguments), std::nullopt, outputLimit);
@@ -346,7 +309,7 @@ TerminalScreenCapture TmuxOperations::captureScreen(const TabAddress& tab, Deadl
 
 void TmuxOperations::focus(const TabAddress& tab, Deadline deadline) {
   // Selecting has no guard in the server, and which terminal was used last changes by the second.
-  const TmuxListing listing = list(deadline, /*withClients=*/true);
+  const TmuxListing listing = list(deadline, Listed::panesAndClients);
   std::optional<PaneRow> found;
   for (ArrangedPane& pane : arrangePanes(listing)) {
     if (panes_.enter(pane.row) == tab.windowId && pane.row.tty == tab.tty) found = std::move(pane.row);
@@ -375,7 +338,7 @@ bool TmuxOperations::showInDesktopTerminal(Deadline deadline, const PaneRow& pan
     return true;  // no screen at hand: attaching to this session shows it
   }
   for (int poll = 0; poll < attachPolls; ++poll) {
-    if (!list(deadline, /*withClients=*/true).clients.empty()) return true;
+    if (!list(deadline, Listed::panesAndClients).clients.empty()) return true;
     options_.sleep(pollPause);
   }
   return false;

@@ -44,7 +44,9 @@ class TmuxOperations final : public TerminalOperations {
                     std::size_t outputLimit = std::size_t{64} << 20) const;
   void select(Deadline deadline, std::vector<std::string> arguments) const;
 
-  TmuxListing list(Deadline deadline, bool withClients) const;
+  enum class Listed { panes, panesAndClients, all };
+  TmuxListing list(Deadline deadline, Listed what) const;
+  void removeLostBuffers(Deadline deadline, const std::vector<BufferRow>& buffers) const;
   std::string clientVersion(Deadline deadline) const;
   TerminalTabSnapshot snapshot(const ArrangedPane& pane);
   TmuxAnswer newSession(Deadline deadline) const;
@@ -69,6 +71,7 @@ class TmuxOperations final : public TerminalOperations {
   const TmuxParts parts_;
   const std::string bufferPrefix_;
   std::atomic<std::uint64_t> buffers_ = 0;
+  std::atomic<bool> sawBuffers_ = false;
   PaneDirectory panes_;
   PromptWatch prompts_;
 };

@@ -120,6 +120,11 @@ constexpr std::array clientFields{
     field<ClientRow, &ClientRow::name>("client_name"),
 };
 
+constexpr std::array bufferFields{
+    field<BufferRow, &BufferRow::created>("buffer_created"),
+    field<BufferRow, &BufferRow::name>("s/[^A-Za-z0-9-]/?/:buffer_name"),
+};
+
 template <class Fields>
 std::string formatOf(std::string mark, const Fields& fields) {
   for (const auto& field : fields) mark.append("\t#{").append(field.name).append("}");
@@ -151,6 +156,11 @@ const std::string& clientRowFormat() {
   return format;
 }
 
+const std::string& bufferRowFormat() {
+  static const std::string format = formatOf("B", bufferFields);
+  return format;
+}
+
 std::optional<TmuxListing> parseListing(std::string_view output) {
   TmuxListing listing;
   while (!output.empty()) {
@@ -161,6 +171,7 @@ std::optional<TmuxListing> parseListing(std::string_view output) {
     const bool good =
         line.starts_with('R')   ? readRow(line.substr(1), paneFields, listing.panes.emplace_back())
         : line.starts_with('C') ? readRow(line.substr(1), clientFields, listing.clients.emplace_back())
+        : line.starts_with('B') ? readRow(line.substr(1), bufferFields, listing.buffers.emplace_back())
                                 : false;
     if (!good) return std::nullopt;
   }

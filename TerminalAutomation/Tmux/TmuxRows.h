@@ -54,9 +54,18 @@ struct ClientRow {
   bool operator==(const ClientRow&) const = default;
 };
 
+/// A paste buffer.
+struct BufferRow {
+  std::int64_t created = 0;  ///< Unix seconds.
+  std::string name{};        ///< With "?" for what is no plain character.
+
+  bool operator==(const BufferRow&) const = default;
+};
+
 struct TmuxListing {
   std::vector<PaneRow> panes;
   std::vector<ClientRow> clients;
+  std::vector<BufferRow> buffers{};
 };
 
 /// The name of the program in a pane's foreground, for a format. A process may call itself anything, also
@@ -66,9 +75,10 @@ inline constexpr std::string_view plainProgramName = "s/[^A-Za-z0-9._+-]/?/:pane
 /// The option of a pane by which a bridge knows later that a bridge made it.
 inline constexpr std::string_view madeOption = "@velmora-made";
 
-/// The values of `-F` for list-panes (and new-session -P) and for list-clients.
+/// The values of `-F` for list-panes (and new-session -P), list-clients and list-buffers.
 const std::string& paneRowFormat();
 const std::string& clientRowFormat();
+const std::string& bufferRowFormat();
 
 /// Nothing when any line has another shape: then the answer is not a listing.
 std::optional<TmuxListing> parseListing(std::string_view output);

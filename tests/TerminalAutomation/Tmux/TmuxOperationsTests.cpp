@@ -131,6 +131,18 @@ TEST_F(TmuxOperationsTest, SendsInOneInvocationToThePaneThatWasListed) {
   EXPECT_EQ(tmux_.invocations[0].deadline, deadline_);
 }
 
+TEST_F(TmuxOperationsTest, ALineOfExactlyTheLimitPasses) {
+  processes_.states[pane_.process].name = "dash";
+  processes_.modes[pane_.tty] = {.collectsLines = true};
+  const auto tab = listed();
+  answers({""});
+  operations().sendCommand("first\n1234567890", tab, false, deadline_);
+  EXPECT_EQ(tmux_.invocations.size(), 1u);
+  EXPECT_EQ(structuredError([&] { operations().sendCommand("12345678901", tab, false, deadline_); }).code,
+            ErrorCode::invalidArgument);
+  EXPECT_EQ(tmux_.invocations.size(), 1u);
+}
+
 TEST_F(TmuxOperationsTest, NeverNamesABufferTwice) {
   std::vector<std::string> names;
   listed();
