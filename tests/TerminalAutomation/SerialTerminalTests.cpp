@@ -234,9 +234,12 @@ TEST_F(SerialTerminalTest, HugePicturesHoldUpPicturesAndNothingElse) {
   std::vector<std::future<TerminalScreenCapture>> huge;
   for (int count = 0; count < 6; ++count) huge.push_back(terminal().captureScreen("/dev/huge", 4));
   entered.wait();
-  EXPECT_EQ(terminal().readOutput(OutputSource::visible, 9, "/dev/a", 4).get().text, "text");
-  terminal().send("ls", "/dev/a", 4).get();
-  EXPECT_EQ(terminal().listSessions().get().size(), 1u);
+  auto reading = terminal().readOutput(OutputSource::visible, 9, "/dev/a", 4);
+  auto sending = terminal().send("ls", "/dev/a", 4);
+  auto listing = terminal().listSessions();
+  EXPECT_EQ(reading.wait_for(20s), std::future_status::ready);
+  EXPECT_EQ(sending.wait_for(20s), std::future_status::ready);
+  EXPECT_EQ(listing.wait_for(20s), std::future_status::ready);
   open.count_down();
   for (auto& picture : huge) picture.get();
 }
