@@ -76,13 +76,15 @@ class TmuxOperationsTest : public ::testing::Test {
 TEST_F(TmuxOperationsTest, ListsInOneInvocation) {
   answers(
       {paneLine(pane_) + clientLine({.activity = 1, .created = 1, .session = 0, .window = 2, .name = "c"})});
-  EXPECT_EQ(operations().listSessions(deadline_), (std::vector<TerminalTabSnapshot>{{.tty = "/dev/pts/3",
-                                                                                     .windowId = id(),
-                                                                                     .windowIndex = 1,
-                                                                                     .tabIndex = 1,
-                                                                                     .title = "s0: shell",
-                                                                                     .busy = false,
-                                                                                     .selected = true}}));
+  const TerminalTabSnapshot expected{.tty = "/dev/pts/3",
+                                     .windowId = id(),
+                                     .windowIndex = 1,
+                                     .tabIndex = 1,
+                                     .title = "s0: shell",
+                                     .busy = false,
+                                     .selected = true,
+                                     .identity = paneIdentity(pane_)};
+  EXPECT_EQ(operations().listSessions(deadline_), (std::vector<TerminalTabSnapshot>{expected}));
   EXPECT_EQ(tmux_.invocations.size(), 1u);
 }
 
