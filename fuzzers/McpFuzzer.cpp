@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   while (const auto line = lines.next()) {
     const auto before = sent;
     if (line->tooLong) {
-      server.receiveTooLongLine();
+      server.receiveTooLongLine(line->text, line->end);
     } else {
       server.receive(line->text, SteadyTime{});
     }
