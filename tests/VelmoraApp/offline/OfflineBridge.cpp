@@ -63,9 +63,11 @@ void OfflineBridge::setScenario(const QString& name) {
   for (std::size_t index = 0; index < data.permissions.size() && listed.ok; ++index) {
     coordinator.setPermission(data.permissions[index], listed.data->sessions[index].sessionId);
   }
-  auto settings = coordinator.settingsStore().current();
-  settings.maximumRecordCount = 10000;
-  coordinator.settingsStore().save(settings);
+  if (!data.otherBridge) {  // whose files these are otherwise
+    auto settings = coordinator.settingsStore().current();
+    settings.maximumRecordCount = 10000;
+    coordinator.settingsStore().save(settings);
+  }
   coordinator.recorder().replace(std::move(data.records));
   coordinator.statusService().updateClients(data.clients);
   if (!data.firstRun) coordinator.setPaused(data.paused);
