@@ -4,7 +4,6 @@
 
 #import <AppKit/AppKit.h>
 #import <Foundation/Foundation.h>
-
 #include <signal.h>
 #include <unistd.h>
 

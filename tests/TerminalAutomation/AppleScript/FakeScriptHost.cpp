@@ -1,4 +1,5 @@
 // Stands in for velmora-script-host: no AppleScript, but handlers that do what can go wrong.
+#include <poll.h>
 #include <signal.h>
 #include <unistd.h>
 
@@ -45,7 +46,7 @@ class FakeEngine final : public ScriptEngine {
       say(std::string("\0\0\0\7{\"v", 7));
       std::_Exit(0);
     }
-    if (handler == "slow") ::usleep(50'000);
+    if (handler == "slow") ::poll(nullptr, 0, 50);
     if (handler == "refused") return ScriptFailure{.number = -1743};
     if (handler == "nameless") return ScriptFailure{};
     if (handler == "process") return ScriptDescriptor{.integer = ::getpid()};

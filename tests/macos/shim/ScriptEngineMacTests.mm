@@ -61,7 +61,7 @@ TEST_F(ScriptEngineMac, CallsASubroutineOfTheScriptItself) {
 
 TEST_F(ScriptEngineMac, ArgumentsKeepTheirOrderAndKind) {
   engine_->call("sendCommand", {"echo '안녕 😀'"s, "/dev/ttys001"s, std::numeric_limits<std::int32_t>::max(),
-                              std::numeric_limits<std::int32_t>::min(), true, false});
+                                std::numeric_limits<std::int32_t>::min(), true, false});
   EXPECT_EQ([[fakeEvent paramDescriptorForKeyword:'----'] numberOfItems], 6);
   EXPECT_STREQ([[argument(1) stringValue] UTF8String], "echo '안녕 😀'");
   EXPECT_STREQ([[argument(2) stringValue] UTF8String], "/dev/ttys001");
