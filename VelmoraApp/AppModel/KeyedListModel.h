@@ -91,7 +91,7 @@ class KeyedListModel : public QAbstractListModel {
     repeat(index);
   }
 
-  // Inserts what is new from `index` on; returns the index behind it.
+  // Inserts the new rows that start at `index`; returns the index after them.
   std::size_t insertRun(std::size_t index, std::vector<Item>& next, const std::unordered_set<Key>& present) {
     std::size_t end = index;
     while (end < next.size() && !present.contains(next[end].key)) ++end;

@@ -10,13 +10,13 @@
 
 namespace velmora {
 
-/// For the thread of the receivers. Destruction finishes the work under way and drops what waits.
+/// To be used from the receivers' thread. Destruction finishes the running work and drops what is queued.
 class Worker {
  public:
   explicit Worker(std::string name) : executor_(std::move(name)) {}
 
   /// Runs `work`, which must not throw, on the worker's thread, then `done` with its result on the thread of
-  /// `receiver`. The receiver must outlive the worker; once it is gone nothing arrives any more.
+  /// `receiver`. The receiver must outlive the worker; once the worker is gone nothing arrives any more.
   template <class Work, class Done>
   void run(QObject* receiver, Work work, Done done) {
     executor_.submit([receiver, work = std::move(work), done = std::move(done)]() mutable noexcept {
@@ -26,7 +26,7 @@ class Worker {
     });
   }
 
-  /// Waits until everything that was asked so far is done; the results arrive later.
+  /// Waits until all work requested so far is done; the results arrive later.
   void drain() {
     executor_.submit([] {}).wait();
   }

@@ -6,7 +6,7 @@ namespace velmora {
 
 namespace {
 
-// For tmux no settings pane gives this permission; the adapter knows what stands in its way.
+// With tmux no settings pane grants this permission; the adapter's error says what is wrong.
 QString automationWarning(GuidedTerminal terminal, const BridgeStatus& status) {
   if (terminal == GuidedTerminal::terminalApp) {
     return "Terminal automation permission is required. Open System Settings > Privacy & Security > Automation and allow Velmora.";

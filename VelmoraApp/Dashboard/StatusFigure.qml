@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// One number or word of the status, large enough to be read in passing.
+// One number or word of the status, large enough to read at a glance.
 Card {
     id: figure
 
@@ -12,7 +12,7 @@ Card {
     property alias valueColor: value.color
 
     Layout.fillWidth: true
-    // All of a row are as wide as each other.
+    // All figures in a row have the same width.
     Layout.preferredWidth: 1
     implicitHeight: content.implicitHeight + 2 * Theme.large
     Accessible.role: Accessible.StaticText

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// One line of the status: what it is, and what it is now.
+// One line of the status: a name and its current value.
 Item {
     id: row
 
@@ -10,7 +10,7 @@ Item {
     property alias label: label.text
     property alias value: value.text
     property alias valueColor: value.color
-    // Said below the value, in a quieter voice.
+    // Smaller text below the value.
     property alias detail: detail.text
     property bool last: false
 

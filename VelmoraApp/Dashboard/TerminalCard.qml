@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// What is known of the terminal, and of the last thing asked of it.
+// The state of the terminal, and the last request to it.
 Card {
     id: card
 

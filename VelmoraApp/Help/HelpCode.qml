@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// A text as it stands, with the button that copies it.
+// A text to copy, with the button that copies it.
 Column {
     id: code
 

@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-/// In the order in which they are read. Every instance has every text.
+/// In reading order. Every instance has every text.
 struct HelpCopy {
   std::string_view languageLabel;
 

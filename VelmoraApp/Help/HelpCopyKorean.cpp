@@ -1,5 +1,5 @@
-// The help in Korean. Names of keys, tools, fields and of what stands in English on the screen stay as they
-// are.
+// The help in Korean. Names of keys, tools and fields, and labels that are English on the screen, stay
+// English.
 #include "VelmoraApp/Help/HelpCopy.h"
 
 namespace velmora {

@@ -1,4 +1,4 @@
-// The help as the page shows it: sections, each a column of texts and of what can be copied.
+// The help as the page shows it: sections, each a column of texts and of snippets to copy.
 #pragma once
 
 #include <string>

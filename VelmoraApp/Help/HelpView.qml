@@ -30,7 +30,7 @@ SettingsPage {
             onActivated: index => help.viewModel.languageIndex = index
         }
     }
-    // By number: another language changes the texts and leaves the page where it is.
+    // By number, so that another language changes the texts but not the scroll position.
     Repeater {
         model: help.viewModel.sections.length
 

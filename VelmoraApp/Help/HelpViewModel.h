@@ -12,7 +12,7 @@
 
 namespace velmora {
 
-/// For the main thread. Opens in the user's language; another holds while the application runs.
+/// For the main thread. Opens in the user's language; another choice lasts until the application ends.
 class HelpViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

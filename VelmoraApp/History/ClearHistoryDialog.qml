@@ -1,7 +1,7 @@
 import Velmora
 import Velmora.Style
 
-// Asks before the history goes.
+// Asks before the history is deleted.
 Dialog {
     id: dialog
 

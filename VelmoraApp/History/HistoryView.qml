@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// Every request that is remembered, found by text, tool and status.
+// All recorded requests, filtered by text, tool and status.
 ScreenPage {
     id: history
 

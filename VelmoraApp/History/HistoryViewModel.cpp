@@ -8,7 +8,7 @@ namespace velmora {
 
 namespace {
 
-// The first entry of a picker stands for all; the cases follow in their order.
+// A picker's first entry means all; the cases follow in order.
 template <class Enum>
 QStringList labels(const QString& all) {
   return QStringList(all) + wireTexts<Enum>();

@@ -1,4 +1,4 @@
-// The request history: what is sought in it, what is found, and its clearing.
+// The request history: the filter, the matching records, and clearing.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -13,7 +13,7 @@
 
 namespace velmora {
 
-/// For the main thread. An empty tool or status stands for all of them, and so does one that does not exist.
+/// For the main thread. An empty or unknown tool or status means all of them.
 class HistoryViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -48,7 +48,7 @@ ApplicationWindow {
         anchors.fill: parent
         visible: !window.viewModels.otherBridge.serves && !window.introduces
         spacing: 0
-        // The keyboard was in what stood here before.
+        // What had the keyboard stood here before.
         onVisibleChanged: if (visible)
             nextItemInFocusChain().forceActiveFocus(Qt.OtherFocusReason)
 

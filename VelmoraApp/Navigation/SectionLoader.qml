@@ -1,12 +1,12 @@
 import QtQuick
 
-// A section that is made when it is first shown: the window is there sooner, and the system is asked nothing before.
+// Creates a section when it is first shown, so that the window opens sooner and the system is not queried before.
 Loader {
     id: place
 
     required property string view
     required property QtObject viewModel
-    // Not what StackLayout attaches, which Qt 6.4 never frees.
+    // Not StackLayout's attached property: Qt 6.4 never frees it.
     required property bool current
 
     onCurrentChanged: make()

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// The sections, and at the foot what concerns the whole application.
+// The sections, and below them the actions for the whole application.
 Rectangle {
     id: sidebar
 

@@ -18,7 +18,7 @@
 
 namespace velmora {
 
-/// The one thing that the window is handed. For the main thread; what it is made from must outlive it.
+/// The window's only input. For the main thread; everything passed to its constructor must outlive it.
 class ViewModels : public QObject {
   Q_OBJECT
   QML_ELEMENT

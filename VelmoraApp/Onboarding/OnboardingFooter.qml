@@ -3,7 +3,7 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// The way back, the way on, and between them how far it is.
+// Back, forward, and the progress between them.
 Item {
     id: footer
 

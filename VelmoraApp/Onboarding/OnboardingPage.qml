@@ -3,7 +3,7 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// One step: what it is about, and what there is to say or to choose.
+// One step: its title, and its text or choice.
 Item {
     id: page
 

@@ -21,7 +21,7 @@ struct OnboardingPage {
   std::string_view text;  ///< Empty where there is something to choose instead.
 };
 
-/// One a step, in their order.
+/// One per step, in order.
 const std::array<OnboardingPage, onboardingStepCount>& onboardingPages(GuidedTerminal terminal);
 
 }  // namespace velmora

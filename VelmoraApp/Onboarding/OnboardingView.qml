@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// The introduction, in place of the window's content until it is over. Return goes on, Escape goes back.
+// The introduction, shown instead of the window's content until it is completed. Return continues, Escape goes back.
 FocusScope {
     id: onboarding
 
@@ -15,7 +15,7 @@ FocusScope {
     Keys.onEnterPressed: event => goOn(event)
     Keys.onEscapePressed: viewModel.back()
 
-    // A key that is held goes one step.
+    // A held key goes one step.
     function goOn(event: var) {
         if (!event.isAutoRepeat)
             viewModel.forward();
@@ -26,7 +26,7 @@ FocusScope {
         anchors.margins: Theme.wide
         spacing: Theme.large
 
-        // A page of its own a step, so that the keyboard and assistive technology arrive anew.
+        // Each step is a new page, so that keyboard and assistive technology start over.
         Repeater {
             model: [onboarding.viewModel.stepIndex]
 

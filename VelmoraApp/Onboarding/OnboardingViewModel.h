@@ -1,4 +1,4 @@
-// The introduction that is shown once: what Velmora does, and the choice of how it meets existing sessions.
+// The introduction, shown once: what Velmora does, and how to treat existing sessions.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
@@ -12,7 +12,8 @@
 
 namespace velmora {
 
-/// For the main thread. Nothing is written, and the application does not start, before the last step.
+/// For the main thread. Before the last step is completed nothing is written and the application does not
+/// start.
 class OnboardingViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT

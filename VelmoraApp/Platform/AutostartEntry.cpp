@@ -126,7 +126,7 @@ void AutostartEntry::nameProgram(GKeyFile* entry) const {
   set(entry, "TryExec", program_.native());  // a desktop passes over an entry whose program was removed
 }
 
-// At this place or another. A line that does more is the user's own.
+// Here or at another place. A line that does more is the user's own.
 bool AutostartEntry::namesOnlyProgram(GKeyFile* entry) const {
   const auto named = programAlone(text(entry, "Exec"));
   return named && named->is_absolute() && named->filename() == program_.filename();

@@ -14,7 +14,7 @@
 namespace velmora {
 
 /// For the main thread. Reads the user's entry as every desktop does at login, and writes it in one step.
-/// Keys that need not change stay as they are. An entry that the whole system has is none of its business.
+/// Keys that need not change stay as they are. System-wide entries are ignored.
 class AutostartEntry {
  public:
   /// `files` must outlive it. `program` is an absolute path.
@@ -26,8 +26,7 @@ class AutostartEntry {
   /// Throws what derives from std::exception when the entry cannot be changed; then it is as it was.
   void setEnabled(bool enabled);
 
-  /// Makes an entry that names nothing but this program at another place name this one. Throws when it cannot
-  /// be written.
+  /// Updates an entry that runs only this program, but from another place. Throws when it cannot be written.
   void followProgram();
 
  private:

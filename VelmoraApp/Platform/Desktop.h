@@ -1,4 +1,4 @@
-// What the desktop gives the application: one face for everything that differs between the systems.
+// What the desktop offers the application: one interface for everything that differs between systems.
 #pragma once
 
 #include <QtCore/QObject>
@@ -67,7 +67,7 @@ class Desktop : public QObject {
   virtual void setStartsAtLogin(bool starts) = 0;
 
   virtual std::unique_ptr<PlatformUpdater> makeUpdater() = 0;
-  /// Whether the updater has something to do before anybody opens the settings.
+  /// Whether the updater has something to do before the settings are opened.
   virtual bool updatesFromTheStart() = 0;
 
   /// Whether there is a place for the menu-bar extra. A panel may start after the application, and end before
@@ -95,7 +95,7 @@ class Desktop : public QObject {
   bool hasTrayPlace_ = false;
 };
 
-/// The one that this program runs on. Needs the application's object. Throws std::runtime_error when the
+/// The desktop that this program runs on. Needs the application's object. Throws std::runtime_error when the
 /// environment does not say where user defaults are kept.
 std::unique_ptr<Desktop> makeDesktop(const Environment& environment, const Log& log = {});
 

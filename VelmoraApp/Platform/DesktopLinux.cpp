@@ -50,8 +50,8 @@ class LinuxDesktop final : public Desktop {
       connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { setHasTrayPlace(false); });
       setHasTrayPlace(bus.interface()->isServiceRegistered(trayWatcher));
     }
-    // A panel of the older kind. Asking settles for the whole run which kind Qt uses, so the newer one, which
-    // may be starting together with the session, gets its time first.
+    // A panel of the older kind. Qt decides for good at the first question which kind it uses, so the newer
+    // one, which may start together with the session, gets some time first.
     if (hasTrayPlace() || QGuiApplication::platformName() != "xcb") return;
     QTimer::singleShot(panelStart, this, [this] {
       if (!hasTrayPlace() && QSystemTrayIcon::isSystemTrayAvailable()) setHasTrayPlace(true);

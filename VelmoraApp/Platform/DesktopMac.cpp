@@ -18,10 +18,10 @@ namespace velmora {
 
 namespace {
 
-// The updater tells nobody when it has looked, by itself or in its own windows.
+// The updater does not say when it has checked, whether by itself or in its own windows.
 constexpr std::chrono::seconds lookAgain{5};
 
-// Those of the bundle identifier.
+// The user defaults of the bundle identifier.
 class StandardDefaults final : public UserDefaults {
  public:
   void set(const QString& key, bool value) override { mac::setBoolDefault(key.toStdString(), value); }
@@ -89,7 +89,7 @@ class MacDesktop final : public Desktop {
 
   void start() override {
     setHasTrayPlace(true);
-    // Qt moves an action of this role from wherever it stands into the application menu.
+    // Qt moves an action with this role into the application menu.
     auto* bar = new QMenuBar;
     connect(this, &QObject::destroyed, bar, &QObject::deleteLater);
     auto* about = bar->addMenu("Velmora")->addAction("About Velmora");
@@ -124,7 +124,7 @@ class MacDesktop final : public Desktop {
   }
 
   std::unique_ptr<PlatformUpdater> makeUpdater() override { return std::make_unique<FrameworkUpdater>(); }
-  // It keeps the user's choice itself, and follows it from when it is made.
+  // It keeps the user's choice itself, and acts on it from its creation on.
   bool updatesFromTheStart() override { return true; }
 
   bool showAboutPanel() override {

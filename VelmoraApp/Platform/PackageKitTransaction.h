@@ -1,4 +1,4 @@
-// One transaction of PackageKit, the service that stands before the package managers of Linux systems.
+// One transaction of PackageKit, the service in front of the package managers of Linux systems.
 #pragma once
 
 #include <QtCore/QObject>
@@ -37,7 +37,7 @@ struct PackageKitOutcome {
     QString version;
   };
 
-  /// What went wrong, as PackageKit or the bus says it; packages mean something only without it.
+  /// What went wrong, in PackageKit's or the bus's words; `packages` counts only without it.
   std::optional<QString> failure{};
   bool hasNoService = false;  ///< The failure is that there is no PackageKit.
   std::vector<Package> packages{};

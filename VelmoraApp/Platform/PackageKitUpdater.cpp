@@ -12,12 +12,12 @@ namespace {
 constexpr const char* lastAutomaticCheckKey = "lastAutomaticUpdateCheck";
 constexpr double secondsOfDay = 86400;
 
-// PackageKit's answer when it has never done it.
+// PackageKit's answer when it was never done.
 constexpr uint never = 0xFFFFFFFF;
 
 // A software centre shows the application's page, with the button that installs the update. The session's own
 // interface of PackageKit offers to install what is not there yet and refuses what is.
-const QUrl kSoftwareCentrePage("appstream:app.velmora.Velmora");  // after "//" QUrl would write it small
+const QUrl softwareCentrePage("appstream:app.velmora.Velmora");  // after "//" QUrl would make it lower case
 
 }  // namespace
 
@@ -144,7 +144,7 @@ void PackageKitUpdater::takeUpdates(Asker asker, const PackageKitOutcome& outcom
   }
   finishCheck("Version " + found->version + " is available. Install it with your system's updates.");
   if (asker == Asker::user) {
-    options_.open(kSoftwareCentrePage);
+    options_.open(softwareCentrePage);
   } else if (std::exchange(toldVersion_, found->version) != found->version) {
     Q_EMIT updateFound(checkResult_);
   }

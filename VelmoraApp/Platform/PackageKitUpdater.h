@@ -1,4 +1,4 @@
-// Updates on Linux: the system's package manager knows of them and installs them. Velmora only asks.
+// Updates on Linux: the system's package manager finds and installs them. Velmora only asks.
 #pragma once
 
 #include <QtCore/QTimer>
@@ -28,7 +28,7 @@ struct PackageKitUpdaterOptions {
 inline constexpr const char* automaticallyChecksForUpdatesKey = "automaticallyChecksForUpdates";
 
 /// Available when PackageKit says that an installed package holds the running program: a program from a
-/// build tree has no updates. An automatic check is one a day while the application runs.
+/// build tree has no updates. Automatic checks run once a day while the application runs.
 class PackageKitUpdater final : public PlatformUpdater {
   Q_OBJECT
 

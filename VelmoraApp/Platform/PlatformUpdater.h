@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// For the main thread, and never blocks it. Where it is not available, all else does nothing.
+/// For the main thread, which it never blocks. While it is not available, everything else does nothing.
 class PlatformUpdater : public QObject {
   Q_OBJECT
 
@@ -20,21 +20,21 @@ class PlatformUpdater : public QObject {
   virtual bool automaticallyChecksForUpdates() const = 0;
   virtual void setAutomaticallyChecksForUpdates(bool automatically) = 0;
 
-  /// Looks now, because the user asked for it.
+  /// Checks now, because the user asked for it.
   virtual void checkForUpdates() = 0;
   virtual bool isChecking() const = 0;
 
-  /// Nothing before the first look.
+  /// Nothing before the first check.
   virtual std::optional<Date> lastUpdateCheckDate() const = 0;
 
   /// Where updates come from, or why they cannot be looked for; a sentence.
   virtual QString caption() const = 0;
 
-  /// What came of the last look; a sentence. Empty when the platform tells the user by itself.
+  /// The result of the last check; a sentence. Empty when the platform tells the user by itself.
   virtual QString checkResult() const = 0;
 
  Q_SIGNALS:
-  /// Any of the above may answer differently now.
+  /// Any of the values above may have changed.
   void changed();
 
   /// An automatic check found a version not announced before. The sentence to show.

@@ -9,8 +9,8 @@
 
 namespace velmora {
 
-/// Kept by the system's own means. For the main thread. What cannot be written is lost with the process, and
-/// somebody hears of it; nothing is thrown.
+/// Stored the way the system does it. For the main thread. Never throws: what cannot be written is lost when
+/// the process ends, and whoever listens hears of it.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;
@@ -37,7 +37,7 @@ class UserDefaults {
   std::function<void(const QString& problem)> notKept_;
 };
 
-/// Those in an INI file.
+/// User defaults in an INI file.
 class IniFileDefaults final : public UserDefaults {
  public:
   explicit IniFileDefaults(const QString& file);

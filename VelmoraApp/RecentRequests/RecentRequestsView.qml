@@ -3,19 +3,19 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// Requests, newest first, for the history and the dashboard. Only the rows in sight exist.
+// Requests, newest first, for the history and the dashboard. Only visible rows exist.
 ListView {
     id: list
 
     required property RecordListModel records
-    // The one request that is shown whole.
+    // The one request that is shown in full.
     property string unfoldedRequest
 
     objectName: "requests"
     model: records
     clip: true
     reuseItems: true
-    // Rows made ahead of time are made in the background, where a list that shrinks meanwhile trips over them.
+    // Rows created ahead of time are created asynchronously, which fails when the list shrinks meanwhile.
     cacheBuffer: 0
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: count > 0

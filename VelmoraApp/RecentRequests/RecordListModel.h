@@ -31,9 +31,8 @@ struct std::hash<velmora::RecordKey> {
 
 namespace velmora {
 
-/// For the main thread. Roles, texts that are empty when there is nothing to say: requestId, toolName,
-/// status, target, received, completed, command, output, note, error, client, duration; and the status's
-/// meaning.
+/// For the main thread. Roles that are texts, possibly empty: requestId, toolName, status, target, received,
+/// completed, command, output, note, error, client, duration. The role `meaning` is the status's Meaning.
 class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   Q_OBJECT
   QML_ELEMENT

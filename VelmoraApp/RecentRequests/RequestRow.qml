@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// One request: what was asked of which session, when, and how it ended.
+// One request: its tool, target session, times and result.
 Item {
     id: row
 

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// What was typed or read, as it stood in the terminal, under its name. Folded, it keeps to a few lines.
+// A command or output under its label, as it was in the terminal. Folded, it shows only a few lines.
 ColumnLayout {
     id: block
 

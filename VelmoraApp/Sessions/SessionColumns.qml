@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// The names of the columns over the sessions.
+// The column headers of the session list.
 RowLayout {
     id: columns
 

@@ -18,7 +18,7 @@ Item {
 
     signal permissionPicked(int permissionIndex)
     signal showRequested
-    // The keyboard came to one of the row's controls.
+    // One of the row's controls got the keyboard focus.
     signal entered
 
     objectName: "session" + sessionId

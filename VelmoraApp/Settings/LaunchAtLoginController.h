@@ -10,7 +10,7 @@
 
 namespace velmora {
 
-/// For the main thread. Shows what the system says, never what was only asked for.
+/// For the main thread. Shows the system's state, not what was requested.
 class LaunchAtLoginController : public QObject {
   Q_OBJECT
   QML_ELEMENT

@@ -1,4 +1,4 @@
-// What connects an MCP client to this application: where the helper lies, and the texts that name it.
+// What connects an MCP client to this application: the helper's path, and the snippets that name it.
 #pragma once
 
 #include <string>

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// What an MCP client is given to reach this application.
+// What an MCP client needs to reach this application.
 SettingsPage {
     id: page
 

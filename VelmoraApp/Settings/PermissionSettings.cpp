@@ -32,7 +32,7 @@ PermissionSettings settingsForTmux(const BridgeStatus& status) {
                 .attention = !isUsable(status)}}};
 }
 
-// The system tells none of these reliably, so the rows say the same whatever the state.
+// The system reports none of these reliably, so the rows are the same in every state.
 PermissionSettings settingsForTerminalApp() {
   return {
       .caption =

@@ -37,7 +37,7 @@ struct PermissionSettings {
   bool operator==(const PermissionSettings&) const = default;
 };
 
-/// As things stand now.
+/// For the current state.
 PermissionSettings permissionSettings(GuidedTerminal terminal, const BridgeStatus& status);
 
 }  // namespace velmora

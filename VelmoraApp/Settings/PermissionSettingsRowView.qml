@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// One permission: what it is for, and the way to the pane that gives it.
+// One permission: what it is for, and the button that opens its pane.
 ColumnLayout {
     id: row
 

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// What is kept of the requests, and what clients may do. Every change is saved at once.
+// What is stored about requests, and what clients may do. Every change is saved at once.
 SettingsPage {
     id: page
 

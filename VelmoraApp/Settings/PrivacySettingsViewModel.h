@@ -1,5 +1,4 @@
-// What is kept of the requests, what of it is sensitive, and what clients may do: every change is saved at
-// once.
+// What is stored about requests, and what clients may do. Every change is saved at once.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>

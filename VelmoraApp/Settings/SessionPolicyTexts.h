@@ -19,7 +19,7 @@ inline QStringList sessionPolicyCaptions() {
           "Agents may read your sessions, and type only into windows that they opened."};
 }
 
-/// The policy of a row of the labels; nothing beside them.
+/// The policy at a row of the labels; nothing for any other row.
 inline std::optional<SessionPolicy> sessionPolicyAt(int index) {
   if (index < 0 || index >= sessionPolicyLabels().size()) return std::nullopt;
   return static_cast<SessionPolicy>(index);

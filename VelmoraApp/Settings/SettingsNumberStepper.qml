@@ -7,7 +7,7 @@ RowLayout {
     id: row
 
     required property string title
-    // The number as it reads, with its unit: a function of the number.
+    // Turns the number into its text, with the unit.
     required property var valueText
     required property int value
     // {minimum, maximum}, both inclusive.

@@ -1,5 +1,5 @@
-// The window on the screen. Its engine is made when it is first shown: an application in the tray stays
-// small.
+// The window on the screen. Its QML engine is created when it is first shown, so an application in the tray
+// stays small.
 #pragma once
 
 #include <QtCore/QByteArray>
@@ -23,7 +23,7 @@ class MainWindow {
   /// Throws std::runtime_error when the window cannot be made.
   void show(const QByteArray& activationToken = {});
 
-  /// Nothing before the first `show`.
+  /// Null before the first `show`.
   QQuickWindow* window() const { return window_; }
 
  private:

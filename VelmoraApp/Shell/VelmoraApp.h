@@ -26,7 +26,7 @@ class VelmoraApp : public QObject {
   /// Opens the window, or brings it forward.
   void openWindow(const QByteArray& activationToken = {}) { window_.show(activationToken); }
 
-  /// Nothing before the window was opened.
+  /// Null before the window was opened.
   QQuickWindow* window() const { return window_.window(); }
 
  private:

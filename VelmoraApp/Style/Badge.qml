@@ -1,6 +1,6 @@
 import QtQuick
 
-// A word about a state, in the colour of its meaning.
+// A word for a state, in the colour of its meaning.
 Rectangle {
     id: badge
 

@@ -1,14 +1,14 @@
 import QtQuick
 import QtQuick.Layouts
 
-// A warning that stays until its reason is gone.
+// A warning that stays until its cause is gone.
 Rectangle {
     id: banner
 
     property alias symbol: icon.symbol
     property alias text: label.text
     property color meaning: Theme.caution
-    // Whether the user may put it away.
+    // Whether the user can dismiss it.
     property bool dismissible: false
     // What the user may do about it, as the text of a button; none when it is empty.
     property alias actionText: action.text

@@ -1,8 +1,8 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// `highlighted` marks the one way forward, `destructive` what cannot be undone. With the display IconOnly the text is
-// still its name and becomes its tool tip. A `flat` one is written into a text.
+// `highlighted` marks the main action, `destructive` one that cannot be undone. With the display IconOnly the text is
+// still the accessible name and becomes the tool tip. A `flat` one looks like a link in a text.
 T.Button {
     id: control
 

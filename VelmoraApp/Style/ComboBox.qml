@@ -2,11 +2,11 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
 
-// A picker of one from few.
+// Picks one of a few values.
 T.ComboBox {
     id: control
 
-    // How wide the list opens, where its entries are longer than what the closed picker has room for.
+    // The width of the open list, for entries that are wider than the closed picker.
     property real listWidth: 0
 
     implicitWidth: Theme.pickerWidth
@@ -18,8 +18,7 @@ T.ComboBox {
     Accessible.description: displayText
     Keys.forwardTo: [press]
 
-    // A closed picker opens on the arrows too, and never changes under an arrow that was meant for the list
-    // around it.
+    // A closed picker opens on the arrows too; an arrow meant for the surrounding list never changes it.
     Keys.onUpPressed: event => openBy(event)
     Keys.onDownPressed: event => openBy(event)
 

@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-// A question that must be answered first: what would happen, and one or two buttons. What cannot be undone starts with
-// the keyboard on the way back.
+// A modal question: what would happen, and one or two buttons. If it cannot be undone, the keyboard starts on Cancel.
 T.Dialog {
     id: control
 

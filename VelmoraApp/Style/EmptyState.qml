@@ -1,6 +1,6 @@
 import QtQuick
 
-// What a screen says when it has nothing to show: a symbol, what is missing, and what to do about it.
+// What a screen shows when it is empty: a symbol, what is missing, and what to do about it.
 Column {
     id: empty
 

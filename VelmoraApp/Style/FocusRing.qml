@@ -1,6 +1,6 @@
 import QtQuick
 
-// Shows where the keyboard is: fills its parent, the control that has it.
+// Shows the keyboard focus around its parent.
 Rectangle {
     required property bool shown
 

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls.impl
 
-// A symbol in one colour. It says nothing to assistive technology: what it stands beside does.
+// A symbol in one colour. Assistive technology ignores it and reads the text beside it.
 ColorImage {
     // The role's name; see Symbols/README.md. Empty shows nothing.
     property string symbol

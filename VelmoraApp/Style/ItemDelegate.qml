@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import QtQuick.Templates as T
 
-// A row that can be chosen: of a picker, or of the sidebar.
+// A row to choose, in a picker or in the sidebar.
 T.ItemDelegate {
     id: control
 

@@ -1,7 +1,7 @@
 import QtQuick
 
-// A card as high as its list, and no higher than its place; the list scrolls within it. A list without rows leaves the
-// whole place to the EmptyState beside it.
+// A card as high as its list but no higher than its own space, in which the list scrolls. With an empty list the card
+// fills the space, for an EmptyState.
 Item {
     id: place
 

@@ -37,7 +37,7 @@ T.TextField {
         border.width: Theme.hair
         border.color: Theme.outline
 
-        // A field shows that it has the keyboard however it came by it.
+        // A field shows the keyboard focus however it got it.
         FocusRing {
             shown: control.activeFocus
         }
