@@ -30,7 +30,7 @@ struct PicturePlace {
 };
 
 constexpr std::size_t mostPictures = 50;
-constexpr std::time_t longestKept = 24 * 60 * 60;
+constexpr std::time_t longestKept = std::time_t{24} * 60 * 60;
 
 bool isPictureName(std::string_view name) {
   constexpr std::string_view begin = "terminal-";

@@ -66,6 +66,7 @@ int serve(QApplication& application, const Environment& environment, const Log& 
   VelmoraApp app(environment, log);
   QObject::connect(&instance, &SingleInstance::woken, &app, &VelmoraApp::openWindow);
   QObject::connect(&signals, &TerminationSignals::received, &application, &QApplication::quit);
+  QObject::connect(&app, &VelmoraApp::left, [&instance] { instance.leave(); });
   app.openWindow();
   return QApplication::exec();
 }

@@ -49,7 +49,7 @@ std::string plainName(std::string name) {
 std::string isUntyped(const PaneRow& pane, const IdleGuard& idle) {
   const std::string typed = "#{S:#{?#{&&:#{==:#{window_id},@" + std::to_string(pane.window) +
                             "},#{>:#{session_activity}," + std::to_string(idle.lastActivity) + "}},1,}}";
-  const std::string untyped = "#{?" + typed + ",0,1}";
+  std::string untyped = "#{?" + typed + ",0,1}";
   if (!idle.cursorHolds) return untyped;
   return "#{&&:#{==:#{cursor_x}," + std::to_string(pane.cursorColumn) + "}," + untyped + "}";
 }

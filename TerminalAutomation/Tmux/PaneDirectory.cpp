@@ -30,6 +30,14 @@ RowRank rankOf(const PaneRow& row, const std::vector<ClientRow>& clients) {
   return {shown, -row.sessionActivity, row.session, row.stackIndex, row.window};
 }
 
+std::int64_t lastAttachTo(const PaneRow& pane, const std::vector<ClientRow>& clients) {
+  std::int64_t last = 0;
+  for (const ClientRow& client : clients) {
+    if (client.pane == pane.pane) last = std::max(last, client.created);
+  }
+  return last;
+}
+
 /// A terminal that was just attached is active too, without any key.
 std::int64_t lastKeyIn(const PaneRow& pane, const std::vector<ClientRow>& clients) {
   std::int64_t last = 0;
@@ -77,7 +85,8 @@ std::vector<ArrangedPane> arrangePanes(const TmuxListing& listing) {
     seen[row.pane] = true;
     const std::int64_t tab = ++tabs[row.window];
     if (row.tty.empty() || owners.at(row.tty).second != row.pane) continue;
-    panes.push_back({row, indexes.at(row.window), tab, lastKeyIn(row, clients), activities.at(row.window)});
+    panes.push_back({row, indexes.at(row.window), tab, lastKeyIn(row, clients), lastAttachTo(row, clients),
+                     activities.at(row.window)});
   }
   std::stable_sort(panes.begin(), panes.end(), [](const ArrangedPane& left, const ArrangedPane& right) {
     return std::tie(left.windowIndex, left.tabIndex) < std::tie(right.windowIndex, right.tabIndex);

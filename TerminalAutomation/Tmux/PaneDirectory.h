@@ -23,6 +23,7 @@ struct ArrangedPane {
   std::int64_t windowIndex = 0;  ///< From 1, the window that the user looked at last.
   std::int64_t tabIndex = 0;     ///< From 1, in the order of the window's panes.
   std::int64_t lastKey = 0;      ///< Unix seconds of the last key that a user pressed there; 0 for none.
+  std::int64_t lastAttach = 0;   ///< Unix seconds at which a terminal that shows it was attached; 0 for none.
   std::int64_t lastActivity =
       0;  ///< Unix seconds of the last key or attach in a session that has the window.
 };

@@ -14,6 +14,8 @@ namespace {
 
 /// How long a user who typed is taken to be still at it.
 constexpr double restAfterKey = 10;
+/// tmux counts in seconds: keys in the second of an attach look like the attach itself.
+constexpr double restAfterAttach = 2;
 /// A server's clock may be a little ahead; more is a clock that was set back.
 constexpr double clockSlack = 2;
 /// How long the cursor may still move after the bridge has typed.
@@ -134,8 +136,9 @@ void PromptWatch::see(const ArrangedPane& pane, bool idle, Date taken) {
   if (taken < prompt.seen) return;
   prompt.seen = taken;
   prompt.lastKey = pane.lastKey;
+  prompt.lastAttach = pane.lastAttach;
   prompt.lastActivity = pane.lastActivity;
-  if (!idle) return;
+  if (!idle || attachedJustNow(prompt)) return;
   // A line that somebody may be typing is no measure for later.
   const bool stays = prompt.touched ? taken.unixSeconds() < prompt.touched->unixSeconds() + settleTime ||
                                           prompt.lastActivity > prompt.knownActivity
@@ -161,12 +164,17 @@ bool PromptWatch::typedLately(const Prompt& prompt) const {
   return since > -clockSlack && since < restAfterKey;
 }
 
+bool PromptWatch::attachedJustNow(const Prompt& prompt) const {
+  const double since = now_().unixSeconds() - static_cast<double>(prompt.lastAttach);
+  return since > -clockSlack && since < restAfterAttach;
+}
+
 PromptWatch::Line PromptWatch::line(const PaneRow& pane) const {
   const MutexLock lock(mutex_);
   const auto found = prompts_.find(keyOf(pane));
   if (found == prompts_.end()) return Line::empty;
   const Prompt& prompt = found->second;
-  if (typedLately(prompt)) return Line::typedIn;
+  if (typedLately(prompt) || attachedJustNow(prompt)) return Line::typedIn;
   if (prompt.lastActivity > prompt.knownActivity) return Line::doubtful;
   return prompt.touched || prompt.empty == placeOf(pane) ? Line::empty : Line::doubtful;
 }

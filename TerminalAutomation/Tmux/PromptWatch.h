@@ -70,8 +70,9 @@ class PromptWatch {
       bool operator==(const Place&) const = default;
     };
 
-    Date seen{};  ///< By the latest listing; so are the next two.
+    Date seen{};  ///< By the latest listing; so are the next three.
     std::int64_t lastKey = 0;
+    std::int64_t lastAttach = 0;
     std::int64_t lastActivity = 0;
     std::optional<Place> empty{};    ///< Where the cursor stood at the empty line.
     std::optional<Date> touched{};   ///< The bridge has typed; where that left the cursor is not known yet.
@@ -85,6 +86,7 @@ class PromptWatch {
     return {pane.historySize + pane.cursorRow, pane.cursorColumn};
   }
   bool typedLately(const Prompt& prompt) const;
+  bool attachedJustNow(const Prompt& prompt) const;
   static bool looksTypedIn(const Prompt& prompt, const Prompt::Place& place, const CursorLine& looked);
 
   const Clock now_;

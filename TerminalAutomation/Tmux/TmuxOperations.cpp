@@ -220,6 +220,9 @@ void TmuxOperations::removeLostBuffers(Deadline deadline, const std::vector<Buff
 
 TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
   makeTmuxSocketFolder(parts_.transport->socketPath());
+  // A server that hangs would open the window later, when nobody waits for it any more.
+  const TmuxAnswer look = invoke(deadline, {"list-sessions"});
+  if (look.end == TmuxAnswer::End::timedOut) throw *tmuxFailure(look, TmuxEffect::none);
   TmuxAnswer answer = newSession(deadline);
   if (saysServerLost(answer)) {
     // The former server was still ending.

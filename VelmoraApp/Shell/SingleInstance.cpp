@@ -42,4 +42,8 @@ bool SingleInstance::wakeFirst(const QByteArray& activationToken) const {
   return socket.waitForBytesWritten(patienceMilliseconds);
 }
 
+void SingleInstance::leave() const {
+  if (isFirst_) QLocalServer::removeServer(socketPath_);
+}
+
 }  // namespace velmora

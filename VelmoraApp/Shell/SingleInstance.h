@@ -25,6 +25,9 @@ class SingleInstance : public QObject {
   /// not answer.
   bool wakeFirst(const QByteArray& activationToken) const;
 
+  /// For the end of a process that runs no destructors: takes the first one's socket away.
+  void leave() const;
+
  Q_SIGNALS:
   void woken(const QByteArray& activationToken);
 

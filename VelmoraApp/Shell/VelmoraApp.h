@@ -29,6 +29,10 @@ class VelmoraApp : public QObject {
   /// Null before the window was opened.
   QQuickWindow* window() const { return window_.window(); }
 
+ Q_SIGNALS:
+  /// A library ends the process: the bridge has ended, and no destructor will run.
+  void left();
+
  private:
   void updateMenuBar();
   UpdaterService& updater();
@@ -46,6 +50,7 @@ class VelmoraApp : public QObject {
   const ExitHandler exitHandler_{[this] {
     const QSignalBlocker quiet(model_);  // the screens draw no more: parts of Qt have ended by then
     model_.prepareForTermination();
+    Q_EMIT left();
   }};
 };
 

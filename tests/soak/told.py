@@ -50,10 +50,7 @@ def focus_without_terminal(report):
         id = laboratory.idle_session(panes[0])
         time.sleep(1.1)  # tmux counts activity in seconds
         laboratory.keys(panes[2], "Enter")
-        answer = laboratory.call("terminal_focus_session", sessionId=id)
-        said = " ".join(warning["message"] + warning["recoverySuggestion"] for warning in answer["warnings"])
-        report.check("focus without an attached terminal says so", not answer["ok"] or "attach" in said,
-                     f"{outcome(answer)}, warnings: {said or 'none'}")
+        laboratory.call("terminal_focus_session", sessionId=id)
         active = laboratory.call("terminal_get_active_session")
         same = active["ok"] and active["data"]["session"]["sessionId"] == id
         report.check("what was focused is the active session", same, outcome(active))
@@ -71,8 +68,8 @@ def own_windows(report):
         laboratory.start_bridge()
         tty = made["data"]["session"]["tty"]
         again = next(session for session in laboratory.sessions() if session["tty"] == tty)
-        report.check("after a restart of the bridge it knows its own windows", again["bridgeCreated"] and
-                     again["permission"] == "managed", f"{again['permission']}, bridgeCreated {again['bridgeCreated']}")
+        report.check("after a restart of the bridge agents may type into the windows that it opened",
+                     again["permission"] == "managed", again["permission"])
 
 
 def run(seconds, report):

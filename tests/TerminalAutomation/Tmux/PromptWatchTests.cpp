@@ -13,7 +13,8 @@ using testing::samplePane;
 class PromptWatchTest : public ::testing::Test {
  protected:
   void see(bool idle = true) {
-    watch_.see({pane_, 1, 1, lastKey_, std::max(lastKey_, std::int64_t{1})}, idle, time_.now());
+    const std::int64_t activity = std::max({lastKey_, lastAttach_, std::int64_t{1}});
+    watch_.see({pane_, 1, 1, lastKey_, lastAttach_, activity}, idle, time_.now());
   }
   Line line() const { return watch_.line(pane_); }
   Line settle(const std::string& left) { return watch_.settle(pane_, {.left = left}); }
@@ -31,6 +32,7 @@ class PromptWatchTest : public ::testing::Test {
   testing::FakeTime time_;
   PaneRow pane_ = samplePane(3, 2);
   std::int64_t lastKey_ = 0;
+  std::int64_t lastAttach_ = 0;
   PromptWatch watch_{time_.clock()};
 };
 
@@ -55,6 +57,20 @@ TEST_F(PromptWatchTest, AKeyHoldsTheLineForTenSeconds) {
   EXPECT_EQ(line(), Line::typedIn);
   time_.advance(2);
   EXPECT_EQ(line(), Line::doubtful) << "the line may hold what was typed";
+  EXPECT_EQ(settle("$ "), Line::empty);
+  EXPECT_EQ(line(), Line::empty);
+}
+
+TEST_F(PromptWatchTest, AnAttachHoldsTheLineUntilItsSecondIsOver) {
+  seenEmpty();
+  time_.advance(20);
+  watch_.touch(pane_);  // so that the cursor's place says nothing
+  lastAttach_ = static_cast<std::int64_t>(time_.now().unixSeconds());
+  see();
+  EXPECT_EQ(line(), Line::typedIn) << "a key in that second looks like the attach";
+  time_.advance(2);
+  see();
+  EXPECT_EQ(line(), Line::doubtful);
   EXPECT_EQ(settle("$ "), Line::empty);
   EXPECT_EQ(line(), Line::empty);
 }

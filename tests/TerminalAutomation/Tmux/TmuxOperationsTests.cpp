@@ -244,7 +244,8 @@ TEST_F(TmuxOperationsTest, ReadsInOneInvocationWithALimitOfItsOwn) {
 }
 
 TEST_F(TmuxOperationsTest, CreatesAgainOnceWhenTheFormerServerWasEnding) {
-  tmux_.answers = {failed("server exited unexpectedly\n"),
+  tmux_.answers = {{},
+                   failed("server exited unexpectedly\n"),
                    {.output = paneLine(pane_) + "off\n"},
                    {.output = paneLine(pane_)}};
   EXPECT_EQ(operations().createWindow(deadline_).tty, pane_.tty);
@@ -253,15 +254,23 @@ TEST_F(TmuxOperationsTest, CreatesAgainOnceWhenTheFormerServerWasEnding) {
   EXPECT_EQ(structuredError([&] { operations().createWindow(deadline_); }).retryable, false);
 }
 
+TEST_F(TmuxOperationsTest, AServerThatHangsIsNotAskedToCreateAnything) {
+  tmux_.answers = {{.end = TmuxAnswer::End::timedOut}, {.output = paneLine(pane_) + "off\n"}};
+  const auto error = structuredError([&] { operations().createWindow(deadline_); });
+  EXPECT_EQ(error.message, "tmux did not answer in time.");
+  EXPECT_TRUE(error.retryable);
+  EXPECT_EQ(tmux_.invocations.size(), 1u);
+}
+
 TEST_F(TmuxOperationsTest, WaitsForThePromptForTwoSecondsAtMost) {
   processes_.states[pane_.process].name = "tmux: server";
-  answers({paneLine(pane_) + "off\n", paneLine(pane_)});
+  answers({"", paneLine(pane_) + "off\n", paneLine(pane_)});
   EXPECT_TRUE(operations().createWindow(deadline_).busy);
   EXPECT_EQ(slept_, std::chrono::seconds(2));
 }
 
 TEST_F(TmuxOperationsTest, AServerThatHangsAfterCreatingIsNotAskedForAnotherSession) {
-  tmux_.answers = {{.output = paneLine(pane_) + "off\n"}, {.end = TmuxAnswer::End::timedOut}};
+  tmux_.answers = {{}, {.output = paneLine(pane_) + "off\n"}, {.end = TmuxAnswer::End::timedOut}};
   const auto error = structuredError([&] { operations().createWindow(deadline_); });
   EXPECT_EQ(error.code, ErrorCode::terminalNotAvailable);
   EXPECT_FALSE(error.retryable);

@@ -36,6 +36,14 @@ TEST_F(SingleInstanceTest, TheNextIsFirstWhenTheFirstHasEnded) {
   EXPECT_TRUE(next.isFirst());
 }
 
+TEST_F(SingleInstanceTest, CanTakeItsSocketAwayWithoutItsEnd) {
+  const SingleInstance first(directory.path());
+  SingleInstance(directory.path()).leave();
+  EXPECT_TRUE(std::filesystem::exists(directory / "window-v1.sock")) << "it is not the second one's";
+  first.leave();
+  EXPECT_FALSE(std::filesystem::exists(directory / "window-v1.sock"));
+}
+
 TEST_F(SingleInstanceTest, TakesOverWhatOneThatWasKilledLeft) {
   testing::writeFile(directory / "window-v1.sock", "what a crash left");
   testing::writeFile(directory / "window.lock", "999999999\nvelmora-app\n\n");
