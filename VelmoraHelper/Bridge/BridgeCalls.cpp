@@ -72,11 +72,10 @@ bool BridgeCalls::finishSome(SteadyTime now) {
     std::optional<BridgeAnswer> answer;
     const bool isDue = now >= call->deadline;
     if (call->connection || (!isDue && mayBegin(*call))) answer = step(*call, now);
-    if (answer && call->connection) {
-      kept_ = std::move(call->connection);
-    } else if (!answer && isDue) {
-      answer = answerToLateness(*call);
-    }
+    const bool isAnswered = answer.has_value();
+    if (!isAnswered && isDue) answer = answerToLateness(*call);
+    if (answer && !answer->result.ok && now - call->begun >= limits_.hanging) refuseThoseBehind(*call, now);
+    if (isAnswered && call->connection) kept_ = std::move(call->connection);
     if (answer) {
       finished.emplace_back(std::move(call->done), std::move(*answer));
       call = calls_.erase(call);
@@ -92,6 +91,13 @@ BridgeAnswer BridgeCalls::answerToLateness(const Call& call) const {
   if (call.connection) return answerToSilence(call.request, limits_.deadline);
   if (!call.crowdedSince) return answerToCrowding(call.request);
   return answerToFailure(call.request, std::make_exception_ptr(UnixSocketError::system("connect", EAGAIN)));
+}
+
+void BridgeCalls::refuseThoseBehind(const Call& call, SteadyTime now) {
+  if (call.request.lane.empty() || !call.connection) return;
+  for (auto& other : calls_) {
+    if (other.request.lane == call.request.lane && !other.connection) other.deadline = now;
+  }
 }
 
 bool BridgeCalls::mayBegin(const Call& call) const {
@@ -116,7 +122,10 @@ void BridgeCalls::begin(Call& call) {
 // The answer, or nothing while it is still to come.
 std::optional<BridgeAnswer> BridgeCalls::step(Call& call, SteadyTime now) {
   try {
-    if (!call.connection) begin(call);
+    if (!call.connection) {
+      begin(call);
+      call.begun = now;
+    }
     const auto frame = call.connection->advance();
     if (!frame) return std::nullopt;
     BridgeAnswer answer(*frame);

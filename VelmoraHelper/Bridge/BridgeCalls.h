@@ -35,6 +35,9 @@ class BridgeCalls {
     std::size_t waiting = 1000;  ///< Calls that wait for one; a further call is refused.
     /// How long a call may take. Clients give up after 60 seconds or more, with a worse message than ours.
     std::chrono::seconds deadline{50};
+    /// A call that fails after this long met a terminal that hangs, for which the application waits as long.
+    /// Those that wait behind it to change the same session would meet it too: they are refused unsent.
+    std::chrono::seconds hanging{5};
     /// How soon to knock again when the application's queue of connections was full.
     std::chrono::milliseconds knockAgain{5};
     /// For how long, where the system does not tell a full queue from an application that has ended.
@@ -72,6 +75,7 @@ class BridgeCalls {
     BridgeRequest request;
     Done done;
     SteadyTime deadline;
+    SteadyTime begun{};
     std::optional<BridgeConnection> connection{};
     bool isSecondUse = false;  // of a connection that was kept
     std::optional<SteadyTime> crowdedSince{};
@@ -79,6 +83,7 @@ class BridgeCalls {
   using Calls = std::list<Call>;
 
   bool finishSome(SteadyTime now);
+  void refuseThoseBehind(const Call& call, SteadyTime now);
   bool mayBegin(const Call& call) const;
   void begin(Call& call);
   std::optional<BridgeAnswer> step(Call& call, SteadyTime now);

@@ -283,6 +283,34 @@ TEST_F(BridgeCallsTest, GivesUpAtTheDeadlineAndClosesTheConnection) {
   EXPECT_EQ(::recv(application.connections.front().descriptor(), &byte, 1, MSG_DONTWAIT), 0);
 }
 
+TEST_F(BridgeCallsTest, RefusesUnsentWhatWaitsBehindACallThatMetAHangingTerminal) {
+  start(command("first"));
+  start(command("second"));
+  start(command("other", otherSession));
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("first", "other"));
+  now += 5s;
+  FakeApplication::answer(arrived[0], {.ok = false});
+  EXPECT_THAT(commandsThatArrive(), IsEmpty());
+  ASSERT_EQ(done.size(), 2u);
+  EXPECT_EQ(done[1].error->message, "Velmora is busy with earlier calls; this one was not sent.");
+  EXPECT_TRUE(done[1].error->retryable);
+  start(command("third"));
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("third"));
+}
+
+TEST_F(BridgeCallsTest, ASlowSuccessOrAQuickFailureRefusesNothing) {
+  start(command("first"));
+  start(command("second"));
+  start(command("third"));
+  commandsThatArrive();
+  now += 30s;
+  FakeApplication::answer(arrived[0], {.ok = true});
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("second"));
+  now += 4s;
+  FakeApplication::answer(arrived[1], {.ok = false});
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("third"));
+}
+
 TEST_F(BridgeCallsTest, NeverSendsACallThatWaitedTillItsDeadline) {
   start(command("slow"));
   start(command("second"));
@@ -290,8 +318,8 @@ TEST_F(BridgeCallsTest, NeverSendsACallThatWaitedTillItsDeadline) {
   start(command("third"));
   commandsThatArrive();
   now += 49s;
-  EXPECT_THAT(commandsThatArrive(), ElementsAre("third"));
-  ASSERT_EQ(done.size(), 2u);
+  EXPECT_THAT(commandsThatArrive(), IsEmpty());
+  ASSERT_EQ(done.size(), 3u) << "the third would meet the same silence";
   EXPECT_EQ(done[1].error->message, "Velmora is busy with earlier calls; this one was not sent.");
   EXPECT_TRUE(done[1].error->retryable);
 }
