@@ -42,6 +42,18 @@ void drain(const FileDescriptor& from, Output& output) {
   }
 }
 
+/// Takes the reply to the request `number` from `bytes`, once it is there; replies to earlier ones are
+/// dropped. Throws ScriptFrameError.
+std::optional<ScriptReply> replyIn(std::string& bytes, std::int64_t number) {
+  while (const auto content = scriptFrameIn(bytes)) {
+    auto reply = decodeScriptReply(*content);
+    bytes.erase(0, static_cast<std::size_t>(content->end() - std::string_view(bytes).begin()));
+    if (reply.number > number) throw ScriptFrameError("it answers what was not asked");
+    if (reply.number == number) return std::move(reply.message);
+  }
+  return std::nullopt;
+}
+
 int millisecondsUntil(ScriptHost::Deadline deadline) {
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
   return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60'000));
@@ -90,7 +102,7 @@ ScriptReply ChildScriptHost::start(Deadline deadline) {
 }
 
 ScriptReply ChildScriptHost::ask(const ScriptRequest& request, Deadline deadline) {
-  const std::string frame = encodeScriptRequest(request);
+  const std::string frame = encodeScriptRequest(request, ++lastRequest_);
   std::string_view rest = frame;
   const SigpipeBlock sigpipeBlock;
   Output output;
@@ -103,12 +115,9 @@ ScriptReply ChildScriptHost::ask(const ScriptRequest& request, Deadline deadline
     if (polled[2].revents != 0) rest = writeTo(child_->input(), rest);
     if (polled[1].revents != 0) drain(child_->output(), output);
     try {
-      if (const auto content = scriptFrameIn(output.bytes)) {
-        ScriptReply reply = decodeScriptReply(*content);
-        if (content->end() != std::string_view(output.bytes).end()) {
-          end(platformErrorCode::connectionInvalid, "said more than it was asked");
-        }
-        return reply;
+      if (auto reply = replyIn(output.bytes, lastRequest_)) {
+        if (!output.bytes.empty()) end(platformErrorCode::connectionInvalid, "said more than it was asked");
+        return *std::move(reply);
       }
     } catch (const ScriptFrameError& error) {
       return end(platformErrorCode::connectionInvalid, "gave no reply: " + std::string(error.what()));

@@ -41,6 +41,7 @@ class ChildScriptHost final : public ScriptHost {
   const Pipe cancelPipe_ = openPipe();
   std::atomic<bool> cancelled_ = false;
   std::string source_;
+  std::int64_t lastRequest_ = 0;
   std::unique_ptr<LastingChild> child_;
 };
 

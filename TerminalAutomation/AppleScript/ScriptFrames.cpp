@@ -24,17 +24,19 @@ constexpr std::size_t longestContent = std::size_t{64} << 20;
 
 /// One of the two stands in it.
 struct RequestContent {
+  std::int64_t number = 0;
   std::optional<std::string> source{};
   std::optional<std::string> handler{};
   std::vector<JSONValue> arguments{};
 };
-BOOST_DESCRIBE_STRUCT(RequestContent, (), (source, handler, arguments))
+BOOST_DESCRIBE_STRUCT(RequestContent, (), (number, source, handler, arguments))
 
 struct ReplyContent {
+  std::int64_t number = 0;
   std::optional<ScriptDescriptor> value{};
   std::optional<ScriptFailure> failure{};
 };
-BOOST_DESCRIBE_STRUCT(ReplyContent, (), (value, failure))
+BOOST_DESCRIBE_STRUCT(ReplyContent, (), (number, value, failure))
 
 std::string framed(const std::string& content) {
   if (content.size() > longestContent) throw ScriptFrameError("a frame is too long");
@@ -94,8 +96,8 @@ ScriptReply replyTo(ScriptEngine& engine, const ScriptRequest& request) {
 
 }  // namespace
 
-std::string encodeScriptRequest(const ScriptRequest& request) {
-  RequestContent content;
+std::string encodeScriptRequest(const ScriptRequest& request, std::int64_t number) {
+  RequestContent content{.number = number};
   if (const auto* compile = std::get_if<ScriptCompileRequest>(&request)) {
     content.source = compile->source;
   } else {
@@ -108,8 +110,8 @@ std::string encodeScriptRequest(const ScriptRequest& request) {
   return framed(encodeJson(content));
 }
 
-std::string encodeScriptReply(const ScriptReply& reply) {
-  ReplyContent content;
+std::string encodeScriptReply(const ScriptReply& reply, std::int64_t number) {
+  ReplyContent content{.number = number};
   if (const auto* value = std::get_if<ScriptDescriptor>(&reply)) {
     content.value = *value;
   } else {
@@ -118,24 +120,24 @@ std::string encodeScriptReply(const ScriptReply& reply) {
   return framed(encodeJson(content));
 }
 
-ScriptRequest decodeScriptRequest(std::string_view text) {
+Numbered<ScriptRequest> decodeScriptRequest(std::string_view text) {
   auto content = decoded<RequestContent>(text);
   if (content.source.has_value() == content.handler.has_value()) {
     throw ScriptFrameError("a request wants to compile, or to call");
   }
-  if (content.source) return ScriptCompileRequest{*std::move(content.source)};
+  if (content.source) return {content.number, ScriptCompileRequest{*std::move(content.source)}};
   ScriptCallRequest call{.handler = *std::move(content.handler), .arguments = {}};
   for (const auto& value : content.arguments) call.arguments.push_back(argumentOf(value));
-  return call;
+  return {content.number, std::move(call)};
 }
 
-ScriptReply decodeScriptReply(std::string_view text) {
+Numbered<ScriptReply> decodeScriptReply(std::string_view text) {
   auto content = decoded<ReplyContent>(text);
   if (content.value.has_value() == content.failure.has_value()) {
     throw ScriptFrameError("a reply has a value, or says of a failure");
   }
-  if (content.failure) return *content.failure;
-  return *std::move(content.value);
+  if (content.failure) return {content.number, *content.failure};
+  return {content.number, *std::move(content.value)};
 }
 
 std::optional<std::string_view> scriptFrameIn(std::string_view bytes) {
@@ -149,7 +151,8 @@ bool answerScriptRequest(ScriptEngine& engine, int input, int output) {
   std::string bytes;
   try {
     if (!readAll(input, bytes, headerSize) || !readAll(input, bytes, contentSize(bytes))) return false;
-    const std::string reply = encodeScriptReply(replyTo(engine, decodeScriptRequest(bytes)));
+    const auto [number, request] = decodeScriptRequest(bytes);
+    const std::string reply = encodeScriptReply(replyTo(engine, request), number);
     return writeWith([output](const char* data, std::size_t size) { return ::write(output, data, size); },
                      reply)
         .empty();

@@ -3,6 +3,7 @@
 // JSON.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -36,13 +37,20 @@ struct ScriptCallRequest {
 /// Compiling is answered with a descriptor whose `boolean` says whether the script compiles.
 using ScriptRequest = std::variant<ScriptCompileRequest, ScriptCallRequest>;
 
+/// A request or a reply with its number: a reply has that of the request that it answers.
+template <class Message>
+struct Numbered {
+  std::int64_t number = 0;
+  Message message{};
+};
+
 /// Whole frames.
-std::string encodeScriptRequest(const ScriptRequest& request);
-std::string encodeScriptReply(const ScriptReply& reply);
+std::string encodeScriptRequest(const ScriptRequest& request, std::int64_t number);
+std::string encodeScriptReply(const ScriptReply& reply, std::int64_t number);
 
 /// A frame's content, without its length. Throw ScriptFrameError.
-ScriptRequest decodeScriptRequest(std::string_view content);
-ScriptReply decodeScriptReply(std::string_view content);
+Numbered<ScriptRequest> decodeScriptRequest(std::string_view content);
+Numbered<ScriptReply> decodeScriptReply(std::string_view content);
 
 /// The content of the frame that `bytes` begins with, once all of it is there. Throws ScriptFrameError when
 /// the frame says that it is longer than any can be.

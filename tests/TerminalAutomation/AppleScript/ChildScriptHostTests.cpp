@@ -112,6 +112,12 @@ TEST_F(ChildScriptHost, AnAnswerTooManyIsNoOtherCallsAnswer) {
   EXPECT_EQ(textOf("source"), "the script");
 }
 
+TEST_F(ChildScriptHost, AnAnswerAheadOfItsRequestEndsTheProcess) {
+  EXPECT_EQ(failureOf("ahead", {file_}), platformErrorCode::connectionInvalid);
+  EXPECT_EQ(textOf("source"), "the script");
+  EXPECT_EQ(began(), "ahead\n");
+}
+
 TEST_F(ChildScriptHost, CancelEndsTheCallUnderWayAndEveryLaterOne) {
   std::thread canceller([&] {
     eventually([&] { return began() == "hang\n"; });

@@ -28,12 +28,14 @@ class FakeEngine final : public ScriptEngine {
  public:
   bool compile(const std::string& source) override {
     source_ = source;
+    ++requests_;
     const std::string condition = "hang when there is ";
     if (source.starts_with(condition) && std::filesystem::exists(source.substr(condition.size()))) ::pause();
     return source != "wrong";
   }
 
   ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments) override {
+    ++requests_;
     // A file that the test names counts the calls that began.
     if (!arguments.empty() && std::holds_alternative<std::string>(arguments.front()) && handler != "echo") {
       std::ofstream(std::get<std::string>(arguments.front()), std::ios::app) << handler << '\n';
@@ -51,7 +53,8 @@ class FakeEngine final : public ScriptEngine {
     if (handler == "nameless") return ScriptFailure{};
     if (handler == "process") return ScriptDescriptor{.integer = ::getpid()};
     if (handler == "source") return ScriptDescriptor{.text = source_};
-    if (handler == "twice") say(encodeScriptReply(ScriptDescriptor{.text = "first"}));
+    if (handler == "twice") say(encodeScriptReply(ScriptDescriptor{.text = "first"}, requests_));
+    if (handler == "ahead") say(encodeScriptReply(ScriptDescriptor{.text = "later"}, requests_ + 1));
     ScriptDescriptor list;
     for (const auto& argument : arguments) list.items.push_back(described(argument));
     return list;
@@ -59,6 +62,7 @@ class FakeEngine final : public ScriptEngine {
 
  private:
   std::string source_;
+  std::int64_t requests_ = 0;
 };
 
 }  // namespace

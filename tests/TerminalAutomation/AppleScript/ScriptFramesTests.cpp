@@ -9,7 +9,7 @@ namespace {
 std::string contentOf(const std::string& frame) { return std::string(scriptFrameIn(frame).value()); }
 
 ScriptReply sentAndRead(const ScriptReply& reply) {
-  return decodeScriptReply(contentOf(encodeScriptReply(reply)));
+  return decodeScriptReply(contentOf(encodeScriptReply(reply, 7))).message;
 }
 
 /// An engine that answers with the number of calls so far.
@@ -25,16 +25,19 @@ class CountingEngine final : public ScriptEngine {
 };
 
 TEST(ScriptFrames, AreTheLengthAndJson) {
-  EXPECT_EQ(encodeScriptRequest(ScriptCompileRequest{"a"}),
-            std::string("\0\0\0\x1d", 4) + R"({"source":"a","arguments":[]})");
-  EXPECT_EQ(contentOf(encodeScriptRequest(ScriptCallRequest{"go", {std::string("1"), 1, true}})),
-            R"({"handler":"go","arguments":["1",1,true]})");
-  EXPECT_EQ(contentOf(encodeScriptReply(ScriptFailure{-1743})), R"({"failure":{"number":-1743}})");
+  EXPECT_EQ(encodeScriptRequest(ScriptCompileRequest{"a"}, 1),
+            std::string("\0\0\0\x28", 4) + R"({"number":1,"source":"a","arguments":[]})");
+  EXPECT_EQ(contentOf(encodeScriptRequest(ScriptCallRequest{"go", {std::string("1"), 1, true}}, 2)),
+            R"({"number":2,"handler":"go","arguments":["1",1,true]})");
+  EXPECT_EQ(contentOf(encodeScriptReply(ScriptFailure{-1743}, 3)),
+            R"({"number":3,"failure":{"number":-1743}})");
 }
 
 TEST(ScriptFrames, KeepTheKindsOfArguments) {
   const ScriptRequest call = ScriptCallRequest{"go", {std::string("7"), 7, false, std::string()}};
-  EXPECT_EQ(decodeScriptRequest(contentOf(encodeScriptRequest(call))), call);
+  const auto read = decodeScriptRequest(contentOf(encodeScriptRequest(call, 9)));
+  EXPECT_EQ(read.message, call);
+  EXPECT_EQ(read.number, 9);
 }
 
 TEST(ScriptFrames, KeepListsInLists) {
@@ -52,7 +55,7 @@ TEST(ScriptFrames, KeepAFailureWithoutANumber) {
 }
 
 TEST(ScriptFrames, AreThereOnceAllTheirBytesAre) {
-  const std::string frame = encodeScriptReply(ScriptDescriptor{.text = "text"});
+  const std::string frame = encodeScriptReply(ScriptDescriptor{.text = "text"}, 1);
   for (std::size_t size = 0; size < frame.size(); ++size) {
     EXPECT_FALSE(scriptFrameIn(frame.substr(0, size)).has_value()) << size;
   }
@@ -62,12 +65,14 @@ TEST(ScriptFrames, AreThereOnceAllTheirBytesAre) {
 TEST(ScriptFrames, RefuseWhatIsNone) {
   EXPECT_THROW(scriptFrameIn("\x04\x01\x01\x01"), ScriptFrameError);  // 64 MiB and some
   for (const std::string text :
-       {"", "no", "[]", "{}", R"({"arguments":[]})", R"({"source":"a","handler":"b","arguments":[]})",
-        R"({"handler":"a","arguments":[1.5]})", R"({"handler":"a","arguments":[2147483648]})",
-        R"({"handler":"a","arguments":[null]})"}) {
+       {"", "no", "[]", "{}", R"({"source":"a","arguments":[]})", R"({"number":1,"arguments":[]})",
+        R"({"number":1,"source":"a","handler":"b","arguments":[]})",
+        R"({"number":1,"handler":"a","arguments":[1.5]})",
+        R"({"number":1,"handler":"a","arguments":[2147483648]})",
+        R"({"number":1,"handler":"a","arguments":[null]})"}) {
     EXPECT_THROW(decodeScriptRequest(text), ScriptFrameError) << text;
   }
-  for (const std::string text : {"", "{}", R"({"value":{}})", R"({"value":7})"}) {
+  for (const std::string text : {"", "{}", R"({"number":1,"value":{}})", R"({"number":1,"value":7})"}) {
     EXPECT_THROW(decodeScriptReply(text), ScriptFrameError) << text;
   }
 }
@@ -75,8 +80,8 @@ TEST(ScriptFrames, RefuseWhatIsNone) {
 TEST(ScriptFrames, AreAnsweredOneByOneUntilTheEnd) {
   Pipe requests = openPipe();
   Pipe replies = openPipe();
-  const std::string both =
-      encodeScriptRequest(ScriptCompileRequest{"right"}) + encodeScriptRequest(ScriptCallRequest{"go", {}});
+  const std::string both = encodeScriptRequest(ScriptCompileRequest{"right"}, 1) +
+                           encodeScriptRequest(ScriptCallRequest{"go", {}}, 2);
   ASSERT_TRUE(writeTo(requests.write, both).empty());
   requests.write.close();
   CountingEngine engine;
@@ -89,9 +94,9 @@ TEST(ScriptFrames, AreAnsweredOneByOneUntilTheEnd) {
   std::string bytes(4096, '\0');
   bytes.resize(static_cast<std::size_t>(::read(replies.read.get(), bytes.data(), bytes.size())));
   const auto first = scriptFrameIn(bytes).value();
-  EXPECT_TRUE(std::get<ScriptDescriptor>(decodeScriptReply(first)).boolean);
+  EXPECT_TRUE(std::get<ScriptDescriptor>(decodeScriptReply(first).message).boolean);
   const auto second = scriptFrameIn(std::string_view(bytes).substr(4 + first.size())).value();
-  EXPECT_EQ(std::get<ScriptDescriptor>(decodeScriptReply(second)).integer, 1);
+  EXPECT_EQ(std::get<ScriptDescriptor>(decodeScriptReply(second).message).integer, 1);
 }
 
 TEST(ScriptFrames, ThatAreNoRequestsEndTheConversation) {

@@ -321,11 +321,17 @@ TEST_P(DirectTmux, RandomCallsAreAnsweredAsByTheProgramAndHarmNoServer) {
     ASSERT_EQ(straight.reach, TmuxDirectResult::Reach::spoken) << "call " << call;
     ASSERT_EQ(straight.exchange.surprise, std::nullopt) << "call " << call;
     if (call % 4 != 0) continue;
-    const TmuxAnswer program = run(*transport_, arguments, input);
     ++compared;
-    EXPECT_EQ(straight.exchange.answer.exitStatus, program.exitStatus) << "call " << call;
-    EXPECT_TRUE(straight.exchange.answer.output == program.output) << "call " << call;
-    EXPECT_EQ(straight.exchange.answer.errorOutput, program.errorOutput) << "call " << call;
+    TmuxAnswer direct = straight.exchange.answer;
+    TmuxAnswer program = run(*transport_, arguments, input);
+    // A text may ask for the time of day, and a second may end between the two.
+    for (int again = 0; again < 3 && direct.output != program.output; ++again) {
+      direct = askDirectly(arguments, input).exchange.answer;
+      program = run(*transport_, arguments, input);
+    }
+    EXPECT_EQ(direct.exitStatus, program.exitStatus) << "call " << call;
+    EXPECT_TRUE(direct.output == program.output) << "call " << call;
+    EXPECT_EQ(direct.errorOutput, program.errorOutput) << "call " << call;
   }
   EXPECT_EQ(compared, 150);
   EXPECT_EQ(serverProcess(), server_);
