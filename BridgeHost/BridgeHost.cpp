@@ -22,6 +22,7 @@ void removeLeftovers(FileSystem& files, const Environment& environment, const Lo
     }
   }
 }
+
 std::unique_ptr<TerminalAutomating> terminalOf(const BridgeHostOptions& options,
                                                const std::filesystem::path& temporaryDirectory) {
   try {

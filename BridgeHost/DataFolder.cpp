@@ -45,7 +45,7 @@ bool DataFolder::claim() {
                               " would not be noticed: " + problemSentence(std::current_exception()));
   }
   problem_.clear();
-  files_.close(false);
+  files_.open();
   write(formerRunWasCutShort_ ? runMark : "");
   return true;
 }
@@ -62,37 +62,39 @@ void DataFolder::write(const std::string& state) noexcept {
   }
 }
 
-FileSystem& DataFolder::Files::open(const std::filesystem::path& path) {
+void DataFolder::Files::refuseWhenClosed(const std::filesystem::path& path) const {
   if (closed_)
     throw std::system_error(EBUSY, std::generic_category(), "another bridge uses " + path.string());
-  return real_;
 }
 
-bool DataFolder::Files::exists(const std::filesystem::path& path) { return real_.exists(path); }
-std::string DataFolder::Files::read(const std::filesystem::path& path) { return real_.read(path); }
-std::optional<double> DataFolder::Files::lastWritten(const std::filesystem::path& path) {
-  return real_.lastWritten(path);
-}
-std::optional<std::filesystem::path> DataFolder::Files::linkTarget(const std::filesystem::path& path) {
-  return real_.linkTarget(path);
-}
-std::vector<std::filesystem::path> DataFolder::Files::filesBeginningWith(
-    const std::filesystem::path& prefix) {
-  return real_.filesBeginningWith(prefix);
-}
 void DataFolder::Files::create(const std::filesystem::path& path, std::string_view bytes) {
-  open(path).create(path, bytes);
+  refuseWhenClosed(path);
+  PosixFileSystem::create(path, bytes);
 }
+
 void DataFolder::Files::rename(const std::filesystem::path& from, const std::filesystem::path& to) {
-  open(from).rename(from, to);
+  refuseWhenClosed(from);
+  PosixFileSystem::rename(from, to);
 }
-void DataFolder::Files::remove(const std::filesystem::path& path) { open(path).remove(path); }
+
+void DataFolder::Files::remove(const std::filesystem::path& path) {
+  refuseWhenClosed(path);
+  PosixFileSystem::remove(path);
+}
+
 void DataFolder::Files::setMode(const std::filesystem::path& path, mode_t mode) {
-  open(path).setMode(path, mode);
+  refuseWhenClosed(path);
+  PosixFileSystem::setMode(path, mode);
 }
+
 void DataFolder::Files::createDirectories(const std::filesystem::path& path) {
-  open(path).createDirectories(path);
+  refuseWhenClosed(path);
+  PosixFileSystem::createDirectories(path);
 }
-void DataFolder::Files::flushDirectory(const std::filesystem::path& path) { open(path).flushDirectory(path); }
+
+void DataFolder::Files::flushDirectory(const std::filesystem::path& path) {
+  refuseWhenClosed(path);
+  PosixFileSystem::flushDirectory(path);
+}
 
 }  // namespace velmora

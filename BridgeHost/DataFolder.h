@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "System/FileLock.h"
 #include "System/FileSystem.h"
@@ -41,15 +40,10 @@ class DataFolder {
   void write(const std::string& state) noexcept;
 
   /// Refuses every change while another bridge has the folder.
-  class Files final : public FileSystem {
+  class Files final : public PosixFileSystem {
    public:
-    void close(bool closed) { closed_ = closed; }
+    void open() { closed_ = false; }
 
-    bool exists(const std::filesystem::path& path) override;
-    std::string read(const std::filesystem::path& path) override;
-    std::optional<double> lastWritten(const std::filesystem::path& path) override;
-    std::optional<std::filesystem::path> linkTarget(const std::filesystem::path& path) override;
-    std::vector<std::filesystem::path> filesBeginningWith(const std::filesystem::path& prefix) override;
     void create(const std::filesystem::path& path, std::string_view bytes) override;
     void rename(const std::filesystem::path& from, const std::filesystem::path& to) override;
     void remove(const std::filesystem::path& path) override;
@@ -58,9 +52,8 @@ class DataFolder {
     void flushDirectory(const std::filesystem::path& path) override;
 
    private:
-    FileSystem& open(const std::filesystem::path& path);
+    void refuseWhenClosed(const std::filesystem::path& path) const;
 
-    PosixFileSystem real_;
     std::atomic<bool> closed_ = true;
   };
 
