@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <functional>
+#include <string>
 
 namespace velmora {
 
@@ -15,6 +16,24 @@ struct Caller {
   /// Whether nobody waits for the answer any more. Must be callable on any thread while the request is under
   /// way.
   std::function<bool()> hasLeft = [] { return false; };
+
+  /// Whether the caller asks for the extended form, with what only that has in the answers.
+  bool extended = false;
+
+  /// Sends a message to the caller before the answer, on the thread that the call came on; empty where
+  /// nothing can be. Never throws.
+  std::function<void(const std::string& message)> send{};
+
+  /// Hears the terminal's last line about once a second while the call waits; empty for a caller who did not
+  /// ask. Called on the thread that the call came on; never throws.
+  std::function<void(const std::string& lastLine)> hearLastLine{};
+
+  /// The same, with the deadline of what is done next counting from now.
+  Caller asOfNow() const {
+    Caller now = *this;
+    now.since = std::chrono::steady_clock::now();
+    return now;
+  }
 };
 
 }  // namespace velmora

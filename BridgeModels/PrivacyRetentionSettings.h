@@ -1,7 +1,9 @@
-// The user's settings for privacy, retention and policy.
+// The user's settings for privacy, retention, policy and the terminal.
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 #include "BridgeModels/BridgeEnums.h"
 #include "BridgeModels/IntegerRange.h"
@@ -26,6 +28,17 @@ struct PrivacyRetentionSettings {
   SessionPolicy sessionPolicy = SessionPolicy::safe;
   bool menuBarEnabled = true;
   bool launchAtLoginEnabled = false;
+  // Only there when the user chose.
+  std::optional<TmuxTransportChoice> tmuxTransport{};        ///< Else `automatic`.
+  std::optional<ShellIntegrationChoice> shellIntegration{};  ///< Else `automatic`.
+  /// Else false. Input to busy windows that the bridge opened and that no user has looked at.
+  std::optional<bool> allowOwnBusySessionInput{};
+  /// Else false. tmux's own options say what the bridge does.
+  std::optional<bool> tmuxMarks{};
+  /// Else false. A window that the bridge opens keeps apart what runs in it.
+  std::optional<bool> containNewWindows{};
+  /// Else empty: the usual one. The absolute path of the tmux server's socket, from the bridge's start on.
+  std::optional<std::string> tmuxSocket{};
 
   /// Brings every number into its range. Without persistent history nothing sensitive is stored either.
   void normalize() {
@@ -41,7 +54,9 @@ struct PrivacyRetentionSettings {
 BOOST_DESCRIBE_STRUCT(PrivacyRetentionSettings, (),
                       (persistentHistoryEnabled, storeCommandBody, storeOutputPreview, maskSensitivePatterns,
                        deleteOnAppExit, allowBusySessionInput, retentionDays, maximumRecordCount,
-                       outputPreviewMaxCharacters, sessionPolicy, menuBarEnabled, launchAtLoginEnabled))
+                       outputPreviewMaxCharacters, sessionPolicy, menuBarEnabled, launchAtLoginEnabled,
+                       tmuxTransport, shellIntegration, allowOwnBusySessionInput, tmuxMarks,
+                       containNewWindows, tmuxSocket))
 
 // A settings file written by an older build still loads.
 template <>

@@ -25,6 +25,11 @@ struct EveryMember {};
 template <class Record>
 inline constexpr auto defaultedMembers = std::tuple<>{};
 
+/// The members that only the extended form of the tools has: a tuple of pointers to std::optional members.
+/// Whoever does not ask for that form neither gives nor gets them.
+template <class Record>
+inline constexpr auto extendedMembers = std::tuple<>{};
+
 namespace detail {
 
 template <class A, class B>
@@ -47,6 +52,18 @@ constexpr bool takesDefault(Member Record::*member) {
     return std::apply([member](auto... listed) { return (detail::sameMember(member, listed) || ...); },
                       defaultedMembers<Record>);
   }
+}
+
+template <class Record, class Member>
+constexpr bool isExtended(Member Record::*member) {
+  return std::apply([member](auto... listed) { return (detail::sameMember(member, listed) || ...); },
+                    extendedMembers<Record>);
+}
+
+/// Leaves out what only the extended form has.
+template <class Record>
+void clearExtended(Record& record) {
+  std::apply([&record](auto... member) { ((record.*member).reset(), ...); }, extendedMembers<Record>);
 }
 
 }  // namespace velmora

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "BridgeModels/BridgeEnums.h"
 #include "BridgeModels/Date.h"
@@ -36,10 +37,26 @@ struct TerminalTabSnapshot {
   std::optional<TabIdentity> identity{};  ///< Not in JSON. Absent when the adapter knows nothing that lasts.
   /// This bridge or an earlier one opened the tab, as the terminal remembers. Not in JSON.
   bool madeByBridge = false;
+  /// No terminal of a user's has ever shown the tab, so no key that a user pressed went there. Not in JSON.
+  bool neverShown = false;
+  /// What the terminal's users call it, such as "%5" and "work:1.0". Not in JSON.
+  std::vector<std::string> targets{};
 
   bool operator==(const TerminalTabSnapshot&) const = default;
 };
 BOOST_DESCRIBE_STRUCT(TerminalTabSnapshot, (), (tty, windowId, windowIndex, tabIndex, title, busy, selected))
+
+/// What more can be said of a tab. All absent where the terminal does not tell.
+struct TabDetails {
+  std::optional<std::string> directory{};  ///< In which its foreground program works.
+  std::optional<std::string> program{};    ///< In the foreground.
+  std::optional<std::int64_t> columns{};
+  std::optional<std::int64_t> rows{};
+  std::optional<bool> alternateScreen{};  ///< A full-screen program draws.
+  std::optional<bool> attached{};         ///< Somebody's terminal shows its session.
+
+  bool operator==(const TabDetails&) const = default;
+};
 
 /// A tab that the session registry knows.
 struct TerminalSession {
@@ -58,10 +75,20 @@ struct TerminalSession {
   Date firstSeenAt{};
   Date lastSeenAt{};
   std::optional<Date> lastRequestAt{};  ///< Last tool call that named the session.
+  bool neverShown = false;              ///< As the tab's, as is the next. Neither is in JSON.
+  std::vector<std::string> targets{};
+  // As in TabDetails; the registry keeps none of them.
+  std::optional<std::string> directory{};
+  std::optional<std::string> program{};
+  std::optional<std::int64_t> columns{};
+  std::optional<std::int64_t> rows{};
+  std::optional<bool> alternateScreen{};
+  std::optional<bool> attached{};
+  std::optional<bool> createdByBridge{};
 
   TerminalSession() = default;
   TerminalSession(const Uuid& id, const Uuid& generation, const TerminalTabSnapshot& snapshot,
-                  SessionPermission sessionPermission, bool createdByBridge, Date firstSeen, Date lastSeen,
+                  SessionPermission sessionPermission, bool madeByBridge, Date firstSeen, Date lastSeen,
                   std::optional<Date> lastRequest, SessionValidity sessionValidity)
       : sessionId(id),
         registryGeneration(generation),
@@ -74,10 +101,12 @@ struct TerminalSession {
         selected(snapshot.selected),
         validity(sessionValidity),
         permission(sessionPermission),
-        bridgeCreated(createdByBridge),
+        bridgeCreated(madeByBridge),
         firstSeenAt(firstSeen),
         lastSeenAt(lastSeen),
-        lastRequestAt(lastRequest) {}
+        lastRequestAt(lastRequest),
+        neverShown(snapshot.neverShown),
+        targets(snapshot.targets) {}
 
   SessionReference reference() const { return {sessionId, title, tty}; }
 
@@ -85,6 +114,12 @@ struct TerminalSession {
 };
 BOOST_DESCRIBE_STRUCT(TerminalSession, (),
                       (sessionId, registryGeneration, tty, windowId, windowIndex, tabIndex, title, busy,
-                       selected, validity, permission, bridgeCreated, firstSeenAt, lastSeenAt, lastRequestAt))
+                       selected, validity, permission, bridgeCreated, firstSeenAt, lastSeenAt, lastRequestAt,
+                       directory, program, columns, rows, alternateScreen, attached, createdByBridge))
+template <>
+inline constexpr auto extendedMembers<TerminalSession> = std::tuple{
+    &TerminalSession::directory,      &TerminalSession::program,         &TerminalSession::columns,
+    &TerminalSession::rows,           &TerminalSession::alternateScreen, &TerminalSession::attached,
+    &TerminalSession::createdByBridge};
 
 }  // namespace velmora

@@ -5,6 +5,7 @@
 #include <array>
 #include <boost/describe/enum.hpp>
 #include <boost/describe/enumerators.hpp>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 #include <type_traits>
@@ -28,16 +29,31 @@ constexpr auto casesOf(List<Enumerator...>) {
   return std::array{EnumCase<Enum>{Enumerator::value, withoutTrailingUnderscore(Enumerator::name)}...};
 }
 
+// `count` of the cases, from `first` on.
+template <std::size_t first, std::size_t count, class Cases>
+constexpr auto someOf(const Cases& cases) {
+  std::array<typename Cases::value_type, count> some{};
+  for (std::size_t i = 0; i < count; ++i) some[i] = cases[first + i];
+  return some;
+}
+
 }  // namespace detail
 
 /// Every case of `Enum` with its wire name, in the declared order.
 template <class Enum>
 inline constexpr auto enumCases = detail::casesOf<Enum>(boost::describe::describe_enumerators<Enum>{});
 
+/// Further cases, which only the extended form of the tools has.
+template <class Enum>
+inline constexpr std::array<EnumCase<Enum>, 0> extendedCases{};
+
 template <class Enum>
 requires std::is_enum_v<Enum>
 constexpr std::string_view wireName(Enum value) {
   for (const auto& entry : enumCases<Enum>) {
+    if (entry.value == value) return entry.wireName;
+  }
+  for (const auto& entry : extendedCases<Enum>) {
     if (entry.value == value) return entry.wireName;
   }
   return {};
@@ -47,6 +63,9 @@ template <class Enum>
 requires std::is_enum_v<Enum>
 constexpr std::optional<Enum> fromWireName(std::string_view name) {
   for (const auto& entry : enumCases<Enum>) {
+    if (entry.wireName == name) return entry.value;
+  }
+  for (const auto& entry : extendedCases<Enum>) {
     if (entry.wireName == name) return entry.value;
   }
   return std::nullopt;

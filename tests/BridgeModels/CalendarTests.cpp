@@ -22,6 +22,28 @@ TEST(Calendar, KeepsTheTimeOfDayWhenClocksGoBack) {
   EXPECT_EQ(daysBefore(at("2026-11-01T23:59:59-05:00"), 1), at("2026-10-31T23:59:59-04:00"));
 }
 
+TEST(Calendar, ATimeOfDayThatWasSkippedIsAnHourOff) {
+  const LocalTimeZone zone("America/New_York");
+  EXPECT_EQ(daysBefore(at("2026-03-09T02:30:00-04:00"), 1), at("2026-03-08T03:30:00-04:00"));
+  EXPECT_EQ(daysBefore(at("2027-01-01T02:30:00-05:00"), 299), at("2026-03-08T01:30:00-05:00"));
+}
+
+TEST(Calendar, OfATimeThatCameTwiceItTakesTheSideOfTheDate) {
+  const LocalTimeZone zone("America/New_York");
+  EXPECT_EQ(daysBefore(at("2026-11-02T01:30:00-05:00"), 1), at("2026-11-01T01:30:00-05:00"));
+  EXPECT_EQ(daysBefore(at("2027-06-01T01:30:00-04:00"), 212), at("2026-11-01T01:30:00-04:00"));
+}
+
+TEST(Calendar, FollowsAZoneThatChangesWhileTheProgramRuns) {
+  const Date now = at("2026-03-10T12:00:00Z");
+  {
+    const LocalTimeZone zone("Asia/Seoul");
+    EXPECT_EQ(daysBefore(now, 7), at("2026-03-03T12:00:00Z"));
+  }
+  const LocalTimeZone zone("America/New_York");
+  EXPECT_EQ(daysBefore(now, 7), at("2026-03-03T13:00:00Z"));
+}
+
 TEST(Calendar, CountsPlainDaysWhereClocksNeverChange) {
   const LocalTimeZone zone("Asia/Seoul");
   EXPECT_EQ(daysBefore(at("2026-03-10T09:00:00+09:00"), 365), at("2025-03-10T09:00:00+09:00"));

@@ -48,6 +48,18 @@ TEST(ToolInputs, DecodingDoesNotCheckRanges) {
             -1);
 }
 
+TEST(ToolInputs, AWishedWindowHasANameADirectoryAndASizeInRange) {
+  const auto problem = [](const std::string& arguments) {
+    return problemOf(decodeJson<CreateSessionInput>(arguments));
+  };
+  EXPECT_EQ(problem(R"({"name":"a_B-9","directory":"/x y","columns":20,"rows":200})"), "");
+  for (const auto* name : {R"({"name":""})", R"({"name":"-a"})", R"({"name":"a.b"})", R"({"name":"a:b"})"})
+    EXPECT_EQ(problem(name).substr(0, 12), "name must be") << name;
+  EXPECT_EQ(problem(R"({"directory":"x"})"), "directory must be an absolute path.");
+  EXPECT_EQ(problem(R"({"columns":501})"), "columns must be between 20 and 500.");
+  EXPECT_EQ(problem(R"({"rows":4})"), "rows must be between 5 and 200.");
+}
+
 TEST(ToolInputs, ATabIsNeverCreated) {
   constexpr auto tabMessage =
       "Terminal.app's scripting dictionary cannot create tabs; create a window instead.";
@@ -81,6 +93,25 @@ TEST(ToolInputs, RangesIncludeBothEnds) {
     EXPECT_EQ(problemOf(ReadOutputInput{.maxCharacters = count}),
               "maxCharacters must be between 1 and 50000.");
   }
+}
+
+TEST(ToolInputsTest, AReadWaitsForOneThing) {
+  const auto problem = [](ReadOutputInput input) { return problemOf(input); };
+  EXPECT_EQ(problem({.waitSeconds = 0}), "");
+  EXPECT_EQ(problem({.waitSeconds = 45}), "");
+  EXPECT_EQ(problem({.waitSeconds = 1, .until = ReadUntil::change}), "");
+  EXPECT_EQ(problem({.waitSeconds = 1, .until = ReadUntil::text, .waitText = "$ "}), "");
+  for (const std::int64_t seconds : {-1, 46})
+    EXPECT_EQ(problem({.waitSeconds = seconds}), "waitSeconds must be between 0 and 45.");
+  EXPECT_EQ(problem({.until = ReadUntil::idle}), "until needs waitSeconds, 1 to 45.");
+  EXPECT_EQ(problem({.waitSeconds = 0, .until = ReadUntil::change}), "until needs waitSeconds, 1 to 45.");
+  EXPECT_EQ(problem({.waitSeconds = 1, .until = ReadUntil::text}), "until \"text\" needs waitText.");
+  EXPECT_EQ(problem({.waitSeconds = 1, .waitText = "a"}), "waitText needs until \"text\".");
+  EXPECT_EQ(problem({.waitSeconds = 1, .until = ReadUntil::idle, .waitText = "a"}),
+            "waitText needs until \"text\".");
+  for (const auto& text : {std::string(), std::string("a\nb"), std::string("a\r"), std::string(1001, 'a')})
+    EXPECT_EQ(problem({.waitSeconds = 1, .until = ReadUntil::text, .waitText = text}),
+              "waitText must be one line of 1 to 1000 bytes.");
 }
 
 TEST(ToolPayloads, ConstructorsSetTheFixedValues) {
