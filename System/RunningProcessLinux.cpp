@@ -12,9 +12,12 @@ namespace velmora {
 
 namespace {
 
+// Empty where it cannot be read; a process may end between the opening and the reading, which iterators would
+// throw for.
 std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  std::ostringstream content;
+  content << std::ifstream(file).rdbuf();
+  return std::move(content).str();
 }
 
 // The fields of /proc/N/stat from the state on, see proc(5); the name before them may hold anything.
@@ -35,26 +38,56 @@ std::optional<double> bootTime() {
   return std::nullopt;
 }
 
-std::string programName(const std::filesystem::path& directory) {
-  constexpr std::string_view replaced = " (deleted)";
-  std::error_code none;
-  auto name = std::filesystem::read_symlink(directory / "exe", none).filename().string();
+// What the kernel puts behind the name of a file that is no longer there, see proc(5).
+constexpr std::string_view replaced = " (deleted)";
+
+// A program that runs with more rights than its user's does not tell its file; the short name is known of
+// all.
+std::string programName(std::string name, const std::string& stat) {
   if (name.ends_with(replaced)) name.resize(name.size() - replaced.size());
-  return name;
+  const auto begin = stat.find('(') + 1;
+  return name.empty() ? stat.substr(begin, stat.rfind(')') - begin) : name;
+}
+
+// A device's number as stat has it, see proc(5); its name by the kernel's list of devices (major 4 and 136 to
+// 143). Nothing for no terminal and for other devices.
+std::optional<std::filesystem::path> terminalOf(unsigned device) {
+  constexpr unsigned serialLines = 64;
+  const unsigned major = device >> 8 & 0xFFF;
+  const unsigned minor = (device & 0xFF) | (device >> 12 & 0xFFF00);
+  if (major >= 136 && major <= 143) return "/dev/pts/" + std::to_string((major - 136) * 256 + minor);
+  if (major != 4) return std::nullopt;
+  return minor < serialLines ? "/dev/tty" + std::to_string(minor)
+                             : "/dev/ttyS" + std::to_string(minor - serialLines);
 }
 
 }  // namespace
 
 std::optional<RunningProcess> runningProcess(pid_t process) {
+  constexpr std::size_t parent = 1;
+  constexpr std::size_t terminal = 4;
   constexpr std::size_t startTime = 19;  // in ticks since the system's start
   const auto directory = std::filesystem::path("/proc") / std::to_string(process);
-  const auto fields = fieldsFromState(contentOf(directory / "stat"));
+  const auto stat = contentOf(directory / "stat");
+  const auto fields = fieldsFromState(stat);
   if (fields.size() <= startTime || fields[0] == "Z" || fields[0] == "X") return std::nullopt;
-  RunningProcess found{.name = programName(directory)};
+  std::error_code none;
+  const auto file = std::filesystem::read_symlink(directory / "exe", none).filename().string();
+  RunningProcess found{.name = programName(file, stat),
+                       .startTicks = std::stoll(fields[startTime]),
+                       .parent = static_cast<pid_t>(std::stol(fields[parent])),
+                       .terminal = terminalOf(static_cast<unsigned>(std::stol(fields[terminal]))),
+                       .isStopped = fields[0] == "T",
+                       .isReplaced = file.ends_with(replaced)};
   if (const auto boot = bootTime()) {
     found.startedAt = *boot + std::stod(fields[startTime]) / static_cast<double>(::sysconf(_SC_CLK_TCK));
   }
   return found;
+}
+
+std::filesystem::path runningProgramFile() {
+  std::error_code none;
+  return std::filesystem::read_symlink("/proc/self/exe", none);
 }
 
 }  // namespace velmora

@@ -21,6 +21,9 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
+  /// Where the content waits, for whoever gives it a mode or a group before `commit`.
+  const std::filesystem::path& place() const { return place_; }
+
   /// Puts the content in place. Throws std::system_error when it is not. The result says why a power failure
   /// could still bring the old content back; empty when it cannot.
   std::error_code commit();
