@@ -8,7 +8,9 @@ AppleScriptExecutor::AppleScriptExecutor(AppleScriptParts parts, const std::stri
     : AppleScriptExecutor(new AppleScriptOperations(std::move(parts), source)) {}
 
 AppleScriptExecutor::AppleScriptExecutor(AppleScriptOperations* operations)
-    : SerialTerminal(std::unique_ptr<TerminalOperations>(operations)), operations_(*operations) {}
+    : SerialTerminal(std::unique_ptr<TerminalOperations>(operations)), operations_(*operations) {
+  operations_.whenUndecided([this] { requestAccess(); });
+}
 
 std::future<void> AppleScriptExecutor::requestAccess() {
   return change([&operations = operations_] { operations.requestTerminalAccess(); });

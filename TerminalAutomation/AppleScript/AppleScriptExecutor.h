@@ -16,8 +16,9 @@ class AppleScriptExecutor final : public SerialTerminal {
   AppleScriptExecutor(AppleScriptParts parts, const std::string& source);
 
   /// Makes the system ask the user whether Velmora may control Terminal; nothing happens while Terminal
-  /// does not run. The answer shows in `status`. Without a deadline, like the other two: a user takes their
-  /// time.
+  /// does not run. Then the user is asked as soon as it is found running. The answer shows in `status`.
+  /// Without a deadline, like the other two: a user takes their time, and what waits behind it fails
+  /// meanwhile.
   std::future<void> requestAccess();
 
   /// The same for System Events, which presses the keys.

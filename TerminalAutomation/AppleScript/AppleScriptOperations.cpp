@@ -1,6 +1,7 @@
 #include "TerminalAutomation/AppleScript/AppleScriptOperations.h"
 
 #include <limits>
+#include <system_error>
 #include <utility>
 
 #include "TerminalAutomation/AppleScript/BrokenContract.h"
@@ -13,6 +14,17 @@ namespace {
 constexpr auto scriptDomain = "Velmora.AppleScript";
 constexpr std::size_t rowLength = 7;
 
+constexpr auto terminal = "com.apple.Terminal";
+constexpr auto systemEvents = "com.apple.systemevents";
+
+// System Events starts within five seconds, or there is something wrong with it.
+constexpr int looksAtStart = 50;
+constexpr std::chrono::milliseconds timeBetweenLooks{100};
+
+// As the script numbers its own errors.
+constexpr std::int64_t notInFront = 1012;
+constexpr std::int64_t notOnScreen = 1013;
+
 std::int32_t scriptInteger(std::int64_t value) {
   using Limits = std::numeric_limits<std::int32_t>;
   if (value < Limits::min() || value > Limits::max()) brokenContract("an integer has more than 32 bits");
@@ -23,6 +35,10 @@ std::int32_t scriptInteger(std::int64_t value) {
 const ScriptDescriptor& item(const ScriptDescriptor& list, std::size_t position) {
   static const ScriptDescriptor missing;
   return position <= list.items.size() ? list.items[position - 1] : missing;
+}
+
+PlatformError scriptError(std::int64_t number) {
+  return {scriptDomain, number, "Terminal AppleScript operation failed."};
 }
 
 TerminalTabSnapshot snapshotOf(const ScriptDescriptor& row) {
@@ -37,10 +53,7 @@ TerminalTabSnapshot snapshotOf(const ScriptDescriptor& row) {
 
 }  // namespace
 
-template <std::size_t Arity, class... Arguments>
-ScriptDescriptor AppleScriptOperations::call(Deadline deadline, const ScriptHandler<Arity>& handler,
-                                             Arguments... arguments) {
-  static_assert(sizeof...(Arguments) == Arity);
+void AppleScriptOperations::expectTime(Deadline deadline) const {
   if (cancelled_) {
     throw PlatformError("Velmora.Automation", platformErrorCode::userCancelled,
                         "The bridge is shutting down.");
@@ -49,13 +62,43 @@ ScriptDescriptor AppleScriptOperations::call(Deadline deadline, const ScriptHand
     throw PlatformError("Velmora.Automation", platformErrorCode::timedOut,
                         "Terminal.app did not answer in time.");
   }
+}
+
+// An event to an application that the user was never asked about raises the system's question, and takes it
+// away again when its few seconds are over. So the system is asked in silence until Terminal has taken an
+// event.
+std::int64_t AppleScriptOperations::consentToTerminal(Deadline deadline) {
+  expectTime(deadline);
+  if (isProven_) return consentStatus::granted;
+  const auto status = parts_.script->consent(terminal, /*asksUser=*/false, deadline);
+  if (status == consentStatus::notAsked && !std::exchange(hasAsked_, true)) undecided_();
+  return status;
+}
+
+template <std::size_t Arity, class... Arguments>
+ScriptDescriptor AppleScriptOperations::run(Deadline deadline, const ScriptHandler<Arity>& handler,
+                                            Arguments... arguments) {
+  static_assert(sizeof...(Arguments) == Arity);
+  expectTime(deadline);
   auto reply =
       parts_.script->call(std::string(handler.name), {ScriptArgument(std::move(arguments))...}, deadline);
   if (const auto* failure = std::get_if<ScriptFailure>(&reply)) {
-    throw PlatformError(scriptDomain, failure->number.value_or(platformErrorCode::scriptError),
-                        "Terminal AppleScript operation failed.");
+    if (failure->number == consentStatus::denied) isProven_ = false;
+    throw scriptError(failure->number.value_or(platformErrorCode::scriptError));
   }
   return std::get<ScriptDescriptor>(std::move(reply));
+}
+
+template <std::size_t Arity, class... Arguments>
+ScriptDescriptor AppleScriptOperations::call(Deadline deadline, const ScriptHandler<Arity>& handler,
+                                             Arguments... arguments) {
+  const auto consent = consentToTerminal(deadline);
+  if (consent == consentStatus::denied || consent == consentStatus::notAsked) {
+    throw scriptError(consentStatus::denied);
+  }
+  auto reply = run(deadline, handler, std::move(arguments)...);
+  isProven_ = true;
+  return reply;
 }
 
 AppleScriptOperations::AppleScriptOperations(AppleScriptParts parts, const std::string& source)
@@ -68,9 +111,13 @@ AppleScriptOperations::AppleScriptOperations(AppleScriptParts parts, const std::
 
 TerminalRuntimeStatus AppleScriptOperations::status(Deadline deadline) {
   // Asked of the system, because an event to Terminal would launch it.
-  if (!parts_.isRunning("com.apple.Terminal")) return {};
-  const auto reply = call(deadline, scriptHandler::bridgeStatus);
-  return {.running = reply.items.empty() || reply.items.front().boolean,
+  if (!parts_.isRunning(terminal)) return {};
+  const auto consent = consentToTerminal(deadline);
+  if (consent == consentStatus::notAsked) return {.running = true};
+  if (consent == consentStatus::denied) throw scriptError(consent);
+  const auto reply = run(deadline, scriptHandler::bridgeStatus);
+  isProven_ = reply.items.empty() || reply.items.front().boolean;
+  return {.running = isProven_,
           .windowCount = item(reply, 2).integer,
           .permission = AutomationPermission::granted};
 }
@@ -98,8 +145,20 @@ void AppleScriptOperations::sendCommand(const std::string& command, const TabAdd
 
 void AppleScriptOperations::sendKey(TerminalKey key, std::int64_t repeatCount, const TabAddress& tab,
                                     bool allowBusy, Deadline deadline) {
-  call(deadline, scriptHandler::sendKey, virtualKeyCode(key), scriptInteger(repeatCount), tab.tty,
-       scriptInteger(tab.windowId), allowBusy);
+  const auto presses = scriptInteger(repeatCount);
+  const auto press = [&](std::int32_t count, bool busyAllowed) {
+    call(deadline, scriptHandler::sendKey, virtualKeyCode(key), count, tab.tty, scriptInteger(tab.windowId),
+         busyAllowed);
+  };
+  const auto isFirst = [&] { return isFirstOnScreen(parts_.screenWindows(), tab.windowId); };
+  // Without presses it brings the tab to the front. The system loses some requests that follow a click.
+  press(0, allowBusy);
+  if (!isFirst()) press(0, allowBusy);
+  for (std::int32_t pressed = 0; pressed < presses; ++pressed) {
+    if (!isFirst()) throw PlatformError(scriptDomain, notInFront, "Another window is in front.");
+    // A key may start what makes the tab busy; the rest of them belong to it all the same.
+    press(1, /*busyAllowed=*/true);
+  }
 }
 
 TerminalOutput AppleScriptOperations::readOutput(OutputSource source, std::int64_t maxCharacters,
@@ -113,12 +172,26 @@ TerminalOutput AppleScriptOperations::readOutput(OutputSource source, std::int64
 TerminalScreenCapture AppleScriptOperations::captureScreen(const TabAddress& tab, Deadline deadline) {
   const auto reply = call(deadline, scriptHandler::captureBounds, tab.tty, scriptInteger(tab.windowId));
   if (reply.items.size() < 4) throw PlatformError("Velmora.ScreenCapture", platformErrorCode::noSuchObject);
+  expectOnScreen(tab.windowId);
   const ScreenBounds bounds{.left = item(reply, 1).integer,
                             .top = item(reply, 2).integer,
                             .right = item(reply, 3).integer,
                             .bottom = item(reply, 4).integer};
-  return {.imagePath = captureScreenBounds(bounds, parts_.temporaryDirectory, parts_.uuid(), *parts_.programs,
-                                           deadline)};
+  const auto picture =
+      captureScreenBounds(bounds, parts_.temporaryDirectory, parts_.uuid(), *parts_.programs, deadline);
+  try {
+    expectOnScreen(tab.windowId);  // else the picture may be another's
+  } catch (const PlatformError&) {
+    std::error_code ignored;
+    std::filesystem::remove(picture, ignored);
+    throw;
+  }
+  return {.imagePath = picture};
+}
+
+void AppleScriptOperations::expectOnScreen(std::int64_t windowId) const {
+  if (!isOnScreen(parts_.screenWindows(), windowId))
+    throw PlatformError(scriptDomain, notOnScreen, "The tab is not on the screen.");
 }
 
 void AppleScriptOperations::focus(const TabAddress& tab, Deadline deadline) {
@@ -135,10 +208,25 @@ void AppleScriptOperations::closeWindow(std::int64_t windowId) {
   call(Deadline::max(), scriptHandler::closeWindow, scriptInteger(windowId));
 }
 
-void AppleScriptOperations::requestTerminalAccess() { call(Deadline::max(), scriptHandler::bridgeStatus); }
+void AppleScriptOperations::requestTerminalAccess() {
+  const auto status = parts_.script->consent(terminal, /*asksUser=*/true, Deadline::max());
+  hasAsked_ = status != consentStatus::notRunning;
+  if (status == consentStatus::notAsked) throw scriptError(status);  // the user let the question pass
+  run(Deadline::max(), scriptHandler::bridgeStatus);
+}
 
 void AppleScriptOperations::requestSystemEventsAccess() {
-  call(Deadline::max(), scriptHandler::systemEventsStatus);
+  const auto ask = [this] {
+    return parts_.script->consent(systemEvents, /*asksUser=*/true, Deadline::max());
+  };
+  auto status = ask();
+  if (status == consentStatus::notRunning) parts_.start(systemEvents);
+  for (int look = 0; status == consentStatus::notRunning && look < looksAtStart; ++look) {
+    parts_.pause(timeBetweenLooks);
+    status = ask();
+  }
+  if (status == consentStatus::notAsked) throw scriptError(status);
+  run(Deadline::max(), scriptHandler::systemEventsStatus);
 }
 
 }  // namespace velmora

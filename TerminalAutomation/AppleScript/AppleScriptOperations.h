@@ -2,15 +2,18 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "BridgeModels/Uuid.h"
 #include "TerminalAutomation/AppleScript/ScreenCaptureTool.h"
+#include "TerminalAutomation/AppleScript/ScreenWindows.h"
 #include "TerminalAutomation/AppleScript/ScriptHandlers.h"
 #include "TerminalAutomation/AppleScript/ScriptHost.h"
 #include "TerminalAutomation/TerminalOperations.h"
@@ -22,9 +25,14 @@ struct AppleScriptParts {
   std::unique_ptr<ScriptHost> script;
   /// Whether an application with this bundle identifier runs. Called on the adapter's thread.
   std::function<bool(const std::string& bundleIdentifier)> isRunning;
+  /// Starts an application that does not run, without waiting for it. Called on the adapter's thread.
+  std::function<void(const std::string& bundleIdentifier)> start;
+  /// What is on the screen now. Called on the adapter's thread.
+  std::function<ScreenWindows()> screenWindows;
   std::unique_ptr<ProgramRunner> programs;
   std::filesystem::path temporaryDirectory;  ///< Pictures go to Velmora/ in it.
   UuidSource uuid = Uuid::random;
+  std::function<void(std::chrono::milliseconds)> pause = [](auto time) { std::this_thread::sleep_for(time); };
 };
 
 /// Not thread-safe, but for `cancel`: there is one script. Throws PlatformError with the script's own error
@@ -53,16 +61,30 @@ class AppleScriptOperations final : public TerminalOperations {
 
   void closeWindow(std::int64_t windowId);
 
-  /// The first Apple event to an application makes the system ask the user for consent.
+  /// Has the system ask a user who has not decided yet for consent to send Apple events, and waits for them.
+  /// Nobody is asked while Terminal does not run; System Events is started for it.
   void requestTerminalAccess();
   void requestSystemEventsAccess();
+
+  /// `hear` is called once it is found that the user was never asked about Terminal, which was not running
+  /// when they should have been. To be set before the first operation.
+  void whenUndecided(std::function<void()> hear) { undecided_ = std::move(hear); }
 
  private:
   template <std::size_t Arity, class... Arguments>
   ScriptDescriptor call(Deadline deadline, const ScriptHandler<Arity>& handler, Arguments... arguments);
 
+  template <std::size_t Arity, class... Arguments>
+  ScriptDescriptor run(Deadline deadline, const ScriptHandler<Arity>& handler, Arguments... arguments);
+  std::int64_t consentToTerminal(Deadline deadline);
+  void expectTime(Deadline deadline) const;
+  void expectOnScreen(std::int64_t windowId) const;
+
   const AppleScriptParts parts_;
   std::atomic<bool> cancelled_ = false;
+  std::function<void()> undecided_ = [] {};
+  bool isProven_ = false;  // Terminal has taken an event
+  bool hasAsked_ = false;
 };
 
 }  // namespace velmora

@@ -72,12 +72,26 @@ bool ChildScriptHost::compile(const std::string& source) {
 
 ScriptReply ChildScriptHost::call(const std::string& handler, const std::vector<ScriptArgument>& arguments,
                                   Deadline deadline) {
+  return request(ScriptCallRequest{.handler = handler, .arguments = arguments}, deadline);
+}
+
+std::int64_t ChildScriptHost::consent(const std::string& bundleIdentifier, bool asksUser, Deadline deadline) {
+  // The question belongs to the process that sends the events, and goes away when that is ended.
+  const auto reply = request(ScriptConsentRequest{bundleIdentifier, asksUser}, deadline);
+  if (const auto* failure = std::get_if<ScriptFailure>(&reply)) {
+    return failure->number.value_or(platformErrorCode::scriptError);
+  }
+  return std::get<ScriptDescriptor>(reply).integer;
+}
+
+/// Asks the child, or a new one.
+ScriptReply ChildScriptHost::request(const ScriptRequest& request, Deadline deadline) {
   if (child_ && !isIdle()) end(platformErrorCode::connectionInvalid, "ended by itself, or spoke unasked");
   if (!child_) {
     const ScriptReply started = start(deadline);
     if (const auto* failure = std::get_if<ScriptFailure>(&started)) return *failure;
   }
-  return ask(ScriptCallRequest{.handler = handler, .arguments = arguments}, deadline);
+  return ask(request, deadline);
 }
 
 void ChildScriptHost::cancel() noexcept {

@@ -27,9 +27,11 @@ class ChildScriptHost final : public ScriptHost {
   bool compile(const std::string& source) override;
   ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments,
                    Deadline deadline) override;
+  std::int64_t consent(const std::string& bundleIdentifier, bool asksUser, Deadline deadline) override;
   void cancel() noexcept override;
 
  private:
+  ScriptReply request(const ScriptRequest& request, Deadline deadline);
   ScriptReply start(Deadline deadline);
   ScriptReply ask(const ScriptRequest& request, Deadline deadline);
   ScriptFailure end(std::int64_t number, const std::string& reason);

@@ -32,6 +32,8 @@ std::int32_t virtualKeyCode(TerminalKey key) {
       return 116;
     case TerminalKey::pageDown:
       return 121;
+    default:  // the core types those of the extended form as text
+      break;
   }
   brokenContract("a key has no code");
 }

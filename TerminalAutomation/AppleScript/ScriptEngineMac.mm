@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include "MacPlatform/FoundationText.hh"
+#include "MacPlatform/Permissions.h"
 #include "TerminalAutomation/AppleScript/ScriptHost.h"
 
 namespace velmora {
@@ -81,6 +82,10 @@ class AppleScriptEngine final : public ScriptEngine {
       if (reply == nil) return failureOf(error);
       return descriptorOf(reply);
     }
+  }
+
+  std::int32_t consent(const std::string& bundleIdentifier, bool asksUser) override {
+    return mac::automationConsent(bundleIdentifier, asksUser);
   }
 
  private:

@@ -22,14 +22,16 @@ namespace {
 constexpr std::size_t headerSize = 4;
 constexpr std::size_t longestContent = std::size_t{64} << 20;
 
-/// One of the two stands in it.
+/// One of the three texts stands in it; `arguments` are the handler's, `asksUser` belongs to `consentFor`.
 struct RequestContent {
   std::int64_t number = 0;
   std::optional<std::string> source{};
   std::optional<std::string> handler{};
+  std::optional<std::string> consentFor{};
   std::vector<JSONValue> arguments{};
+  bool asksUser = false;
 };
-BOOST_DESCRIBE_STRUCT(RequestContent, (), (number, source, handler, arguments))
+BOOST_DESCRIBE_STRUCT(RequestContent, (), (number, source, handler, consentFor, arguments, asksUser))
 
 struct ReplyContent {
   std::int64_t number = 0;
@@ -90,6 +92,9 @@ ScriptReply replyTo(ScriptEngine& engine, const ScriptRequest& request) {
   if (const auto* compile = std::get_if<ScriptCompileRequest>(&request)) {
     return ScriptDescriptor{.boolean = engine.compile(compile->source)};
   }
+  if (const auto* consent = std::get_if<ScriptConsentRequest>(&request)) {
+    return ScriptDescriptor{.integer = engine.consent(consent->bundleIdentifier, consent->asksUser)};
+  }
   const auto& call = std::get<ScriptCallRequest>(request);
   return engine.call(call.handler, call.arguments);
 }
@@ -100,6 +105,9 @@ std::string encodeScriptRequest(const ScriptRequest& request, std::int64_t numbe
   RequestContent content{.number = number};
   if (const auto* compile = std::get_if<ScriptCompileRequest>(&request)) {
     content.source = compile->source;
+  } else if (const auto* consent = std::get_if<ScriptConsentRequest>(&request)) {
+    content.consentFor = consent->bundleIdentifier;
+    content.asksUser = consent->asksUser;
   } else {
     const auto& call = std::get<ScriptCallRequest>(request);
     content.handler = call.handler;
@@ -122,10 +130,13 @@ std::string encodeScriptReply(const ScriptReply& reply, std::int64_t number) {
 
 Numbered<ScriptRequest> decodeScriptRequest(std::string_view text) {
   auto content = decoded<RequestContent>(text);
-  if (content.source.has_value() == content.handler.has_value()) {
-    throw ScriptFrameError("a request wants to compile, or to call");
+  if (content.source.has_value() + content.handler.has_value() + content.consentFor.has_value() != 1) {
+    throw ScriptFrameError("a request wants to compile, to call or to know of consent");
   }
   if (content.source) return {content.number, ScriptCompileRequest{*std::move(content.source)}};
+  if (content.consentFor) {
+    return {content.number, ScriptConsentRequest{*std::move(content.consentFor), content.asksUser}};
+  }
   ScriptCallRequest call{.handler = *std::move(content.handler), .arguments = {}};
   for (const auto& value : content.arguments) call.arguments.push_back(argumentOf(value));
   return {content.number, std::move(call)};

@@ -34,8 +34,16 @@ struct ScriptCallRequest {
   bool operator==(const ScriptCallRequest&) const = default;
 };
 
-/// Compiling is answered with a descriptor whose `boolean` says whether the script compiles.
-using ScriptRequest = std::variant<ScriptCompileRequest, ScriptCallRequest>;
+struct ScriptConsentRequest {
+  std::string bundleIdentifier;
+  bool asksUser = false;
+
+  bool operator==(const ScriptConsentRequest&) const = default;
+};
+
+/// Compiling is answered with a descriptor whose `boolean` says whether the script compiles, a question for
+/// consent with one whose `integer` is the answer.
+using ScriptRequest = std::variant<ScriptCompileRequest, ScriptCallRequest, ScriptConsentRequest>;
 
 /// A request or a reply with its number: a reply has that of the request that it answers.
 template <class Message>

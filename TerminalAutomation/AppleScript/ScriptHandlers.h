@@ -25,7 +25,8 @@ inline constexpr ScriptHandler<0> listSessions{"listSessions"};
 inline constexpr ScriptHandler<0> createWindow{"createWindow"};
 /// command, tty (text), window id (integer), allow busy (boolean)
 inline constexpr ScriptHandler<4> sendCommand{"sendCommand"};
-/// key code, repeat count (integer), tty (text), window id (integer), allow busy (boolean)
+/// key code, repeat count (integer; 0 brings the tab to the front), tty (text), window id (integer), allow
+/// busy (boolean)
 inline constexpr ScriptHandler<5> sendKey{"sendKey"};
 /// source ("visible" or "history"), max characters (integer), tty (text), window id (integer)
 /// → text, character count before cutting (integer)

@@ -32,6 +32,16 @@ struct ScriptFailure {
 
 using ScriptReply = std::variant<ScriptDescriptor, ScriptFailure>;
 
+/// What the system answers when it is asked whether this process may send Apple events to an application: 0,
+/// or one of these.
+namespace consentStatus {
+inline constexpr std::int64_t granted = 0;
+inline constexpr std::int64_t denied = -1743;    // errAEEventNotPermitted
+inline constexpr std::int64_t notAsked = -1744;  // errAEEventWouldRequireUserConsent
+inline constexpr std::int64_t notRunning =
+    -600;  // procNotFound: nothing is known of an application that does not run
+}  // namespace consentStatus
+
 /// AppleScript itself. For one thread, on macOS the main one of a process with an application object: other
 /// threads are reported to wait for ever.
 class ScriptEngine {
@@ -43,6 +53,11 @@ class ScriptEngine {
 
   /// Calls a handler of the compiled script with positional arguments and waits for its end.
   virtual ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments) = 0;
+
+  /// Whether this process may send Apple events to the application with this bundle identifier, as
+  /// consentStatus. With `asksUser` a user who has not decided yet is asked, and the call waits for them; the
+  /// system takes its question away after two minutes.
+  virtual std::int32_t consent(const std::string& bundleIdentifier, bool asksUser) = 0;
 };
 
 /// The system's AppleScript. Only on macOS.
@@ -63,6 +78,9 @@ class ScriptHost {
   /// (-1712): what it was to do may have been done, or not.
   virtual ScriptReply call(const std::string& handler, const std::vector<ScriptArgument>& arguments,
                            Deadline deadline) = 0;
+
+  /// As ScriptEngine; any other number when the system could not be asked in time.
+  virtual std::int64_t consent(const std::string& bundleIdentifier, bool asksUser, Deadline deadline) = 0;
 
   /// For shutdown: ends the call under way and every later one with userCanceledErr (-128).
   virtual void cancel() noexcept = 0;

@@ -80,11 +80,14 @@ on sendCommand(commandText, ttyName, windowNumber, busyAllowed)
 	return true
 end sendCommand
 
--- Brings a tab to the front and presses a key there. Before each press the tab must still be in front; the system
--- gives the key to whatever is, so a click in the very moment between can still take one.
+-- Presses a key in a tab. With a pressCount of 0 it brings the tab to the front and presses nothing; with any other it
+-- never does, so whoever clicks elsewhere is left alone. Before each press the tab must still be in front; the system
+-- gives the key to whatever is, so the application has asked the window server, too.
 on sendKey(keyNumber, pressCount, ttyName, windowNumber, busyAllowed)
 	set tabNumber to my tabForInput(ttyName, windowNumber, busyAllowed)
-	if not my bringToFront(windowNumber, tabNumber) then error "The tab did not come to the front." number 1012
+	if pressCount is 0 and not my bringToFront(windowNumber, tabNumber) then
+		error "The tab did not come to the front." number 1012
+	end if
 	repeat with pressNumber from 1 to pressCount
 		if pressNumber > 1 then delay 0.03
 		if not my isInFront(windowNumber, tabNumber) then

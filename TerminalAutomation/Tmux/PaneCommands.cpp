@@ -157,6 +157,17 @@ PaneCommand pressKey(const PaneRow& pane, TerminalKey key, std::int64_t repeatCo
   return command;
 }
 
+PaneCommand typePlainly(const PaneRow& pane, std::string_view text, const std::string& bufferName,
+                        const std::optional<IdleGuard>& idle) {
+  const std::string tail = " -t " + target(pane);
+  const std::string clean = pasteCleans(pane.version) ? " -S" : "";
+  PaneCommand command{{"load-buffer", "-b", bufferName, "-", ";"}, std::string(text)};
+  addGuarded(command.arguments, pane, takesInput(pane), idle,
+             "copy-mode -q" + tail + " ; paste-buffer -d -r" + clean + " -b " + bufferName + tail,
+             "delete-buffer -b " + bufferName + " ; ");
+  return command;
+}
+
 // Reading needs no guard that runs a command: it harms nobody to capture a pane that the answer then disowns,
 // and tmux 3.3a keeps some memory of every if-shell.
 PaneCommand readText(const PaneRow& pane, OutputSource source) {
@@ -202,6 +213,35 @@ PaneCommand readScreen(const PaneRow& pane) {
            verdict(pane) + "\t#{pane_width}\t#{pane_height}\t#{cursor_x}\t#{cursor_y}\t#{cursor_flag}", ";",
            "capture-pane", "-e", "-N", "-p", "-t", target(pane)},
           {}};
+}
+
+PaneCommand readRows(const PaneRow& pane) {
+  return {{"display-message", "-p", "-t", target(pane),
+           verdict(pane) + "\t#{cursor_x}\t#{cursor_y}\t#{history_size}\t#{history_limit}", ";",
+           "capture-pane", "-p", "-t", target(pane)},
+          {}};
+}
+
+PaneCommand readSince(const PaneRow& pane, std::optional<std::int64_t> row) {
+  return {{"display-message", "-p", "-t", target(pane), verdict(pane), ";", "capture-pane", "-p", "-J", "-S",
+           row ? std::to_string(*row) : "-", "-t", target(pane)},
+          {}};
+}
+
+PaneCommand readGrid(const PaneRow& pane, std::optional<std::int64_t> rowsAbove, bool coloured) {
+  PaneCommand command{{"display-message", "-p", "-t", target(pane),
+                       verdict(pane) + "\t#{history_size}\t#{pane_width}\t#{pane_height}\t#{history_limit}"},
+                      {}};
+  const std::string first = !rowsAbove ? "-" : *rowsAbove == 0 ? "0" : "-" + std::to_string(*rowsAbove);
+  const auto add = [&](const std::vector<std::string>& how) {
+    command.arguments.insert(command.arguments.end(), {";", "capture-pane", "-p", "-S", first});
+    command.arguments.insert(command.arguments.end(), how.begin(), how.end());
+    command.arguments.insert(command.arguments.end(), {"-t", target(pane)});
+  };
+  add({"-N"});
+  add({"-J"});
+  if (coloured) add({"-e", "-N"});
+  return command;
 }
 
 }  // namespace velmora

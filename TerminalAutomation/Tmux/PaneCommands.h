@@ -60,4 +60,21 @@ PaneCommand readText(const PaneRow& pane, OutputSource source);
 /// screen with its colours.
 PaneCommand readScreen(const PaneRow& pane);
 
+/// Types `text` as if by keys and submits nothing, under the conditions of typeText.
+PaneCommand typePlainly(const PaneRow& pane, std::string_view text, const std::string& bufferName,
+                        const std::optional<IdleGuard>& idle = {});
+
+/// Prints guardPassed, cursor column, row, length and limit of the history on a line, parted by tabs, then
+/// the rows of the screen as they stand.
+PaneCommand readRows(const PaneRow& pane);
+
+/// Prints guardPassed on a line, then the text from a row on, with wrapped lines joined: 0 is the screen's
+/// first row, negative ones are the history's; without a row, all of it.
+PaneCommand readSince(const PaneRow& pane, std::optional<std::int64_t> row);
+
+/// Prints guardPassed, length of the history, width, height and limit of the history on a line, parted by
+/// tabs. Then the rows from so many above the screen on, all without a number, down to its end: as they
+/// stand, again with wrapped lines joined, and, `coloured`, once more as they stand, with colours.
+PaneCommand readGrid(const PaneRow& pane, std::optional<std::int64_t> rowsAbove, bool coloured);
+
 }  // namespace velmora

@@ -107,11 +107,30 @@ TabIdentity paneIdentity(const PaneRow& row) {
           .tab = "%" + std::to_string(row.pane)};
 }
 
-std::int64_t PaneDirectory::enter(const PaneRow& row) {
+std::vector<std::string> paneTargets(const PaneRow& row) {
+  return {"%" + std::to_string(row.pane),
+          row.sessionName + ":" + std::to_string(row.windowNumber) + "." + std::to_string(row.paneNumber)};
+}
+
+std::int64_t PaneDirectory::enter(const ArrangedPane& pane) {
   const MutexLock lock(mutex_);
-  const std::int64_t windowId = windowIdOf(row);
-  latest_.insert_or_assign(row.tty, Entry{windowId, row});
+  const std::int64_t windowId = windowIdOf(pane.row);
+  latest_.insert_or_assign(pane.row.tty, Entry{windowId, pane.row, pane.windowIndex, pane.tabIndex});
   return windowId;
+}
+
+void PaneDirectory::recallPlace(ArrangedPane& pane) const {
+  const MutexLock lock(mutex_);
+  const auto entry = latest_.find(pane.row.tty);
+  if (entry == latest_.end()) return;
+  pane.windowIndex = entry->second.windowIndex;
+  pane.tabIndex = entry->second.tabIndex;
+}
+
+std::optional<PaneRow> PaneDirectory::paneOn(const std::string& tty) const {
+  const MutexLock lock(mutex_);
+  const auto found = latest_.find(tty);
+  return found == latest_.end() ? std::nullopt : std::optional(found->second.row);
 }
 
 std::optional<PaneRow> PaneDirectory::find(const TabAddress& tab) const {

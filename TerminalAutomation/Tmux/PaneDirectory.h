@@ -40,6 +40,9 @@ std::string paneTitle(const PaneRow& row);
 /// A server and its number for a pane, which it never gives to another one.
 TabIdentity paneIdentity(const PaneRow& row);
 
+/// What tmux's users call the pane: "%5" and "work:1.0".
+std::vector<std::string> paneTargets(const PaneRow& row);
+
 /// Hands out window ids, and remembers which pane each address names. tmux numbers the windows of each server
 /// from 0 and the system uses terminal names again, so the id carries the server's start, and changes when
 /// another program has taken a terminal over within the same window: one address never means two panes.
@@ -47,16 +50,24 @@ TabIdentity paneIdentity(const PaneRow& row);
 class PaneDirectory {
  public:
   /// The window id of a pane that was just listed, (start mod 2^29) * 2^24 + number: 53 bits.
-  std::int64_t enter(const PaneRow& row);
+  std::int64_t enter(const ArrangedPane& pane);
+
+  /// Gives a pane that was listed without the others the indexes that its terminal was entered with last.
+  void recallPlace(ArrangedPane& pane) const;
 
   /// The pane as it was entered last; nothing for an address that was never given, or whose terminal belongs
   /// to another pane by now.
   std::optional<PaneRow> find(const TabAddress& tab) const;
 
+  /// The pane that was entered last with this terminal.
+  std::optional<PaneRow> paneOn(const std::string& tty) const;
+
  private:
   struct Entry {
     std::int64_t windowId;
     PaneRow row;
+    std::int64_t windowIndex;
+    std::int64_t tabIndex;
   };
   struct Occupant {
     std::int64_t pane;

@@ -27,7 +27,8 @@ std::string tidyPaneText(std::string captured) {
     if (line < end) *out++ = '\n';
   }
   captured.resize(static_cast<std::size_t>(endOfText - captured.data()));
-  return isValidUtf8(captured) ? captured : repairUtf8(captured);
+  if (!isValidUtf8(captured)) captured = repairUtf8(captured);
+  return captured;
 }
 
 TextEnd boundedEnd(std::string_view text, std::int64_t maxCharacters) {

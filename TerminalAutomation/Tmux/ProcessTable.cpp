@@ -2,7 +2,10 @@
 #include "TerminalAutomation/Tmux/ProcessTable.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <termios.h>
+
+#include <cerrno>
 
 #include "System/FileDescriptor.h"
 
@@ -21,5 +24,7 @@ std::optional<TerminalMode> systemTerminalMode(const std::string& tty) {
                       .editsLine = !collects && editor && has(mode.c_lflag, ISIG),
                       .hidesLine = collects && !has(mode.c_lflag, ECHO)};
 }
+
+bool isNoProcess(pid_t process) { return ::kill(process, 0) != 0 && errno == ESRCH; }
 
 }  // namespace velmora

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,9 +13,11 @@ namespace velmora {
 
 struct ProcessState {
   std::string name{};  ///< Of the executable, without its folder.
+  pid_t parent = 0;
   pid_t group = 0;
-  pid_t foregroundGroup = 0;  ///< The group that its terminal listens to.
-  bool running = false;       ///< On the processor or waiting for it, not for an event.
+  pid_t foregroundGroup = 0;    ///< The group that its terminal listens to.
+  bool running = false;         ///< On the processor or waiting for it, not for an event.
+  std::int64_t startTicks = 0;  ///< When it started, as the system counts; 0 where it does not tell.
 
   bool operator==(const ProcessState&) const = default;
 };
@@ -35,7 +38,13 @@ class ProcessTable {
  public:
   virtual ~ProcessTable() = default;
 
+  /// Nothing of a process that has ended, also while its parent has not yet taken notice (a tmux server may
+  /// be long about it), and of one that cannot be looked at.
   virtual std::optional<ProcessState> state(pid_t process) const = 0;
+
+  /// Whether it has surely ended, also while its parent has not yet taken notice: false when the system
+  /// cannot tell, for want of memory or descriptors.
+  virtual bool hasEnded(pid_t process) const = 0;
 
   /// Its argument vector; empty when it cannot be read.
   virtual std::vector<std::string> arguments(pid_t process) const = 0;
@@ -49,7 +58,11 @@ class ProcessTable {
 /// The system's own table.
 std::unique_ptr<ProcessTable> systemProcessTable();
 
-/// The part that the platforms share: asks the terminal itself.
+/// The parts that the platforms share. This one asks the terminal itself.
 std::optional<TerminalMode> systemTerminalMode(const std::string& tty);
+
+/// Whether nothing has that number any more, not even a process that waits for its parent. Takes no
+/// descriptor.
+bool isNoProcess(pid_t process);
 
 }  // namespace velmora

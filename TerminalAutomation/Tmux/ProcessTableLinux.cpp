@@ -27,31 +27,54 @@ std::string readProcFile(pid_t process, const char* name) {
   return content;
 }
 
+/// "pid (name) state ppid pgrp session tty_nr tpgid ...": the name may hold anything, also ')'. Empty when it
+/// cannot be read.
+struct ProcessLine {
+  explicit ProcessLine(pid_t process) : stat(readProcFile(process, "stat")) {
+    const std::size_t open = stat.find('(');
+    const std::size_t close = stat.rfind(')');
+    if (open == std::string::npos || close == std::string::npos || close < open || close + 2 >= stat.size())
+      return;
+    name = std::string_view(stat).substr(open + 1, close - open - 1);
+    rest = std::string_view(stat).substr(close + 2);
+  }
+  ProcessLine(const ProcessLine&) = delete;
+  ProcessLine& operator=(const ProcessLine&) = delete;
+
+  bool hasEnded() const { return rest.starts_with('Z') || rest.starts_with('X'); }
+
+  const std::string stat;
+  std::string_view name;
+  std::string_view rest;  ///< From the state on.
+};
+
 class ProcFs final : public ProcessTable {
  public:
   std::optional<ProcessState> state(pid_t process) const override {
-    // "pid (name) state ppid pgrp session tty_nr tpgid ...": the name may hold anything, also ')'.
-    const std::string stat = readProcFile(process, "stat");
-    const std::size_t open = stat.find('(');
-    const std::size_t close = stat.rfind(')');
-    if (open == std::string::npos || close == std::string::npos || close < open || close + 2 >= stat.size()) {
-      return std::nullopt;
-    }
+    const ProcessLine line(process);
+    if (line.rest.empty() || line.hasEnded()) return std::nullopt;
     ProcessState result;
-    result.name = stat.substr(open + 1, close - open - 1);
-    std::string_view rest = std::string_view(stat).substr(close + 2);
+    result.name = line.name;
+    std::string_view rest = line.rest;
     result.running = rest.front() == 'R';
     rest.remove_prefix(1);
-    std::array<pid_t, 5> numbers{};  // ppid, pgrp, session, tty_nr, tpgid
-    for (pid_t& number : numbers) {
+    // From ppid to starttime, see proc(5); flags and sizes fit.
+    std::array<long long, 19> numbers{};
+    for (long long& number : numbers) {
       while (!rest.empty() && rest.front() == ' ') rest.remove_prefix(1);
       const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
       if (error != std::errc()) return std::nullopt;
       rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
     }
-    result.group = numbers[1];
-    result.foregroundGroup = numbers[4];
+    result.parent = static_cast<pid_t>(numbers[0]);
+    result.group = static_cast<pid_t>(numbers[1]);
+    result.foregroundGroup = static_cast<pid_t>(numbers[4]);
+    result.startTicks = numbers[18];
     return result;
+  }
+
+  bool hasEnded(pid_t process) const override {
+    return isNoProcess(process) || ProcessLine(process).hasEnded();
   }
 
   std::vector<std::string> arguments(pid_t process) const override {

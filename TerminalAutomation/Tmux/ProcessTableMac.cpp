@@ -17,7 +17,9 @@ class LibProc final : public ProcessTable {
   std::optional<ProcessState> state(pid_t process) const override {
     proc_bsdinfo info{};
     if (proc_pidinfo(process, PROC_PIDTBSDINFO, 0, &info, sizeof info) != sizeof info) return std::nullopt;
+    if (info.pbi_status == SZOMB) return std::nullopt;
     ProcessState result{.name = {},
+                        .parent = static_cast<pid_t>(info.pbi_ppid),
                         .group = static_cast<pid_t>(info.pbi_pgid),
                         .foregroundGroup = static_cast<pid_t>(info.e_tpgid),
                         .running = threadRuns(process)};
@@ -29,6 +31,13 @@ class LibProc final : public ProcessTable {
       result.name = info.pbi_comm;
     }
     return result;
+  }
+
+  bool hasEnded(pid_t process) const override {
+    proc_bsdinfo info{};
+    return isNoProcess(process) ||
+           (proc_pidinfo(process, PROC_PIDTBSDINFO, 0, &info, sizeof info) == sizeof info &&
+            info.pbi_status == SZOMB);
   }
 
   std::vector<std::string> arguments(pid_t process) const override {

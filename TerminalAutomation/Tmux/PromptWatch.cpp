@@ -7,6 +7,7 @@
 
 #include "System/Utf8.h"
 #include "TerminalAutomation/Tmux/Picture/CellWidth.h"
+#include "TerminalAutomation/Tmux/Picture/PaneCells.h"
 
 namespace velmora {
 
@@ -56,24 +57,13 @@ bool hasTextBehindSign(std::string_view left) {
   return false;
 }
 
-/// The code point at the beginning of well-formed `text`, and its bytes.
-std::pair<char32_t, std::size_t> firstCodePoint(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (length == 1 || text.size() < length) return {lead, 1};
-  char32_t point = lead & (0xFFu >> (length + 1));
-  for (std::size_t i = 1; i < length; ++i) point = point << 6 | (static_cast<unsigned char>(text[i]) & 0x3Fu);
-  return {point, length};
-}
-
-/// How many bytes of `text` fill `columns`; nothing when it has fewer.
+/// How many bytes of well-formed `text` fill `columns`; nothing when it has fewer.
 std::optional<std::size_t> bytesOfColumns(std::string_view text, std::int64_t columns) {
   std::size_t bytes = 0;
   while (bytes < text.size()) {
-    const auto [point, length] = firstCodePoint(text.substr(bytes));
-    columns -= codePointWidth(point);
+    columns -= codePointWidth(firstCodePoint(text.substr(bytes)));
     if (columns < 0) return bytes;
-    bytes += length;
+    bytes += codePointBytes(text[bytes]);
   }
   return columns > 0 ? std::nullopt : std::optional(bytes);
 }
@@ -81,9 +71,8 @@ std::optional<std::size_t> bytesOfColumns(std::string_view text, std::int64_t co
 std::int64_t columnsOf(std::string_view text) {
   std::int64_t columns = 0;
   while (!text.empty()) {
-    const auto [point, length] = firstCodePoint(text);
-    columns += codePointWidth(point);
-    text.remove_prefix(length);
+    columns += codePointWidth(firstCodePoint(text));
+    text.remove_prefix(codePointBytes(text.front()));
   }
   return columns;
 }

@@ -53,7 +53,9 @@ bool contains(std::string_view text, std::string_view part) {
 
 StructuredError refusal(const TmuxAnswer& answer, TmuxEffect effect) {
   const std::string_view error = answer.errorOutput;
-  if (contains(error, "Permission denied") || contains(error, "unsafe permissions")) {
+  // A hook of the user's may say the same of a file of its own, after the input was typed.
+  const bool isOfSocket = contains(error, "error connecting to ") || contains(error, "error creating ");
+  if ((isOfSocket && contains(error, "Permission denied")) || contains(error, "unsafe permissions")) {
     return notPermitted("tmux refused the connection: " + firstLine(error) + ".",
                         "Check the owner and the permissions of the tmux socket and its folder.");
   }
@@ -65,8 +67,8 @@ StructuredError refusal(const TmuxAnswer& answer, TmuxEffect effect) {
     return notPermitted("The tmux server admits this user for reading only.",
                         "Allow writing with tmux server-access -w, then retry.");
   }
-  if (contains(error, "no server running") || contains(error, "No such file or directory") ||
-      contains(error, "Connection refused")) {
+  if (contains(error, "no server running") || (isOfSocket && (contains(error, "No such file or directory") ||
+                                                              contains(error, "Connection refused")))) {
     return tmuxError::notRunning();
   }
   if (contains(error, "too old for client") || contains(error, "protocol version mismatch")) {
@@ -197,6 +199,14 @@ StructuredError sessionEndedAtOnce(bool destroyUnattached) {
               /*retryable=*/false,
               destroyUnattached ? "Switch the option off (tmux set -g destroy-unattached off), then retry."
                                 : "Check that the default shell of tmux starts, then retry.");
+}
+
+StructuredError cannotContain(std::string_view reason) {
+  return make(
+      ErrorCode::terminalNotAvailable,
+      "New windows are to be contained, and this one could not be: " + firstLine(reason) + ".",
+      /*retryable=*/false,
+      "Install bubblewrap and allow it user namespaces, or switch containNewWindows off in the settings.");
 }
 
 StructuredError unreadableAnswer() {

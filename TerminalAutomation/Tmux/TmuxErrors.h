@@ -39,6 +39,7 @@ StructuredError lineTooLong(std::size_t limit);
 StructuredError textHasNul();
 StructuredError badRepeatCount();
 StructuredError sessionEndedAtOnce(bool destroyUnattached);
+StructuredError cannotContain(std::string_view reason);
 StructuredError unreadableAnswer();
 StructuredError terminalDidNotOpen();
 StructuredError pictureFailed(std::string_view reason);

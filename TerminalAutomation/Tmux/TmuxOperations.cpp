@@ -4,14 +4,12 @@
 #include <array>
 #include <charconv>
 #include <set>
-#include <thread>
-#include <tuple>
 #include <utility>
 
-#include "System/FindProgram.h"
+#include "System/Utf8.h"
 #include "TerminalAutomation/PictureFile.h"
-#include "TerminalAutomation/Tmux/BusyDetector.h"
 #include "TerminalAutomation/Tmux/PaneText.h"
+#include "TerminalAutomation/Tmux/ShellStart.h"
 #include "TerminalAutomation/Tmux/TmuxSocket.h"
 
 namespace velmora {
@@ -20,14 +18,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t historyLimit = std::size_t{256} << 20;
+constexpr std::size_t listingLimit = std::size_t{64} << 20;
 constexpr std::size_t screenLimit = std::size_t{64} << 20;
 constexpr auto restartPause = 300ms;
 constexpr auto pollPause = 20ms;
 constexpr double lostBufferAge = 60;  // seconds
 constexpr int mostSessions = 1'000;
 constexpr int promptPolls = 100;
-constexpr int attachPolls = 150;
+constexpr int blankPolls = 10;
 
 /// Whether the text may stand in a tmux format: a path of a device, not a way to write a format of one's own.
 bool isPlainPath(std::string_view text) {
@@ -36,32 +34,60 @@ bool isPlainPath(std::string_view text) {
              std::string_view::npos;
 }
 
-/// `text` for an argument that tmux reads as a format, and whose final ";" would part two commands.
+/// `text` for an argument that tmux reads as a format.
 std::string literally(const std::string& text) {
   std::string literal;
   for (const char character : text) {
     if (character == '#') literal.push_back('#');
     literal.push_back(character);
   }
-  if (literal.ends_with(';')) literal.insert(literal.size() - 1, 1, '\\');
   return literal;
 }
 
-std::string windowTarget(const PaneRow& pane) {
-  return "$" + std::to_string(pane.session) + ":@" + std::to_string(pane.window);
+void refuseOldTmux(std::string_view version) {
+  if (isTooOldTmux(version)) throw tmuxError::versionTooOld(version);
 }
 
-std::string paneTarget(const PaneRow& pane) { return "%" + std::to_string(pane.pane); }
+struct CreatedPane {
+  std::int64_t pane;
+  std::string_view version;
+  std::string_view option;  ///< destroy-unattached
+};
+constexpr auto createdPaneFormat = "#{pane_id}\t#{version}";
 
-void refuseOldTmux(const PaneRow& row) {
-  if (isTooOldTmux(row.version)) throw tmuxError::versionTooOld(row.version);
+/// Two lines: createdPaneFormat, and the option's value.
+CreatedPane parseCreatedPane(std::string_view output) {
+  const std::size_t lineEnd = output.find('\n');
+  if (lineEnd == std::string_view::npos) throw tmuxError::unreadableAnswer();
+  const std::string_view line = output.substr(0, lineEnd);
+  const std::size_t tab = line.find('\t');
+  CreatedPane created{.pane = 0, .version = {}, .option = output.substr(lineEnd + 1)};
+  if (!line.starts_with('%') || tab == std::string_view::npos) throw tmuxError::unreadableAnswer();
+  const auto [end, error] = std::from_chars(line.data() + 1, line.data() + tab, created.pane);
+  if (error != std::errc() || end != line.data() + tab) throw tmuxError::unreadableAnswer();
+  created.version = line.substr(tab + 1);
+  return created;
 }
 
-/// The client whose user pressed a key last; the end when nobody is attached.
-auto latestClient(const std::vector<ClientRow>& clients) {
-  return std::max_element(clients.begin(), clients.end(), [](const ClientRow& left, const ClientRow& right) {
-    return std::tie(left.activity, left.created) < std::tie(right.activity, right.created);
-  });
+bool isBlank(const PaneRow& pane) {
+  return pane.historySize == 0 && pane.cursorRow == 0 && pane.cursorColumn == 0;
+}
+
+bool saysDuplicate(const TmuxAnswer& answer) { return answer.errorOutput.starts_with("duplicate session"); }
+
+StructuredError nameTaken(const std::string& name) {
+  return {.code = ErrorCode::invalidArgument,
+          .message = "A tmux session named " + name + " exists already.",
+          .recoverySuggestion = "Choose another name, or leave it out."};
+}
+
+// tmux would start the shell in the user's home without a word.
+void refuseMissingFolder(const WindowWish& wish) {
+  std::error_code error;
+  if (!wish.directory || std::filesystem::is_directory(*wish.directory, error)) return;
+  throw StructuredError{.code = ErrorCode::invalidArgument,
+                        .message = "There is no directory " + plainText(*wish.directory) + ".",
+                        .recoverySuggestion = "Name a directory that exists."};
 }
 
 /// The numbers of guardPassed's line, and the screen after it.
@@ -92,9 +118,17 @@ bool isBridgeBuffer(std::string_view name) {
          name.find('?') == std::string_view::npos;
 }
 
+std::vector<const PaneRow*> rowsOf(const std::vector<ArrangedPane>& panes) {
+  std::vector<const PaneRow*> rows;
+  rows.reserve(panes.size());
+  for (const ArrangedPane& pane : panes) rows.push_back(&pane.row);
+  return rows;
+}
+
 TmuxOptions completed(TmuxOptions options) {
-  if (!options.sleep)
-    options.sleep = [](std::chrono::milliseconds pause) { std::this_thread::sleep_for(pause); };
+  if (!options.runtimeFolder) {
+    options.runtimeFolder = [folder = options.temporaryDirectory] { return folder; };
+  }
   if (options.homeDirectory.empty()) options.homeDirectory = environmentValue(options.environment, "HOME");
   if (options.homeDirectory.empty()) options.homeDirectory = "/";
   return options;
@@ -105,27 +139,35 @@ TmuxOptions completed(TmuxOptions options) {
 TmuxOperations::TmuxOperations(TmuxOptions options, TmuxParts parts)
     : options_(completed(std::move(options))),
       parts_(std::move(parts)),
+      looks_(*parts_.processes, options_.sleep),
       bufferPrefix_("velmora-" + options_.uuid().toString() + "-"),
+      wayNote_(options_.runtimeFolder),
       prompts_(options_.now) {}
 
+void TmuxOperations::useSettings(const PrivacyRetentionSettings& settings) {
+  parts_.transport->useProgramOnly(settings.tmuxTransport == TmuxTransportChoice::program);
+  integratesShells_ = settings.shellIntegration != ShellIntegrationChoice::off;
+  containsWindows_ = settings.containNewWindows.value_or(false);
+  // Also for the shells that users integrate themselves.
+  makeShellRecordFolder(options_.runtimeFolder());
+}
+
 TmuxAnswer TmuxOperations::invoke(Deadline deadline, std::vector<std::string> arguments,
-                                  std::optional<std::string> input, std::size_t outputLimit) const {
+                                  std::optional<std::string> input, std::size_t outputLimit,
+                                  std::function<void()> meanwhile) const {
   // An invocation that begins too late could still have an effect, and its caller would hear of none.
   if (std::chrono::steady_clock::now() >= deadline)
     throw *tmuxFailure({.end = TmuxAnswer::End::timedOut}, TmuxEffect::none);
   return parts_.transport->run({.arguments = std::move(arguments),
                                 .standardInput = std::move(input),
                                 .deadline = deadline,
-                                .outputLimit = outputLimit});
+                                .outputLimit = outputLimit,
+                                .meanwhile = std::move(meanwhile)});
 }
 
-void TmuxOperations::select(Deadline deadline, std::vector<std::string> arguments) const {
-  if (auto failure = tmuxFailure(invoke(deadline, std::move(arguments)), TmuxEffect::none))
-    throw std::move(*failure);
-}
-
-TmuxListing TmuxOperations::list(Deadline deadline, Listed what) const {
-  std::vector<std::string> arguments{"list-panes", "-a", "-F", paneRowFormat()};
+TmuxListing TmuxOperations::list(Deadline deadline, Listed what, const std::string& tty,
+                                 const std::function<void()>& meanwhile) const {
+  std::vector<std::string> arguments = paneListing(tty);
   if (what != Listed::panes)
     arguments.insert(arguments.end(), {";", "list-clients", "-F", clientRowFormat()});
   if (what == Listed::all) {
@@ -133,11 +175,12 @@ TmuxListing TmuxOperations::list(Deadline deadline, Listed what) const {
                      {";", "list-buffers", "-f", "#{m:velmora-*,#{buffer_name}}", "-F", bufferRowFormat()});
   }
 
-  TmuxAnswer answer = invoke(deadline, arguments);
+  const auto ask = [&] { return invoke(deadline, arguments, {}, listingLimit, meanwhile); };
+  TmuxAnswer answer = ask();
   if (saysServerLost(answer)) {
     // It may have been on its way out; a second look tells. A server that loses its client every time is
     // there, but speaks another version's protocol.
-    answer = invoke(deadline, arguments);
+    answer = ask();
     if (saysServerLost(answer)) throw tmuxError::versionsMixed(clientVersion(deadline));
   }
   if (saysNoSessions(answer)) return {};
@@ -149,7 +192,7 @@ TmuxListing TmuxOperations::list(Deadline deadline, Listed what) const {
   }
   auto listing = parseListing(answer.output);
   if (!listing) throw tmuxError::unreadableAnswer();
-  if (!listing->panes.empty()) refuseOldTmux(listing->panes.front());
+  if (!listing->panes.empty()) refuseOldTmux(listing->panes.front().version);
   return std::move(*listing);
 }
 
@@ -164,25 +207,24 @@ PaneRow TmuxOperations::paneAt(const TabAddress& tab) const {
   return *std::move(pane);
 }
 
-bool TmuxOperations::isBusy(const PaneRow& pane) const {
-  return !pane.dead && paneIsBusy(*parts_.processes, pane.process, pane.tty);
-}
-
-TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane) {
+TerminalTabSnapshot TmuxOperations::snapshot(const ArrangedPane& pane, bool busy) {
   return {.tty = pane.row.tty,
-          .windowId = panes_.enter(pane.row),
+          .windowId = panes_.enter(pane),
           .windowIndex = pane.windowIndex,
           .tabIndex = pane.tabIndex,
           .title = paneTitle(pane.row),
-          .busy = isBusy(pane.row),
+          .busy = busy,
           .selected = pane.row.active,
           .identity = paneIdentity(pane.row),
-          .madeByBridge = pane.row.made};
+          .madeByBridge = pane.row.made,
+          .neverShown = !pane.row.shown,
+          .targets = paneTargets(pane.row)};
 }
 
 TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
   try {
     const TmuxListing listing = list(deadline, Listed::panes);
+    wayNote_.tell(parts_.transport->way() + "\n" + parts_.transport->socketPath());
     std::set<std::int64_t> windows;
     for (const PaneRow& pane : listing.panes) windows.insert(pane.window);
     return {.running = true,
@@ -190,23 +232,45 @@ TerminalRuntimeStatus TmuxOperations::status(Deadline deadline) {
             .permission = AutomationPermission::granted};
   } catch (const StructuredError& error) {
     if (error.code != ErrorCode::terminalNotRunning) throw;
+    wayNote_.tell("\n" + parts_.transport->socketPath());
     return {};
   }
 }
 
 std::vector<TerminalTabSnapshot> TmuxOperations::listSessions(Deadline deadline) {
-  std::vector<TerminalTabSnapshot> tabs;
   const Date taken = prompts_.now();
   // A server that is met first may hold what a bridge that was killed had on its way.
   const bool first = !sawBuffers_;
-  const TmuxListing listing = list(deadline, first ? Listed::all : Listed::panesAndClients);
+  PaneLooks::Ahead ahead;
+  const TmuxListing listing =
+      list(deadline, first ? Listed::all : Listed::panesAndClients, {}, [&] { ahead = looks_.lookAhead(); });
   if (first && !listing.panes.empty() && !sawBuffers_.exchange(true))
     removeLostBuffers(deadline, listing.buffers);
-  for (const ArrangedPane& pane : arrangePanes(listing)) {
-    tabs.push_back(snapshot(pane));
-    prompts_.see(pane, !tabs.back().busy, taken);
-  }
+  const std::vector<ArrangedPane> panes = arrangePanes(listing);
+  const std::vector<const PaneRow*> rows = rowsOf(panes);
+  auto tabs = see(panes, looks_.areBusy(rows, ahead), taken);
+  looks_.expect(rows);
   prompts_.forgetBefore(taken);
+  return tabs;
+}
+
+std::vector<TerminalTabSnapshot> TmuxOperations::listTab(const std::string& tty, Deadline deadline) {
+  if (!sawBuffers_ || !isPlainPath(tty)) return listSessions(deadline);
+  const Date taken = prompts_.now();
+  std::vector<ArrangedPane> panes = arrangePanes(list(deadline, Listed::panesAndClients, tty));
+  for (ArrangedPane& pane : panes) panes_.recallPlace(pane);
+  return see(panes, looks_.areBusy(rowsOf(panes)), taken);
+}
+
+/// The tabs of panes that were just listed, which the directory and the prompt watch get to know.
+std::vector<TerminalTabSnapshot> TmuxOperations::see(const std::vector<ArrangedPane>& panes,
+                                                     const std::vector<bool>& busy, Date taken) {
+  std::vector<TerminalTabSnapshot> tabs;
+  tabs.reserve(panes.size());
+  for (std::size_t i = 0; i < panes.size(); ++i) {
+    tabs.push_back(snapshot(panes[i], busy[i]));
+    prompts_.see(panes[i], !busy[i], taken);
+  }
   return tabs;
 }
 
@@ -218,47 +282,60 @@ void TmuxOperations::removeLostBuffers(Deadline deadline, const std::vector<Buff
   }
 }
 
-TerminalTabSnapshot TmuxOperations::createWindow(Deadline deadline) {
+TerminalTabSnapshot TmuxOperations::createWindowAs(const WindowWish& wish, Deadline deadline) {
+  refuseMissingFolder(wish);
   makeTmuxSocketFolder(parts_.transport->socketPath());
+  const auto shell = containsWindows_ ? parts_.containedCommand(deadline) : std::vector<std::string>();
   // A server that hangs would open the window later, when nobody waits for it any more.
   const TmuxAnswer look = invoke(deadline, {"list-sessions"});
   if (look.end == TmuxAnswer::End::timedOut) throw *tmuxFailure(look, TmuxEffect::none);
-  TmuxAnswer answer = newSession(deadline);
+  TmuxAnswer answer = newSession(wish, shell, deadline);
   if (saysServerLost(answer)) {
     // The former server was still ending.
     options_.sleep(restartPause);
-    answer = newSession(deadline);
+    answer = newSession(wish, shell, deadline);
   }
+  if (wish.name && saysDuplicate(answer)) throw nameTaken(*wish.name);
   if (auto failure = tmuxFailure(answer, TmuxEffect::created)) throw std::move(*failure);
-  const std::size_t lineEnd = std::min(answer.output.find('\n'), answer.output.size() - 1);
-  const auto created = parseListing(std::string_view(answer.output).substr(0, lineEnd + 1));
-  if (!created || created->panes.size() != 1) throw tmuxError::unreadableAnswer();
-  const PaneRow& row = created->panes.front();
-  refuseOldTmux(row);
+  const CreatedPane created = parseCreatedPane(answer.output);
+  refuseOldTmux(created.version);
 
-  if (const auto pane = waitForPrompt(deadline, row.pane)) return snapshot(*pane);
-  const std::string_view option = std::string_view(answer.output).substr(lineEnd + 1);
-  throw tmuxError::sessionEndedAtOnce(!option.empty() && !option.starts_with("off"));
+  if (const auto pane = waitForPrompt(deadline, created.pane)) return snapshot(*pane, isBusy(pane->row));
+  throw tmuxError::sessionEndedAtOnce(!created.option.empty() && !created.option.starts_with("off"));
 }
 
-/// "velmora-1" or the next number that no session has.
-TmuxAnswer TmuxOperations::newSession(Deadline deadline) const {
+/// Named as wished, else "velmora-1" or the next number that no session has. `shell` is the command that it
+/// runs, if not tmux's own choice. The integration needs folders that a contained shell does not see.
+TmuxAnswer TmuxOperations::newSession(const WindowWish& wish, const std::vector<std::string>& shell,
+                                      Deadline deadline) const {
+  const auto startFolder =
+      integratesShells_ && shell.empty() ? writeShellStart(options_.runtimeFolder()) : std::nullopt;
   TmuxAnswer answer;
   for (int number = 1; number <= mostSessions; ++number) {
-    const std::string name = "velmora-" + std::to_string(number);
-    std::vector<std::string> arguments{"new-session", "-d", "-s", name, "-x", "120", "-y", "40", "-c"};
-    arguments.push_back(literally(options_.homeDirectory.string()));
-    arguments.insert(arguments.end(),
-                     {"-P", "-F", paneRowFormat(), ";", "show-options", "-gqv", "destroy-unattached", ";",
-                      "set-option", "-p", "-q", "-t", "=" + name + ":", std::string(madeOption), "1"});
-    answer = invoke(deadline, std::move(arguments));
-    if (!answer.errorOutput.starts_with("duplicate session")) break;
+    const std::string name = wish.name.value_or("velmora-" + std::to_string(number));
+    std::vector<TmuxWords> commands{
+        {"new-session", "-d", "-s", name, "-x", std::to_string(wish.columns.value_or(120)), "-y",
+         std::to_string(wish.rows.value_or(40)), "-c",
+         literally(wish.directory.value_or(options_.homeDirectory.string())), "-P", "-F", createdPaneFormat},
+        {"show-options", "-gqv", "destroy-unattached"},
+        {"set-option", "-p", "-q", "-t", "=" + name + ":", std::string(madeOption), "1"}};
+    commands.front().insert(commands.front().end(), shell.begin(), shell.end());
+    bool asUsual = !startFolder;
+    if (startFolder) {
+      answer = invoke(deadline, withShellIntegration(commands, "=" + name, *startFolder));
+      // A server that does not know how opens nothing; its shell then starts as usual.
+      asUsual = answer.end == TmuxAnswer::End::exited && answer.exitStatus != 0 && answer.output.empty() &&
+                !saysDuplicate(answer) && !saysServerLost(answer);
+    }
+    if (asUsual) answer = invoke(deadline, tmuxArguments(commands));
+    if (wish.name || !saysDuplicate(answer)) break;
   }
   return answer;
 }
 
 std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std::int64_t pane) const {
   std::optional<ArrangedPane> found;
+  int blank = 0;
   for (int poll = 0; poll < promptPolls; ++poll) {
     found.reset();
     try {
@@ -274,7 +351,9 @@ std::optional<ArrangedPane> TmuxOperations::waitForPrompt(Deadline deadline, std
         throw;
       }
     }
-    if (!found || !isBusy(found->row)) break;
+    if (!found) break;
+    // A shell waits for keys a moment before it has drawn its prompt, and some users' prompts are empty.
+    if (!isBusy(found->row) && (!isBlank(found->row) || ++blank > blankPolls)) break;
     options_.sleep(pollPause);
   }
   return found;
@@ -295,9 +374,10 @@ TerminalOutput TmuxOperations::readOutput(OutputSource source, std::int64_t maxC
                                           const TabAddress& tab, Deadline deadline) {
   std::string captured = read(deadline, readText(paneAt(tab), source), historyLimit);
   captured.erase(0, 1);  // the end of the guard's line
-  const std::string text = tidyPaneText(std::move(captured));
+  std::string text = tidyPaneText(std::move(captured));
   const TextEnd end = boundedEnd(text, maxCharacters);
-  return {.text = std::string(end.text), .source = source, .originalCharacterCount = end.totalCharacters};
+  text.erase(0, text.size() - end.text.size());
+  return {.text = std::move(text), .source = source, .originalCharacterCount = end.totalCharacters};
 }
 
 TerminalScreenCapture TmuxOperations::captureScreen(const TabAddress& tab, Deadline deadline) {
@@ -306,45 +386,9 @@ TerminalScreenCapture TmuxOperations::captureScreen(const TabAddress& tab, Deadl
     const std::string png = parts_.drawPicture(screen);
     return {.imagePath = writePictureFile(options_.temporaryDirectory, options_.uuid(), png).string()};
   } catch (const std::runtime_error& error) {
+    options_.log.error("terminal", std::string("no picture: ") + error.what());
     throw tmuxError::pictureFailed(error.what());
   }
-}
-
-void TmuxOperations::focus(const TabAddress& tab, Deadline deadline) {
-  // Selecting has no guard in the server, and which terminal was used last changes by the second.
-  const TmuxListing listing = list(deadline, Listed::panesAndClients);
-  std::optional<PaneRow> found;
-  for (ArrangedPane& pane : arrangePanes(listing)) {
-    if (panes_.enter(pane.row) == tab.windowId && pane.row.tty == tab.tty) found = std::move(pane.row);
-  }
-  if (!found) throw tmuxError::stale();
-  const auto client = latestClient(listing.clients);
-  if (client == listing.clients.end()) {
-    select(deadline,
-           {"select-window", "-t", windowTarget(*found), ";", "select-pane", "-t", paneTarget(*found)});
-    if (!showInDesktopTerminal(deadline, *found)) throw tmuxError::terminalDidNotOpen();
-    return;
-  }
-  // The client's own session when it holds the window; it would leave it otherwise.
-  for (const PaneRow& row : listing.panes) {
-    if (row.pane == found->pane && row.session == client->session) found = row;
-  }
-  select(deadline,
-         {"switch-client", "-c", client->name, "-t", windowTarget(*found) + "." + paneTarget(*found)});
-}
-
-bool TmuxOperations::showInDesktopTerminal(Deadline deadline, const PaneRow& pane) const {
-  // The pane names its session too, and unlike "$1" it means nothing to a shell that a terminal may use.
-  const auto program = options_.program ? options_.program : findProgram("tmux", options_.environment);
-  if (!program || !parts_.desktop->open({program->string(), "-u", "-S", parts_.transport->socketPath(),
-                                         "attach-session", "-t", paneTarget(pane)})) {
-    return true;  // no screen at hand: attaching to this session shows it
-  }
-  for (int poll = 0; poll < attachPolls; ++poll) {
-    if (!list(deadline, Listed::panesAndClients).clients.empty()) return true;
-    options_.sleep(pollPause);
-  }
-  return false;
 }
 
 }  // namespace velmora

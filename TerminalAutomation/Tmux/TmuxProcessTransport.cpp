@@ -86,7 +86,9 @@ TmuxAnswer TmuxProcessTransport::run(const TmuxInvocation& invocation) {
 }
 
 bool TmuxProcessTransport::mayStartServer(const TmuxInvocation& invocation) {
-  return !invocation.arguments.empty() && invocation.arguments.front() == "new-session";
+  if (invocation.arguments.empty()) return false;
+  const std::string& first = invocation.arguments.front();
+  return first == "new-session" || first == "start-server";
 }
 
 /// Without a user's systemd to ask, as it would be run otherwise.

@@ -35,8 +35,7 @@ bool readName(std::string_view text, std::string& value) {
   value.clear();
   std::string_view rest = all;
   for (std::size_t count = 0; !rest.empty() && count < longestName;) {
-    const auto lead = static_cast<unsigned char>(rest.front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    const std::size_t length = codePointBytes(rest.front());
     if (length != 3 || !isHidden(rest)) {
       value.append(rest.substr(0, length));
       ++count;
@@ -83,15 +82,21 @@ constexpr Field<Row> numbered(std::string_view name) {
           }};
 }
 
-// tmux escapes or refuses tabs and line ends in all of these; the freest text stands last.
-constexpr std::array paneFields{
+// What is the same for all panes, and so is asked for once.
+constexpr std::array serverFields{
     field<PaneRow, &PaneRow::serverProcess>("pid"),
     field<PaneRow, &PaneRow::serverStart>("start_time"),
     field<PaneRow, &PaneRow::version>("version"),
     field<PaneRow, &PaneRow::host>("host"),
+};
+
+// tmux escapes or refuses tabs and line ends in all of these; the freest text stands last.
+constexpr std::array paneFields{
     numbered<PaneRow, '$', &PaneRow::session>("session_id"),
     numbered<PaneRow, '@', &PaneRow::window>("window_id"),
     numbered<PaneRow, '%', &PaneRow::pane>("pane_id"),
+    field<PaneRow, &PaneRow::windowNumber>("window_index"),
+    field<PaneRow, &PaneRow::paneNumber>("pane_index"),
     field<PaneRow, &PaneRow::tty>("pane_tty"),
     field<PaneRow, &PaneRow::process>("pane_pid"),
     field<PaneRow, &PaneRow::dead>("pane_dead"),
@@ -100,6 +105,9 @@ constexpr std::array paneFields{
     field<PaneRow, &PaneRow::applicationCursor>("keypad_cursor_flag"),
     field<PaneRow, &PaneRow::active>("pane_active"),
     field<PaneRow, &PaneRow::made>("==:#{@velmora-made},1"),
+    // A session stays grouped when the others of its group have ended.
+    field<PaneRow, &PaneRow::shown>(
+        "?#{||:#{||:#{session_last_attached},#{session_grouped}},#{window_linked}},1,0"),
     field<PaneRow, &PaneRow::stackIndex>("window_stack_index"),
     field<PaneRow, &PaneRow::sessionActivity>("session_activity"),
     field<PaneRow, &PaneRow::cursorColumn>("cursor_x"),
@@ -146,6 +154,11 @@ bool readRow(std::string_view line, const Fields& fields, Row& row) {
 
 }  // namespace
 
+const std::string& serverRowFormat() {
+  static const std::string format = formatOf("S", serverFields);
+  return format;
+}
+
 const std::string& paneRowFormat() {
   static const std::string format = formatOf("R", paneFields);
   return format;
@@ -161,15 +174,25 @@ const std::string& bufferRowFormat() {
   return format;
 }
 
+std::vector<std::string> paneListing(const std::string& tty) {
+  std::vector<std::string> commands{"display-message", "-p", serverRowFormat(), ";", "list-panes", "-a", "-F",
+                                    paneRowFormat()};
+  if (!tty.empty()) commands.insert(commands.end(), {"-f", "#{==:#{pane_tty}," + tty + "}"});
+  return commands;
+}
+
 std::optional<TmuxListing> parseListing(std::string_view output) {
   TmuxListing listing;
+  std::optional<PaneRow> server;  // what every pane's row begins with
   while (!output.empty()) {
     const std::size_t lineEnd = output.find('\n');
     if (lineEnd == std::string_view::npos) return std::nullopt;
     const std::string_view line = output.substr(0, lineEnd);
     output.remove_prefix(lineEnd + 1);
     const bool good =
-        line.starts_with('R')   ? readRow(line.substr(1), paneFields, listing.panes.emplace_back())
+        line.starts_with('S') ? readRow(line.substr(1), serverFields, server.emplace())
+        : line.starts_with('R')
+            ? server && readRow(line.substr(1), paneFields, listing.panes.emplace_back(*server))
         : line.starts_with('C') ? readRow(line.substr(1), clientFields, listing.clients.emplace_back())
         : line.starts_with('B') ? readRow(line.substr(1), bufferFields, listing.buffers.emplace_back())
                                 : false;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
+#include <vector>
 
 #include "BridgeModels/Date.h"
 #include "BridgeModels/Uuid.h"
@@ -27,12 +29,17 @@ struct TmuxOptions {
   std::optional<std::string> controlGroups{};         ///< Else ownControlGroups().
   TmuxTransportChoice transport = TmuxTransportChoice::automatic;
   Log log{};
-  std::filesystem::path temporaryDirectory{};  ///< Pictures go to Velmora/ in it.
-  std::filesystem::path homeDirectory{};       ///< Where new sessions start; empty: $HOME, else "/".
+  std::filesystem::path temporaryDirectory{};  ///< The runtime folder. Pictures go to Velmora/ in it.
+  std::function<std::filesystem::path()> runtimeFolder{};  ///< The one by now; empty: temporaryDirectory.
+  /// The bridge's and the user's session's, which contained windows lack.
+  std::vector<std::filesystem::path> ownFolders{};
+  std::filesystem::path homeDirectory{};  ///< Where new sessions start; empty: $HOME, else "/".
   UuidSource uuid = Uuid::random;
   Clock now = Date::now;
   TerminalDeadlines deadlines{};
-  std::function<void(std::chrono::milliseconds)> sleep{};  ///< Empty: the system's.
+  std::function<void(std::chrono::milliseconds)> sleep = [](std::chrono::milliseconds pause) {
+    std::this_thread::sleep_for(pause);
+  };
 };
 
 /// What the adapter works with; tests put their own in place.
@@ -41,6 +48,8 @@ struct TmuxParts {
   std::unique_ptr<ProcessTable> processes;
   std::unique_ptr<DesktopTerminal> desktop;
   std::function<std::string(const PaneScreen&)> drawPicture;
+  /// The command of a contained window, or a StructuredError.
+  std::function<std::vector<std::string>(std::chrono::steady_clock::time_point deadline)> containedCommand{};
 
   static TmuxParts ofSystem(const TmuxOptions& options);
 };

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ struct TmuxInvocation {
   std::optional<std::string> standardInput{};
   std::chrono::steady_clock::time_point deadline;
   std::size_t outputLimit = std::size_t{64} << 20;
+  /// Called on the same thread once the server has the command, while its answer is awaited. A transport may
+  /// leave it out, and one that asks twice may call it twice.
+  std::function<void()> meanwhile{};
 };
 
 struct TmuxAnswer {
@@ -36,6 +40,12 @@ class TmuxTransport {
 
   /// The socket of the server that `run` speaks to.
   virtual std::string socketPath() const = 0;
+
+  /// From now on, or no longer: starts the tmux program for every call.
+  virtual void useProgramOnly(bool /*only*/) noexcept {}
+
+  /// How the server that was asked last is asked, a few words for the user; empty while that is not known.
+  virtual std::string way() const { return "by the tmux program"; }
 
   /// Makes the run under way and all later ones end at once.
   virtual void cancel() noexcept = 0;

@@ -1,17 +1,20 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <latch>
 #include <map>
 
 #include "BridgeModels/StructuredError.h"
 #include "TerminalAutomation/SerialTerminal.h"
+#include "tests/support/Thrown.h"
 
 namespace velmora {
 namespace {
 
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
+using testing::structuredError;
 
 /// An adapter whose calls do what the test says, and that notes the deadline of each.
 class ScriptedOperations final : public TerminalOperations {
@@ -36,6 +39,10 @@ class ScriptedOperations final : public TerminalOperations {
   std::vector<TerminalTabSnapshot> listSessions(Deadline deadline) override {
     note("listSessions", deadline);
     return {{.tty = "/dev/a"}};
+  }
+  std::vector<TerminalTabSnapshot> listTab(const std::string& tty, Deadline deadline) override {
+    note("listTab " + tty, deadline);
+    return {{.tty = tty}};
   }
   TerminalTabSnapshot createWindow(Deadline deadline) override {
     note("createWindow", deadline);
@@ -273,6 +280,80 @@ TEST_F(SerialTerminalTest, ListingsNeverMeetAndKeepTheirOrder) {
   for (int i = 0; i < 100; ++i) answers.push_back(terminal().listSessions());
   for (auto& answer : answers) answer.get();
   EXPECT_EQ(most, 1);
+}
+
+TEST_F(SerialTerminalTest, ListingsThatWaitTogetherAreTakenOnce) {
+  std::latch entered(1);
+  std::latch open(1);
+  hold("status", entered, open);
+  auto status = terminal().status();
+  entered.wait();
+  std::vector<std::future<std::vector<TerminalTabSnapshot>>> answers;
+  for (int i = 0; i < 8; ++i) answers.push_back(terminal().listSessions());
+  open.count_down();
+  for (auto& answer : answers) EXPECT_EQ(answer.get().front().tty, "/dev/a");
+  EXPECT_EQ(std::count(state_.calls.begin(), state_.calls.end(), "listSessions"), 1);
+  EXPECT_EQ(terminal().listSessions().get().size(), 1u);
+  EXPECT_EQ(std::count(state_.calls.begin(), state_.calls.end(), "listSessions"), 2) << "taken anew";
+}
+
+TEST_F(SerialTerminalTest, NobodyGetsAListingThatWasBegunBeforeTheyAsked) {
+  std::latch entered(1);
+  std::latch open(1);
+  hold("listSessions", entered, open);
+  auto early = terminal().listSessions();
+  entered.wait();
+  auto late = terminal().listSessions();
+  auto later = terminal().listSessions();
+  open.count_down();
+  early.get();
+  late.get();
+  later.get();
+  EXPECT_EQ(state_.calls, (std::vector<std::string>{"listSessions", "listSessions"}));
+}
+
+TEST_F(SerialTerminalTest, ALookAtOneTabKeepsItsPlaceAmongTheListings) {
+  std::latch entered(1);
+  std::latch open(1);
+  hold("status", entered, open);
+  auto status = terminal().status();
+  entered.wait();
+  auto before = terminal().listSessions();
+  auto tab = terminal().listTab("/dev/a");
+  auto after = terminal().listSessions();
+  open.count_down();
+  before.get();
+  tab.get();
+  after.get();
+  EXPECT_EQ(state_.calls,
+            (std::vector<std::string>{"status", "listSessions", "listTab /dev/a", "listSessions"}));
+}
+
+TEST_F(SerialTerminalTest, AListingThatFailsIsTakenAgainForTheNext) {
+  std::latch entered(1);
+  std::latch open(1);
+  int listings = 0;
+  state_.during = [&](const std::string& call) {
+    if (call == "status") {
+      entered.count_down();
+      open.wait();
+    } else if (++listings == 1) {
+      throw PlatformError("d", -1);
+    }
+  };
+  auto status = terminal().status();
+  entered.wait();
+  std::atomic<bool> left = true;
+  auto gone = terminal().listSessions(Caller{.hasLeft = [&] { return left.load(); }});
+  auto unlucky = terminal().listSessions();
+  auto lucky = terminal().listSessions();
+  auto other = terminal().listSessions();
+  open.count_down();
+  EXPECT_EQ(structuredError([&] { gone.get(); }).code, ErrorCode::bridgeUnavailable);
+  EXPECT_THROW(unlucky.get(), PlatformError);
+  EXPECT_EQ(lucky.get().size(), 1u);
+  EXPECT_EQ(other.get().size(), 1u);
+  EXPECT_EQ(listings, 2);
 }
 
 TEST_F(SerialTerminalTest, NoTwoCallsOfASerialAdapterMeet) {

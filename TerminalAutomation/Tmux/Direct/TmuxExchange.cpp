@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <functional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -26,9 +27,12 @@ class Exchange {
       : server_(server),
         cancel_(cancel),
         deadline_(invocation.deadline),
+        meanwhile_(invocation.meanwhile),
         conversation_(invocation, identity) {}
 
   TmuxExchangeResult run() {
+    send();
+    if (meanwhile_ && conversation_.commandMayHaveLeft()) meanwhile_();
     while (!conversation_.ended() && !broken_) step();
     return {.answer = std::move(conversation_.answer()),
             .commandMayHaveLeft = conversation_.commandMayHaveLeft(),
@@ -94,6 +98,7 @@ class Exchange {
   const FileDescriptor& server_;
   const FileDescriptor& cancel_;
   const std::chrono::steady_clock::time_point deadline_;
+  const std::function<void()>& meanwhile_;
   TmuxConversation conversation_;
   std::optional<std::string> surprise_;
   bool cannotSend_ = false;

@@ -20,8 +20,16 @@ TmuxSocketTransport::TmuxSocketTransport(std::unique_ptr<TmuxTransport> program,
               environmentValue(environment, "HOME")) {}
 
 TmuxAnswer TmuxSocketTransport::run(const TmuxInvocation& invocation) {
-  if (auto answer = runDirectly(invocation)) return std::move(*answer);
+  if (!programOnly_) {
+    if (auto answer = runDirectly(invocation)) return std::move(*answer);
+  }
   return program_->run(invocation);
+}
+
+std::string TmuxSocketTransport::way() const {
+  if (programOnly_) return program_->way() + ", as the setting tmuxTransport says";
+  if (const auto reason = whyProgram()) return program_->way() + ": " + *reason;
+  return trust_.isDirect() ? "over its own socket" : "";
 }
 
 void TmuxSocketTransport::cancel() noexcept {

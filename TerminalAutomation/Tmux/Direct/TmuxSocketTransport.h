@@ -1,12 +1,14 @@
 // Asks a tmux server over its own socket, and the tmux program wherever that is not known to be right.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "BridgeModels/BridgeEnums.h"
 #include "System/Environment.h"
 #include "System/Log.h"
 #include "TerminalAutomation/Tmux/Direct/TmuxDirectClient.h"
@@ -31,6 +33,8 @@ class TmuxSocketTransport final : public TmuxTransport {
 
   TmuxAnswer run(const TmuxInvocation& invocation) override;
   std::string socketPath() const override { return program_->socketPath(); }
+  void useProgramOnly(bool only) noexcept override { programOnly_ = only; }
+  std::string way() const override;
   void cancel() noexcept override;
 
   /// Why the program is used for the current server, in a few words; nothing when it is spoken to directly,
@@ -43,13 +47,11 @@ class TmuxSocketTransport final : public TmuxTransport {
   void tell(const std::string& reason) const;
 
   const std::unique_ptr<TmuxTransport> program_;
+  std::atomic<bool> programOnly_ = false;
   const Log log_;
   TmuxDirectClient direct_;
   TmuxTrust trust_;
 };
-
-/// How the adapter asks tmux. `program`: always by the tmux program, for people who want it plain.
-enum class TmuxTransportChoice { automatic, program };
 
 /// The transport for the server that `socket` and `environment` name (see chooseTmuxSocket), with `program`
 /// or, without it, the tmux in $PATH. `inService`: the bridge is a service, which its servers shall outlive.

@@ -48,9 +48,9 @@ bool TmuxTrust::distrust(const TmuxSocketStamp& socket, const std::string& reaso
   return true;
 }
 
-void TmuxTrust::forget(const TmuxSocketStamp& socket) {
+bool TmuxTrust::isDirect() const {
   const MutexLock lock(mutex_);
-  if (socket == socket_) verdict_ = {};
+  return verdict_.way == Way::direct;
 }
 
 std::optional<std::string> TmuxTrust::reason() const {

@@ -39,8 +39,8 @@ class TmuxTrust {
   /// The server did something unexpected: it is not spoken to directly again. Returns whether that is news.
   bool distrust(const TmuxSocketStamp& socket, const std::string& reason);
 
-  /// Another server has taken the place of the one that was judged, at the same socket: it is judged anew.
-  void forget(const TmuxSocketStamp& socket);
+  /// Whether the server that was asked last may be spoken to directly.
+  bool isDirect() const;
 
   /// Why the program is used for the server that was asked last; nothing when it is not, or not known yet.
   std::optional<std::string> reason() const;

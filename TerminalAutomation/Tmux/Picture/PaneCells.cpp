@@ -15,35 +15,6 @@ constexpr char shiftOut = '\x0E';
 constexpr char shiftIn = '\x0F';
 constexpr int tabStop = 8;
 
-/// Length in bytes of the well-formed code point that starts with `lead`.
-constexpr std::size_t sequenceLength(char lead) {
-  const auto byte = static_cast<unsigned char>(lead);
-  return byte < 0x80 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : 4;
-}
-
-/// What `c` shows while the DEC line-drawing set is on; empty for what the set leaves alone.
-std::string_view lineDrawing(char c) {
-  static constexpr std::array<std::string_view, 31> fromGrave{
-      "◆", "▒", "␉", "␌", "␍", "␊", "°", "±", "␤", "␋", "┘", "┐", "┌", "└", "┼", "⎺",
-      "⎻", "─", "⎼", "⎽", "├", "┤", "┴", "┬", "│", "≤", "≥", "π", "≠", "£", "·"};
-  switch (c) {
-    case '+':
-      return "→";
-    case ',':
-      return "←";
-    case '-':
-      return "↑";
-    case '.':
-      return "↓";
-    case '0':
-      return "█";
-    default:
-      break;
-  }
-  if (c < '`' || c > '~') return {};
-  return fromGrave[static_cast<std::size_t>(c - '`')];
-}
-
 /// Puts text into a grid as tmux did when it filled the pane.
 class GridFiller {
  public:
@@ -161,7 +132,7 @@ class CaptureReader {
   }
 
   void readCharacter() {
-    const std::string_view character = text_.substr(at_, sequenceLength(text_[at_]));
+    const std::string_view character = text_.substr(at_, codePointBytes(text_[at_]));
     at_ += character.size();
     const std::string_view drawn = lineDrawing_ ? lineDrawing(character.front()) : std::string_view{};
     filler_.put(drawn.empty() ? character : drawn);
@@ -234,11 +205,33 @@ PaneCells parsePaneCells(std::string_view text, int columns, int rows) {
   return cells;
 }
 
+std::string_view lineDrawing(char c) {
+  static constexpr std::array<std::string_view, 31> fromGrave{
+      "◆", "▒", "␉", "␌", "␍", "␊", "°", "±", "␤", "␋", "┘", "┐", "┌", "└", "┼", "⎺",
+      "⎻", "─", "⎼", "⎽", "├", "┤", "┴", "┬", "│", "≤", "≥", "π", "≠", "£", "·"};
+  switch (c) {
+    case '+':
+      return "→";
+    case ',':
+      return "←";
+    case '-':
+      return "↑";
+    case '.':
+      return "↓";
+    case '0':
+      return "█";
+    default:
+      break;
+  }
+  if (c < '`' || c > '~') return {};
+  return fromGrave[static_cast<std::size_t>(c - '`')];
+}
+
 char32_t firstCodePoint(std::string_view text) {
   const auto byte = [&](std::size_t i) {
     return i < text.size() ? static_cast<char32_t>(static_cast<unsigned char>(text[i])) : U'\0';
   };
-  switch (sequenceLength(text.front())) {
+  switch (codePointBytes(text.front())) {
     case 1:
       return byte(0);
     case 2:

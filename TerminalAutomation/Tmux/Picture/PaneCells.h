@@ -52,6 +52,9 @@ class PaneCells {
 
 PaneCells parsePaneCells(std::string_view text, int columns, int rows);
 
+/// What `c` shows while the DEC line-drawing set is on; empty for what the set leaves alone.
+std::string_view lineDrawing(char c);
+
 /// The first code point of a cell's text, which must not be empty.
 char32_t firstCodePoint(std::string_view text);
 

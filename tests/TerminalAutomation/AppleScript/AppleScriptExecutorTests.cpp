@@ -23,6 +23,8 @@ class AppleScriptExecutorTest : public ::testing::Test {
   AppleScriptParts parts() {
     return {.script = std::make_unique<testing::ScriptedHost>(script_),
             .isRunning = [](const std::string&) { return true; },
+            .start = [](const std::string&) {},
+            .screenWindows = [] { return ScreenWindows{{.number = 41}}; },
             .programs = std::make_unique<testing::ScriptedPrograms>(programs_),
             .temporaryDirectory = directory_.path(),
             .uuid = testing::countingUuids()};
@@ -61,12 +63,22 @@ TEST_F(AppleScriptExecutorTest, EveryOperationReachesItsHandler) {
 
   std::vector<std::string> handlers;
   for (const auto& call : script_.calls) handlers.push_back(call.handler);
-  EXPECT_EQ(handlers, (std::vector<std::string>{"bridgeStatus", "listSessions", "createWindow", "sendCommand",
-                                                "sendKey", "readOutput", "captureBounds", "focusSession",
-                                                "closeWindow", "bridgeStatus", "systemEventsStatus"}));
+  EXPECT_EQ(handlers,
+            (std::vector<std::string>{"bridgeStatus", "listSessions", "createWindow", "sendCommand",
+                                      "sendKey", "sendKey", "sendKey", "readOutput", "captureBounds",
+                                      "focusSession", "closeWindow", "bridgeStatus", "systemEventsStatus"}));
   // The two conveniences refuse busy tabs.
   EXPECT_EQ(script_.calls[3].arguments.back(), ScriptArgument(false));
   EXPECT_EQ(script_.calls[4].arguments.back(), ScriptArgument(false));
+}
+
+TEST_F(AppleScriptExecutorTest, AUserWhoWasNeverAskedIsAskedOnceBehindTheCallThatFoundIt) {
+  script_.consents = {consentStatus::notAsked, consentStatus::granted};
+  AppleScriptExecutor executor(parts(), "source");
+  EXPECT_EQ(executor.status().get().permission, AutomationPermission::unknown);
+  EXPECT_EQ(executor.status().get().permission, AutomationPermission::granted);
+  EXPECT_EQ(script_.consentQuestions,
+            (std::vector<std::string>{"com.apple.Terminal", "com.apple.Terminal?", "com.apple.Terminal"}));
 }
 
 TEST_F(AppleScriptExecutorTest, FailuresArriveThroughTheFuture) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <limits>
 
 #include "TerminalAutomation/AppleScript/AppleScriptOperations.h"
@@ -34,11 +35,21 @@ class AppleScriptOperationsTest : public ::testing::Test {
     return "none";
   }
 
+  /// What the window server says: the next of `looks_`, of which the last one stays.
+  ScreenWindows look() {
+    auto windows = looks_.front();
+    if (looks_.size() > 1) looks_.pop_front();
+    return windows;
+  }
+
   TemporaryDirectory directory_;
+  std::deque<ScreenWindows> looks_{{{.number = 41}}};
   testing::ScriptedHost::State script_;
   testing::ScriptedPrograms::State programs_;
   bool running_ = true;
   std::vector<std::string> asked_;
+  std::vector<std::string> started_;
+  int pauses_ = 0;
   AppleScriptParts parts() {
     return {.script = std::make_unique<testing::ScriptedHost>(script_),
             .isRunning =
@@ -46,9 +57,12 @@ class AppleScriptOperationsTest : public ::testing::Test {
                   asked_.push_back(bundleIdentifier);
                   return running_;
                 },
+            .start = [this](const std::string& bundleIdentifier) { started_.push_back(bundleIdentifier); },
+            .screenWindows = [this] { return look(); },
             .programs = std::make_unique<testing::ScriptedPrograms>(programs_),
             .temporaryDirectory = directory_.path(),
-            .uuid = testing::countingUuids()};
+            .uuid = testing::countingUuids(),
+            .pause = [this](auto) { ++pauses_; }};
   }
   AppleScriptOperations operations_{parts(), "on run\nend run"};
   const AppleScriptOperations::Deadline deadline_ =
@@ -96,6 +110,103 @@ TEST_F(AppleScriptOperationsTest, AFailedStatusKeepsItsNumber) {
             "Velmora.AppleScript -1743 Terminal AppleScript operation failed.");
 }
 
+TEST_F(AppleScriptOperationsTest, AUserWhoWasNeverAskedIsNotAskedByAStatus) {
+  int found = 0;
+  operations_.whenUndecided([&] { ++found; });
+  script_.consents = {consentStatus::notAsked};
+  const TerminalRuntimeStatus undecided{.running = true};
+  EXPECT_EQ(operations_.status(deadline_), undecided);
+  EXPECT_EQ(operations_.status(deadline_), undecided);
+  EXPECT_EQ(script_.calls, Calls{}) << "an event would raise the system's question";
+  EXPECT_EQ(script_.consentQuestions, (std::vector(2, "com.apple.Terminal"s)));
+  EXPECT_EQ(found, 1);
+}
+
+TEST_F(AppleScriptOperationsTest, ARefusedConsentIsKnownWithoutTheScript) {
+  script_.consents = {consentStatus::denied};
+  const auto refusal = "Velmora.AppleScript -1743 Terminal AppleScript operation failed.";
+  EXPECT_EQ(errorOf([&] { operations_.status(deadline_); }), refusal);
+  EXPECT_EQ(errorOf([&] { operations_.listSessions(deadline_); }), refusal);
+  EXPECT_EQ(script_.calls, Calls{});
+}
+
+TEST_F(AppleScriptOperationsTest, WithoutAnAnswerYetAnOperationIsRefusedAndTheUserAsked) {
+  int found = 0;
+  operations_.whenUndecided([&] { ++found; });
+  script_.consents = {consentStatus::notAsked};
+  EXPECT_EQ(errorOf([&] { operations_.listSessions(deadline_); }),
+            "Velmora.AppleScript -1743 Terminal AppleScript operation failed.");
+  EXPECT_EQ(script_.calls, Calls{});
+  EXPECT_EQ(found, 1);
+}
+
+TEST_F(AppleScriptOperationsTest, OnceTerminalHasTakenAnEventTheSystemIsAskedNoMoreUntilARefusal) {
+  operations_.status(deadline_);
+  operations_.status(deadline_);
+  operations_.focus({"t", 1}, deadline_);
+  EXPECT_EQ(script_.consentQuestions.size(), 1u);
+  reply("bridgeStatus", ScriptFailure{consentStatus::denied});
+  EXPECT_NE(errorOf([&] { operations_.status(deadline_); }), "none");
+  script_.consents = {consentStatus::denied};
+  EXPECT_NE(errorOf([&] { operations_.focus({"t", 1}, deadline_); }), "none");
+  EXPECT_EQ(script_.consentQuestions.size(), 2u);
+}
+
+TEST_F(AppleScriptOperationsTest, WhatTheSystemCannotSayIsLeftToTheScript) {
+  for (const std::int64_t status : {consentStatus::notRunning, platformErrorCode::connectionInvalid}) {
+    AppleScriptOperations operations(parts(), "source");
+    script_.consents = {status};
+    script_.calls.clear();
+    EXPECT_EQ(operations.status(deadline_).permission, AutomationPermission::granted);
+    EXPECT_EQ(script_.calls, (Calls{{"bridgeStatus", {}}})) << status;
+  }
+}
+
+TEST_F(AppleScriptOperationsTest, TheUserIsAskedBeforeTheFirstEvent) {
+  script_.duringCall = [&] { EXPECT_EQ(script_.consentQuestions.size(), script_.calls.size()); };
+  operations_.requestTerminalAccess();
+  operations_.requestSystemEventsAccess();
+  EXPECT_EQ(script_.consentQuestions, (std::vector{"com.apple.Terminal?"s, "com.apple.systemevents?"s}));
+  EXPECT_EQ(script_.calls, (Calls{{"bridgeStatus", {}}, {"systemEventsStatus", {}}}));
+  EXPECT_EQ(started_, std::vector<std::string>{});
+}
+
+TEST_F(AppleScriptOperationsTest, AQuestionThatTheUserLetPassIsNotRaisedAgain) {
+  script_.consents = {consentStatus::notAsked};
+  int found = 0;
+  operations_.whenUndecided([&] { ++found; });
+  const auto passed = "Velmora.AppleScript -1744 Terminal AppleScript operation failed.";
+  EXPECT_EQ(errorOf([&] { operations_.requestTerminalAccess(); }), passed);
+  EXPECT_EQ(errorOf([&] { operations_.requestSystemEventsAccess(); }), passed);
+  operations_.status(deadline_);
+  EXPECT_EQ(found, 0);
+  EXPECT_EQ(script_.calls, Calls{});
+}
+
+TEST_F(AppleScriptOperationsTest, WhoCouldNotBeAskedWithoutTerminalIsAskedOnceItRuns) {
+  int found = 0;
+  operations_.whenUndecided([&] { ++found; });
+  script_.consents = {consentStatus::notRunning, consentStatus::notAsked};
+  operations_.requestTerminalAccess();
+  operations_.status(deadline_);
+  EXPECT_EQ(found, 1);
+}
+
+TEST_F(AppleScriptOperationsTest, SystemEventsIsStartedForTheQuestion) {
+  script_.consents = {consentStatus::notRunning, consentStatus::notRunning, consentStatus::granted};
+  operations_.requestSystemEventsAccess();
+  EXPECT_EQ(started_, (std::vector{"com.apple.systemevents"s}));
+  EXPECT_EQ(pauses_, 2);
+  EXPECT_EQ(script_.calls, (Calls{{"systemEventsStatus", {}}}));
+}
+
+TEST_F(AppleScriptOperationsTest, ASystemEventsThatNeverStartsHoldsNobodyUp) {
+  script_.consents = {consentStatus::notRunning};
+  operations_.requestSystemEventsAccess();
+  EXPECT_EQ(started_.size(), 1u);
+  EXPECT_EQ(pauses_, 50);
+}
+
 TEST_F(AppleScriptOperationsTest, AFailureWithoutANumberIsAGeneralScriptError) {
   reply("focusSession", ScriptFailure{});
   EXPECT_EQ(errorOf([&] {
@@ -126,7 +237,7 @@ TEST_F(AppleScriptOperationsTest, EveryOperationPassesTheScriptsNumberOn) {
         operations_.readOutput(OutputSource::visible, 1, {"t", 1}, deadline_);
       },
       [&] {
-        operations_.captureScreen({"t", 1}, deadline_);
+        operations_.captureScreen({"t", 41}, deadline_);
       },
       [&] {
         operations_.focus({"t", 1}, deadline_);
@@ -173,7 +284,7 @@ TEST_F(AppleScriptOperationsTest, ACreatedWindowIsOneRow) {
 
 TEST_F(AppleScriptOperationsTest, ArgumentsStandInTheOrderOfTheContract) {
   operations_.sendCommand("echo '안녕'", {"/dev/ttys001", 41}, true, deadline_);
-  operations_.sendKey(TerminalKey::return_, 50, {"/dev/ttys001", 41}, false, deadline_);
+  operations_.sendKey(TerminalKey::return_, 1, {"/dev/ttys001", 41}, false, deadline_);
   operations_.readOutput(OutputSource::history, 50'000, {"/dev/ttys001", 41}, deadline_);
   operations_.readOutput(OutputSource::visible, 1, {"/dev/ttys001", 41}, deadline_);
   operations_.focus({"/dev/ttys001", 41}, deadline_);
@@ -182,7 +293,8 @@ TEST_F(AppleScriptOperationsTest, ArgumentsStandInTheOrderOfTheContract) {
   operations_.requestSystemEventsAccess();
   const ScriptArgument tty = "/dev/ttys001"s;
   EXPECT_EQ(script_.calls, (Calls{{"sendCommand", {"echo '안녕'"s, tty, 41, true}},
-                                  {"sendKey", {36, 50, tty, 41, false}},
+                                  {"sendKey", {36, 0, tty, 41, false}},
+                                  {"sendKey", {36, 1, tty, 41, true}},
                                   {"readOutput", {"history"s, 50'000, tty, 41}},
                                   {"readOutput", {"visible"s, 1, tty, 41}},
                                   {"focusSession", {tty, 41}},
@@ -220,8 +332,62 @@ TEST_F(AppleScriptOperationsTest, ACaptureTakesTheBoundsThatTheScriptSays) {
 
 TEST_F(AppleScriptOperationsTest, BoundsOfThreeItemsStartNoTool) {
   reply("captureBounds", scriptList({scriptNumber(1), scriptNumber(2), scriptNumber(3)}));
-  EXPECT_EQ(errorOf([&] { operations_.captureScreen({"t", 1}, deadline_); }), "Velmora.ScreenCapture -1728 ");
+  EXPECT_EQ(errorOf([&] {
+              operations_.captureScreen({"t", 41}, deadline_);
+            }),
+            "Velmora.ScreenCapture -1728 ");
   EXPECT_TRUE(programs_.runs.empty());
+}
+
+TEST_F(AppleScriptOperationsTest, ATabThatIsNotOnTheScreenHasNoPicture) {
+  reply("captureBounds", scriptList(std::vector<ScriptDescriptor>(4)));
+  looks_ = {{{.number = 42}}};
+  const auto refusal = "Velmora.AppleScript 1013 The tab is not on the screen.";
+  EXPECT_EQ(errorOf([&] { operations_.captureScreen({"t", 41}, deadline_); }), refusal);
+  EXPECT_TRUE(programs_.runs.empty());
+}
+
+TEST_F(AppleScriptOperationsTest, APictureThatMayShowAnotherTabIsThrownAway) {
+  reply("captureBounds", scriptList(std::vector<ScriptDescriptor>(4)));
+  looks_ = {{{.number = 41}}, {{.number = 42}}};
+  const auto refusal = "Velmora.AppleScript 1013 The tab is not on the screen.";
+  EXPECT_EQ(errorOf([&] { operations_.captureScreen({"t", 41}, deadline_); }), refusal);
+  ASSERT_EQ(programs_.runs.size(), 1u);
+  EXPECT_FALSE(std::filesystem::exists(programs_.runs[0].back()));
+}
+
+TEST_F(AppleScriptOperationsTest, AWindowThatOthersCoverHasAPicture) {
+  reply("captureBounds", scriptList(std::vector<ScriptDescriptor>(4)));
+  looks_ = {{{.number = 42}, {.number = 41}}};
+  EXPECT_NE(operations_.captureScreen({"t", 41}, deadline_).imagePath, "");
+}
+
+TEST_F(AppleScriptOperationsTest, AKeyIsPressedOnlyInTheWindowThatIsInFront) {
+  looks_ = {{{.number = 42}, {.number = 41}}};
+  const auto refusal = "Velmora.AppleScript 1012 Another window is in front.";
+  const auto press = [&] { operations_.sendKey(TerminalKey::tab, 3, {"t"s, 41}, false, deadline_); };
+  EXPECT_EQ(errorOf(press), refusal);
+  const testing::ScriptedHost::Call bring{"sendKey", {48, 0, "t"s, 41, false}};
+  EXPECT_EQ(script_.calls, (Calls{bring, bring})) << "it was asked for twice, and no key was pressed";
+}
+
+TEST_F(AppleScriptOperationsTest, AWindowThatComesAtTheSecondRequestGetsItsKeys) {
+  looks_ = {{{.number = 42}}, {{.number = 41}}};
+  operations_.sendKey(TerminalKey::tab, 2, {"t", 41}, true, deadline_);
+  const testing::ScriptedHost::Call bring{"sendKey", {48, 0, "t"s, 41, true}};
+  const testing::ScriptedHost::Call once{"sendKey", {48, 1, "t"s, 41, true}};
+  EXPECT_EQ(script_.calls, (Calls{bring, bring, once, once}));
+}
+
+TEST_F(AppleScriptOperationsTest, AnotherWindowThatComesToTheFrontStopsTheKeys) {
+  const ScreenWindows ours{{.number = 41}};
+  looks_ = {ours, ours, ours, {{.number = 42}, {.number = 41}}};
+  EXPECT_EQ(errorOf([&] {
+              operations_.sendKey(TerminalKey::downArrow, 50, {"t", 41}, false, deadline_);
+            }),
+            "Velmora.AppleScript 1012 Another window is in front.");
+  const testing::ScriptedHost::Call once{"sendKey", {125, 1, "t"s, 41, true}};
+  EXPECT_EQ(script_.calls, (Calls{{"sendKey", {125, 0, "t"s, 41, false}}, once, once}));
 }
 
 TEST_F(AppleScriptOperationsTest, TheWholeRangeOf32BitsReachesTheScript) {

@@ -71,6 +71,21 @@ TEST_F(ChildScriptHost, PassesTheScriptsOwnErrorsOn) {
   EXPECT_EQ(process(), before);
 }
 
+TEST_F(ChildScriptHost, PassesQuestionsForConsentAndTheirAnswersOn) {
+  EXPECT_EQ(host_.consent("denied", false, late()), consentStatus::denied);
+  EXPECT_EQ(host_.consent("other", false, late()), consentStatus::notAsked);
+  EXPECT_EQ(host_.consent("other", true, late()), consentStatus::granted);
+}
+
+TEST_F(ChildScriptHost, AQuestionThatNobodyAnswersEndsAtItsDeadlineOrWithTheBridge) {
+  EXPECT_EQ(host_.consent("undecided", true, soon()), platformErrorCode::timedOut);
+  const pid_t child = process();
+  std::thread canceller([&] { host_.cancel(); });
+  EXPECT_EQ(host_.consent("undecided", true, ScriptHost::Deadline::max()), platformErrorCode::userCancelled);
+  canceller.join();
+  EXPECT_FALSE(isAlive(child));
+}
+
 TEST_F(ChildScriptHost, SaysWhetherTheScriptCompiles) {
   EXPECT_FALSE(host_.compile("wrong"));
   EXPECT_TRUE(host_.compile("another"));

@@ -60,6 +60,12 @@ class FakeEngine final : public ScriptEngine {
     return list;
   }
 
+  std::int32_t consent(const std::string& bundleIdentifier, bool asksUser) override {
+    ++requests_;
+    if (bundleIdentifier == "undecided" && asksUser) ::pause();
+    return bundleIdentifier == "denied" ? -1743 : asksUser ? 0 : -1744;
+  }
+
  private:
   std::string source_;
   std::int64_t requests_ = 0;

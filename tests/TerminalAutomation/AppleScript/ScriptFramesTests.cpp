@@ -20,15 +20,20 @@ class CountingEngine final : public ScriptEngine {
                    const std::vector<ScriptArgument>& /*arguments*/) override {
     return ScriptDescriptor{.integer = ++calls};
   }
+  std::int32_t consent(const std::string& bundleIdentifier, bool asksUser) override {
+    return bundleIdentifier == "app" && asksUser ? -1744 : 0;
+  }
 
   int calls = 0;
 };
 
 TEST(ScriptFrames, AreTheLengthAndJson) {
   EXPECT_EQ(encodeScriptRequest(ScriptCompileRequest{"a"}, 1),
-            std::string("\0\0\0\x28", 4) + R"({"number":1,"source":"a","arguments":[]})");
+            std::string("\0\0\0\x39", 4) + R"({"number":1,"source":"a","arguments":[],"asksUser":false})");
   EXPECT_EQ(contentOf(encodeScriptRequest(ScriptCallRequest{"go", {std::string("1"), 1, true}}, 2)),
-            R"({"number":2,"handler":"go","arguments":["1",1,true]})");
+            R"({"number":2,"handler":"go","arguments":["1",1,true],"asksUser":false})");
+  EXPECT_EQ(contentOf(encodeScriptRequest(ScriptConsentRequest{"app", true}, 2)),
+            R"({"number":2,"consentFor":"app","arguments":[],"asksUser":true})");
   EXPECT_EQ(contentOf(encodeScriptReply(ScriptFailure{-1743}, 3)),
             R"({"number":3,"failure":{"number":-1743}})");
 }
@@ -38,6 +43,25 @@ TEST(ScriptFrames, KeepTheKindsOfArguments) {
   const auto read = decodeScriptRequest(contentOf(encodeScriptRequest(call, 9)));
   EXPECT_EQ(read.message, call);
   EXPECT_EQ(read.number, 9);
+}
+
+TEST(ScriptFrames, KeepQuestionsForConsent) {
+  for (const bool asksUser : {false, true}) {
+    const ScriptRequest question = ScriptConsentRequest{"com.apple.Terminal", asksUser};
+    EXPECT_EQ(decodeScriptRequest(contentOf(encodeScriptRequest(question, 1))).message, question);
+  }
+}
+
+TEST(ScriptFrames, AQuestionForConsentIsAnsweredWithItsNumber) {
+  Pipe requests = openPipe();
+  Pipe replies = openPipe();
+  ASSERT_TRUE(writeTo(requests.write, encodeScriptRequest(ScriptConsentRequest{"app", true}, 1)).empty());
+  CountingEngine engine;
+  ASSERT_TRUE(answerScriptRequest(engine, requests.read.get(), replies.write.get()));
+  std::string bytes(4096, '\0');
+  bytes.resize(static_cast<std::size_t>(::read(replies.read.get(), bytes.data(), bytes.size())));
+  EXPECT_EQ(std::get<ScriptDescriptor>(decodeScriptReply(scriptFrameIn(bytes).value()).message).integer,
+            -1744);
 }
 
 TEST(ScriptFrames, KeepListsInLists) {
@@ -66,7 +90,8 @@ TEST(ScriptFrames, RefuseWhatIsNone) {
   EXPECT_THROW(scriptFrameIn("\x04\x01\x01\x01"), ScriptFrameError);  // 64 MiB and some
   for (const std::string text :
        {"", "no", "[]", "{}", R"({"source":"a","arguments":[]})", R"({"number":1,"arguments":[]})",
-        R"({"number":1,"source":"a","handler":"b","arguments":[]})",
+        R"({"number":1,"source":"a","handler":"b","arguments":[],"asksUser":false})",
+        R"({"number":1,"handler":"b","consentFor":"c","arguments":[],"asksUser":false})",
         R"({"number":1,"handler":"a","arguments":[1.5]})",
         R"({"number":1,"handler":"a","arguments":[2147483648]})",
         R"({"number":1,"handler":"a","arguments":[null]})"}) {

@@ -1,6 +1,7 @@
 // A script that answers as the test says and remembers what it was asked, and a tool runner that does.
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -46,6 +47,9 @@ class ScriptedHost final : public ScriptHost {
     std::string source{};
     std::map<std::string, ScriptReply> replies{};  ///< By handler; without one it answers nothing.
     std::vector<Call> calls{};
+    /// What the system answers about consent: each number once, the last one for ever.
+    std::deque<std::int64_t> consents{consentStatus::granted};
+    std::vector<std::string> consentQuestions{};  ///< Bundle identifiers, with "?" when the user is asked.
     std::function<void()> duringCall = [] {};
     Deadline deadline{};  ///< Of the last call.
     bool cancelled = false;
@@ -67,6 +71,12 @@ class ScriptedHost final : public ScriptHost {
     state_.threads.push_back(std::this_thread::get_id());
     state_.duringCall();
     return state_.replies[handler];
+  }
+  std::int64_t consent(const std::string& bundleIdentifier, bool asksUser, Deadline) override {
+    state_.consentQuestions.push_back(bundleIdentifier + (asksUser ? "?" : ""));
+    const auto answer = state_.consents.front();
+    if (state_.consents.size() > 1) state_.consents.pop_front();
+    return answer;
   }
   void cancel() noexcept override { state_.cancelled = true; }
 

@@ -5,6 +5,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,17 +14,21 @@
 
 namespace velmora::testing {
 
+/// The line of the server that has `row`, as tmux prints it for serverRowFormat().
+inline std::string serverLine(const PaneRow& row) {
+  return "S\t" + std::to_string(row.serverProcess) + "\t" + std::to_string(row.serverStart) + "\t" +
+         row.version + "\t" + row.host + "\n";
+}
+
 /// A row as tmux prints it for paneRowFormat().
 inline std::string paneLine(const PaneRow& row) {
   const auto flag = [](bool value) { return std::string(value ? "1" : "0"); };
   std::string line = "R";
-  for (const std::string& field : {std::to_string(row.serverProcess),
-                                   std::to_string(row.serverStart),
-                                   row.version,
-                                   row.host,
-                                   "$" + std::to_string(row.session),
+  for (const std::string& field : {"$" + std::to_string(row.session),
                                    "@" + std::to_string(row.window),
                                    "%" + std::to_string(row.pane),
+                                   std::to_string(row.windowNumber),
+                                   std::to_string(row.paneNumber),
                                    row.tty,
                                    std::to_string(row.process),
                                    flag(row.dead),
@@ -32,6 +37,7 @@ inline std::string paneLine(const PaneRow& row) {
                                    flag(row.applicationCursor),
                                    flag(row.active),
                                    flag(row.made),
+                                   flag(row.shown),
                                    std::to_string(row.stackIndex),
                                    std::to_string(row.sessionActivity),
                                    std::to_string(row.cursorColumn),
@@ -45,6 +51,9 @@ inline std::string paneLine(const PaneRow& row) {
   }
   return line + "\n";
 }
+
+/// The answer to paneListing() of a server with this one pane.
+inline std::string paneAnswer(const PaneRow& row) { return serverLine(row) + paneLine(row); }
 
 inline std::string clientLine(const ClientRow& row) {
   return "C\t" + std::to_string(row.activity) + "\t" + std::to_string(row.created) + "\t$" +
@@ -78,12 +87,15 @@ class ScriptedTransport final : public TmuxTransport {
   struct State {
     std::deque<TmuxAnswer> answers;  ///< The last one is given again and again.
     std::vector<TmuxInvocation> invocations;
+    std::function<void()> composing = [] {};  ///< What happens before tmux answers.
   };
 
   explicit ScriptedTransport(State& state) : state_(state) {}
 
   TmuxAnswer run(const TmuxInvocation& invocation) override {
     state_.invocations.push_back(invocation);
+    if (invocation.meanwhile) invocation.meanwhile();
+    state_.composing();
     if (state_.answers.empty()) return {};
     TmuxAnswer answer = state_.answers.front();
     if (state_.answers.size() > 1) state_.answers.pop_front();
@@ -100,6 +112,7 @@ class ScriptedProcesses final : public ProcessTable {
  public:
   struct State {
     std::map<pid_t, ProcessState> states;
+    std::set<pid_t> unseen{};  ///< Those that run and cannot be looked at.
     std::map<pid_t, std::vector<std::string>> arguments;
     std::map<std::string, TerminalMode> modes;
   };
@@ -109,6 +122,9 @@ class ScriptedProcesses final : public ProcessTable {
   std::optional<ProcessState> state(pid_t process) const override {
     const auto found = state_.states.find(process);
     return found == state_.states.end() ? std::nullopt : std::optional(found->second);
+  }
+  bool hasEnded(pid_t process) const override {
+    return state_.states.count(process) == 0 && state_.unseen.count(process) == 0;
   }
   std::vector<std::string> arguments(pid_t process) const override {
     const auto found = state_.arguments.find(process);

@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
         BusyCase{"FishLoops", fish, {"while true; end"}, true},
         BusyCase{"DashLoops", dash, {"while true; do :; done"}, true},
         BusyCase{"BashReads", bash, {"read answer"}, true}, BusyCase{"ZshReads", zsh, {"read answer"}, true},
-        BusyCase{"ZshAsksBeforeItDeletesAll", zsh, {"mkdir d && cd d && touch a b", "rm *"}, true},
+        BusyCase{"ZshAsksBeforeItDeletesAll", zsh, {"cd && mkdir d && cd d && touch a b", "rm *"}, true},
         BusyCase{"ZshAsksYesOrNo", zsh, {"read -q answer"}, true},
         BusyCase{"BashReadsOneKey", bash, {"read -n 1 answer"}, true},
         BusyCase{"BashReadsASecret", bash, {"read -s answer"}, true},

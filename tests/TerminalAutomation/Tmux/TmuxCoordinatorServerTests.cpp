@@ -63,6 +63,16 @@ class TmuxCoordinator : public testing::PrivateTmux {
     return id;
   }
 
+  /// Waits until the shell has drawn a prompt on the screen's line `line`, from 0. A line that was seen
+  /// before it was drawn is looked at again, which costs a program.
+  void waitForPrompt(int line) {
+    EXPECT_TRUE(eventually([&] {
+      const auto cursor = tmux({"display-message", "-p", "#{cursor_x} #{cursor_y}"});
+      return !cursor.starts_with("0 ") && cursor.ends_with(" " + std::to_string(line));
+    })) << "no prompt on line "
+        << line;
+  }
+
   /// How many tmux programs `call` starts; it must succeed.
   template <class Call>
   int programsOf(Call call) {
@@ -87,12 +97,14 @@ class TmuxCoordinator : public testing::PrivateTmux {
 
 TEST_F(TmuxCoordinator, ACallStartsNoMoreTmuxProgramsThanItNeeds) {
   startServer();
+  waitForPrompt(0);
   const auto id = onlySession();
   auto& core = coordinator();
   const auto request = Uuid::random;
   EXPECT_EQ(programsOf([&] { return core.status(request(), client_); }), 1);
   EXPECT_EQ(programsOf([&] { return core.listSessions(request(), client_, {}); }), 1);
   EXPECT_EQ(programsOf([&] { return core.sendCommand(request(), client_, {id, ":"}); }), 2);
+  waitForPrompt(1);
   ASSERT_EQ(onlySession(), id);
   EXPECT_EQ(programsOf([&] { return core.sendKey(request(), client_, {id, TerminalKey::upArrow, 1}); }), 2);
   EXPECT_EQ(programsOf([&] {

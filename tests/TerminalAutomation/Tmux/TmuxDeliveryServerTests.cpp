@@ -208,7 +208,7 @@ TEST_F(TmuxDeliveryOnServer, TheServersOwnGuardRefusesAPaneThatDiedAfterTheLookU
   tmux({"set-option", "-g", "remain-on-exit", "on"});
   tmux({"split-window", "-d", "exec true"});
   ASSERT_TRUE(eventually([&] { return tmux({"display-message", "-p", "-t", "%1", "#{pane_dead}"}) == "1"; }));
-  auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+  auto listing = parseListing(ask(paneListing()).output);
   ASSERT_TRUE(listing.has_value());
   for (PaneRow row : listing->panes) {
     if (row.pane != 1) continue;
@@ -269,6 +269,9 @@ TEST_F(TmuxDeliveryOnServer, RefusesABusyPaneUnlessAllowed) {
 TEST_F(TmuxDeliveryOnServer, RunsALongCommandInABash) {
   startServer();
   const auto tab = onlyTab();
+  // The shell may take input a moment before its prompt is drawn, and a prompt that appears meanwhile is
+  // refused.
+  ASSERT_TRUE(eventually([&] { return tmux({"display-message", "-p", "#{cursor_x}"}) != "0"; }));
   ASSERT_TRUE(eventually([&] { return !isBusy(tab.tty); }));
   const std::string payload(60'000, 'p');
   executor()

@@ -57,6 +57,13 @@ TEST(TmuxErrors, EachFailureHasItsCodeAndItsWords) {
        "can't find pane: %99. The outcome is unknown"},
       {exited(1, "can't find pane: %99\n"), TmuxEffect::created, ErrorCode::appleScriptExecutionFailed, false,
        "unknown whether the session was created"},
+      // What a hook of the user's says of a file of its own.
+      {exited(1, "/home/user/hook.conf: No such file or directory\n"), TmuxEffect::typed,
+       ErrorCode::appleScriptExecutionFailed, false, "outcome is unknown"},
+      {exited(1, "/home/user/hook.conf: Permission denied\n"), TmuxEffect::typed,
+       ErrorCode::appleScriptExecutionFailed, false, "outcome is unknown"},
+      {exited(1, "hook: Connection refused\n"), TmuxEffect::none, ErrorCode::appleScriptExecutionFailed, true,
+       "tmux could not complete the operation: hook"},
       {{.end = End::timedOut},
        TmuxEffect::none,
        ErrorCode::terminalNotAvailable,

@@ -173,7 +173,7 @@ TEST_F(TmuxFailures, ATextWhoseServerHangsIsNeverTypedLater) {
   startServer(recorder());
   waitForRecorder();
   onlyTab();
-  const auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+  const auto listing = parseListing(ask(paneListing()).output);
   const pid_t server = serverProcess().value();
   ::kill(server, SIGSTOP);
   // Past the look-up: the invocation that types meets the hung server.

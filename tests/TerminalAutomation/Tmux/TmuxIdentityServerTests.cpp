@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include "tests/TerminalAutomation/Tmux/PrivateTmux.h"
@@ -64,6 +65,39 @@ TEST_F(TmuxIdentity, ListsLinkedAndGroupedWindowsOnce) {
   EXPECT_NE(all[0].tty, all[1].tty);
   EXPECT_EQ((std::set<std::int64_t>{all[0].windowIndex, all[1].windowIndex}), (std::set<std::int64_t>{1, 2}));
   EXPECT_EQ(executor().status().get().windowCount, 2);
+}
+
+TEST_F(TmuxIdentity, ATabIsTheSameWhenItIsListedAlone) {
+  startServer({"bash"});
+  tmux({"set-option", "-g", "remain-on-exit", "on"});
+  tmux({"split-window", "-d", "exec sleep 1000"});
+  tmux({"split-window", "-d", "exec true"});
+  tmux({"new-window", "-d", "exec cat"});
+  tmux({"new-session", "-d", "-s", "other", "-x", "80", "-y", "24", "exec cat"});
+  tmux({"link-window", "-s", "main:1", "-t", "other:7"});
+  tmux({"new-session", "-d", "-s", "twin", "-t", "main"});
+  ASSERT_TRUE(eventually([&] { return tmux({"display-message", "-p", "-t", "%2", "#{pane_dead}"}) == "1"; }));
+  const auto alone = [&](const TerminalTabSnapshot& tab) { return executor().listTab(tab.tty).get(); };
+  EXPECT_TRUE(eventually([&] {
+    const auto all = tabs();
+    return all.size() >= 4 && std::all_of(all.begin(), all.end(), [&](const auto& tab) {
+             return alone(tab) == std::vector<TerminalTabSnapshot>{tab};
+           });
+  }));
+}
+
+TEST_F(TmuxIdentity, ATabThatHasGoneOrMovedIsNotFoundAlone) {
+  startServer();
+  tmux({"split-window", "-d"});
+  tmux({"split-window", "-d"});
+  const auto moved = tabOf("%1");
+  const auto gone = tabOf("%2");
+  tmux({"break-pane", "-d", "-s", "%1"});
+  tmux({"kill-pane", "-t", "%2"});
+  const auto found = executor().listTab(moved.tty).get();
+  ASSERT_EQ(found.size(), 1u);
+  EXPECT_NE(found.front().windowId, moved.windowId);
+  EXPECT_TRUE(executor().listTab(gone.tty).get().empty());
 }
 
 TEST_F(TmuxIdentity, RefusesTheOldNameAfterAPaneIsBrokenOut) {

@@ -76,6 +76,7 @@ TEST_F(TmuxProcessTransportTest, AServersServiceIsNotTheBridges) {
                                               (directory_ / "bin" / "tmux").string() + " " + plain);
   EXPECT_EQ(startOf("list-panes", true), "-u -S " + socket + " list-panes -d") << "it starts no server";
   EXPECT_EQ(startOf("new-session", false), plain);
+  EXPECT_TRUE(startOf("start-server", true).starts_with("systemd-run --user --scope "));
 }
 
 TEST_F(TmuxProcessTransportTest, WithoutASystemdOfTheUserAServerIsStartedPlainly) {

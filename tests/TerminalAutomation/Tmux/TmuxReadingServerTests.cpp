@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include "BridgeModels/Text.h"
@@ -7,9 +8,11 @@
 namespace velmora {
 namespace {
 
+using ::testing::AnyOf;
 using testing::contentOf;
 using testing::eventually;
 using testing::modeOf;
+using ::testing::StartsWith;
 using testing::structuredError;
 using testing::writeFile;
 
@@ -63,6 +66,19 @@ TEST_F(TmuxReading, JoinsLinesThatTheScreenWrapped) {
       << read(tab, OutputSource::visible).text;
 }
 
+TEST_F(TmuxReading, GivesTheColoursThatBeganAboveTheScreen) {
+  std::string content = "plain\n\033[31mred\n";
+  for (int row = 0; row < 30; ++row) content += "still red\n";
+  const auto tab = show(content + "last");
+  ASSERT_TRUE(eventually([&] { return read(tab, OutputSource::visible).text.ends_with("last"); }));
+  ASSERT_EQ(read(tab, OutputSource::visible).text.find("plain"), std::string::npos);
+  const auto found =
+      executor().readAs({.maxCharacters = 50'000, .format = OutputFormat::ansi}, tab.tty, tab.windowId).get();
+  // tmux 3.5a ends colours in the row in which they stand.
+  EXPECT_THAT(found.output.text,
+              AnyOf(StartsWith("\033[31mstill red\n"), StartsWith("\033[31mstill red\033[39m\n")));
+}
+
 TEST_F(TmuxReading, CountsCharactersAsPeopleDoAndKeepsTheEnd) {
   const auto tab = show("한글 e\xcc\x81 🇰🇷 끝\n");
   ASSERT_TRUE(eventually([&] { return !read(tab, OutputSource::visible).text.empty(); }));
@@ -85,7 +101,7 @@ TEST_F(TmuxReading, TitlesOfAnyLengthMakeAShortListing) {
   startServer({"sh", "-c", "printf '\\033]2;%0300000d\\007' 7; exec sleep 1000"});
   ASSERT_TRUE(eventually([&] { return onlyTab().title.size() > 100; }));
   EXPECT_LT(onlyTab().title.size(), 600u);
-  TmuxAnswer answer = ask({"list-panes", "-a", "-F", paneRowFormat()});
+  TmuxAnswer answer = ask(paneListing());
   EXPECT_LT(answer.output.size(), 2'000u) << "tmux itself cuts them";
 }
 

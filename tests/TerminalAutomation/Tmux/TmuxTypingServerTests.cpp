@@ -103,8 +103,11 @@ TEST_P(TmuxHalfTyped, LineOfLaterIsLeftAloneToo) {
   type({"-l", ": before"});
   type({"Enter"});
   waitForPrompt();
+  const std::string before = cursor();
   EXPECT_TRUE(eventually([&] { return send(": first") == ""; }));
   later(30);
+  // Until the shell has read that, the prompt which one sees is the last one.
+  EXPECT_TRUE(eventually([&] { return cursor() != before; }));
   waitForPrompt();
   type({"-l", "true"});
   type({"Enter"});
@@ -134,6 +137,7 @@ TEST_F(TmuxTyping, AKeyOfTheUserHoldsThePaneForTenSeconds) {
     const std::string times = activity();
     return times.substr(0, times.find(' ')) != times.substr(times.find(' ') + 1);
   }));
+  waitForPrompt();
   EXPECT_EQ(send(": agent"), typing_);
   later(12);
   EXPECT_TRUE(eventually([&] { return send(": agent") == ""; })) << "the line is empty, the user rests";
@@ -177,10 +181,22 @@ TEST_F(TmuxTyping, TheServerItselfRefusesWhatWasTypedAfterTheLook) {
   EXPECT_EQ(tmux({"list-buffers"}), "");
 }
 
+TEST_F(TmuxTyping, APromptThatIsDrawnAfterTheLookIsNobodysTyping) {
+  start({"bash"});
+  tabs();
+  {
+    std::ofstream shell(tab_.tty);  // what the shell prints, as far as tmux can tell
+    shell << "\r\033[Kann@desk:~$ " << std::flush;
+  }
+  ASSERT_TRUE(eventually([&] { return column() == "12"; }));
+  EXPECT_NO_THROW(executor().send("echo agent > " + recording().string(), tab_.tty, tab_.windowId).get());
+  expectRecorded("agent\n");
+}
+
 TEST_F(TmuxTyping, AProgramThatStartedAfterTheLookGetsNothing) {
   start({"bash"});
   tabs();
-  auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+  auto listing = parseListing(ask(paneListing()).output);
   ASSERT_TRUE(listing && listing->panes.size() == 1);
   EXPECT_EQ(listing->panes[0].program, "bash");
   tmux({"send-keys", "-t", "%0", "cat > " + recording().string(), "Enter"});
@@ -208,7 +224,7 @@ TEST_F(TmuxTyping, AProgramMayCallItselfAnything) {
   startServer({"bash", "-c", "exec -a $'a\\tb\\n#{pid},}' sleep 1000"});
   const auto all = tabs();
   ASSERT_EQ(all.size(), 1u);
-  const auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+  const auto listing = parseListing(ask(paneListing()).output);
   ASSERT_TRUE(listing.has_value());
   EXPECT_EQ(listing->panes[0].program.find_first_of("\t\n#{},"), std::string::npos)
       << listing->panes[0].program;

@@ -41,6 +41,17 @@ TEST(TmuxDirectClient, BringsBackTheAnswer) {
   EXPECT_TRUE(exchange.commandMayHaveLeft);
 }
 
+TEST(TmuxDirectClient, UsesTheTimeInWhichTheServerIsAtWork) {
+  std::promise<void> used;
+  const FakeTmux server([&](FakeTmuxClient& client) {
+    used.get_future().wait();
+    answering("rows\n")(client);
+  });
+  TmuxInvocation invocation = asking();
+  invocation.meanwhile = [&] { used.set_value(); };
+  EXPECT_EQ(ask(server.socket(), invocation).exchange.answer.output, "rows\n");
+}
+
 TEST(TmuxDirectClient, HandsOverInputThatFitsNoBuffer) {
   std::string received;
   std::promise<void> all;

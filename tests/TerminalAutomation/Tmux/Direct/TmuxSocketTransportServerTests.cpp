@@ -56,7 +56,7 @@ class DirectTmux : public testing::VersionedTmux {
   }
 
   PaneRow onlyPane() {
-    const auto listing = parseListing(ask({"list-panes", "-a", "-F", paneRowFormat()}).output);
+    const auto listing = parseListing(ask(paneListing()).output);
     EXPECT_TRUE(listing && listing->panes.size() == 1);
     return listing && !listing->panes.empty() ? listing->panes.front() : PaneRow{};
   }
@@ -78,7 +78,7 @@ TEST_P(DirectTmux, TheAdaptersCommandsAllGoDirectlyAndAnswerAsTheProgramDoes) {
   waitForRecorder();
   const PaneRow pane = onlyPane();
   const std::vector<std::vector<std::string>> reading{
-      {"list-panes", "-a", "-F", paneRowFormat()},
+      paneListing(),
       {"list-panes", "-a", "-F", paneRowFormat(), ";", "list-clients", "-F", clientRowFormat()},
       {"list-panes", "-a", "-f", "#{==:#{pane_tty}," + pane.tty + "}", "-F", paneRowFormat()},
       readText(pane, OutputSource::visible).arguments,
@@ -284,6 +284,10 @@ std::string randomText(std::mt19937& chance, std::size_t size) {
 
 TEST_P(DirectTmux, RandomCallsAreAnsweredAsByTheProgramAndHarmNoServer) {
   startServer({"stty raw -echo; exec cat >/dev/null"});
+  // Before that a control character among the keys would end the pane, and the server with it.
+  ASSERT_TRUE(eventually([&] {
+    return tmux({"display-message", "-p", "#{pane_current_command}"}) == "cat";
+  }));
   std::mt19937 chance(7);
   const auto sizeOf = [&chance] {
     static const std::vector<std::size_t> sizes{0, 1, 3, 10, 100, 1'000, 5'000, 15'000};

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <future>
+#include <memory>
 #include <vector>
 
 #include "TerminalAutomation/Tmux/Direct/TmuxSocketTransport.h"
@@ -108,6 +109,25 @@ class TmuxSocketTransportTest : public ::testing::Test {
   FakeTmux server_{[this](FakeTmuxClient& client) { serve(client); }};
   std::unique_ptr<TmuxSocketTransport> transport_;
 };
+
+TEST_F(TmuxSocketTransportTest, SaysWhichWayTheServerIsAsked) {
+  EXPECT_EQ(transport().way(), "");
+  run();
+  EXPECT_EQ(transport().way(), "over its own socket");
+  serve_ = [](FakeTmuxClient& client) { ::shutdown(client.descriptor(), SHUT_RDWR); };
+  run();
+  EXPECT_EQ(transport().way(), "by the tmux program: the server hung up in the middle");
+}
+
+TEST_F(TmuxSocketTransportTest, AsksByTheProgramForWhomTheUserWantsItSo) {
+  run();
+  transport().useProgramOnly(true);
+  EXPECT_EQ(run().output, "by the program");
+  EXPECT_EQ(transport().way(), "by the tmux program, as the setting tmuxTransport says");
+  transport().useProgramOnly(false);
+  EXPECT_EQ(run().output, "directly");
+  EXPECT_EQ(served_, 2);
+}
 
 TEST_F(TmuxSocketTransportTest, SpeaksDirectlyAfterBothWaysAgreedOnce) {
   for (int count = 0; count < 3; ++count) EXPECT_EQ(run().output, "directly");
@@ -229,10 +249,10 @@ TEST_F(TmuxSocketTransportTest, LeavesAnUnsafeSocketToTheProgramsTransport) {
 
 TEST_F(TmuxSocketTransportTest, CancelsBothWays) {
   run();
-  std::promise<void> asked;
-  serve_ = [&](FakeTmuxClient&) { asked.set_value(); };
+  const auto asked = std::make_shared<std::promise<void>>();  // the server's thread outlives the test
+  serve_ = [asked](FakeTmuxClient&) { asked->set_value(); };
   auto call = std::async(std::launch::async, [this] { return run(); });
-  asked.get_future().wait();
+  asked->get_future().wait();
   transport().cancel();
   EXPECT_EQ(call.get().end, End::cancelled);
   EXPECT_TRUE(program_.cancelled);

@@ -59,14 +59,6 @@ TEST(TmuxTrust, LetsNoVerdictUndoASurprise) {
   EXPECT_EQ(trust.verdict(one)->way, Way::program);
 }
 
-TEST(TmuxTrust, ForgetsAServerThatWasReplaced) {
-  TmuxTrust trust;
-  trust.verdict(one);
-  trust.settle(one, {.way = Way::direct});
-  trust.forget(one);
-  EXPECT_EQ(trust.verdict(one), std::nullopt);
-}
-
 TEST(TmuxSocketStamp, TellsAFileFromTheNextOfTheSameName) {
   const TemporaryDirectory folder;
   EXPECT_EQ(tmuxSocketStamp(folder / "s"), std::nullopt);
