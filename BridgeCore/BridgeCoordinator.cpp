@@ -1,5 +1,6 @@
 #include "BridgeCore/BridgeCoordinator.h"
 
+#include <algorithm>
 #include <tuple>
 
 #include "BridgeCore/StructuredErrorMapper.h"
@@ -20,6 +21,10 @@ constexpr bool isTrouble(ErrorCode code) {
   return isFailure(code) || code == ErrorCode::terminalNotAvailable ||
          code == ErrorCode::automationPermissionDenied || code == ErrorCode::outputUnavailable ||
          code == ErrorCode::screenCaptureUnavailable || code == ErrorCode::historyStorageFailed;
+}
+
+RequestStatus statusOf(const StructuredError& error) {
+  return isFailure(error.code) ? RequestStatus::failed : RequestStatus::rejected;
 }
 
 // Whether both ask the same of the history.
@@ -51,6 +56,7 @@ struct BridgeCoordinator::Call {
   const ClientIdentitySummary& client;
   ToolName tool;
   std::optional<Uuid> sessionId{};
+  std::string_view input{};  ///< What is typed.
 };
 
 /// What the record and the log learn of a success besides its time.
@@ -72,20 +78,26 @@ struct BridgeCoordinator::Answer {
 BridgeCoordinator::BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                                      BridgeOperationState& operationState, RequestRecorder& recorder,
                                      PrivacySettingsStore& settingsStore, HistoryStore& historyStore,
-                                     const Clock& now, Log log, PermissionStore* permissionStore)
-    : registry_(registry),
+                                     const Clock& now, Log log, PermissionStore* permissionStore,
+                                     PauseStore* pauseStore)
+    : automation_(automation),
+      registry_(registry),
       operationState_(operationState),
       permissionMemory_(registry, permissionStore, log),
       statusService_(automation, operationState, registry, now, statusDeadline),
-      sessionService_(automation, registry, SessionPolicy::safe, now, &permissionMemory_),
-      permissionService_(registry, &permissionMemory_),
-      commandService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
-      keyService_(automation, sessionService_, permissionService_, operationState, settingsStore, now),
+      sessionService_(automation, registry, SessionPolicy::safe, now, &permissionMemory_, &watchedTerminals_),
+      permissionService_(registry, &permissionMemory_, &watchedTerminals_),
+      commandService_(automation, sessionService_, permissionService_, operationState, settingsStore, now,
+                      [this](const Uuid& session) { marker_.agentTypes(session); }),
+      keyService_(automation, sessionService_, permissionService_, operationState, settingsStore, now,
+                  [this](const Uuid& session) { marker_.agentTypes(session); }),
       outputService_(automation, sessionService_, permissionService_),
       captureService_(automation, sessionService_, permissionService_, now),
       recorder_(recorder),
       settingsStore_(settingsStore),
       historyStore_(historyStore),
+      pauseStore_(pauseStore),
+      marker_(automation, registry, operationState),
       now_(now),
       log_(std::move(log)) {}
 
@@ -127,14 +139,16 @@ ToolResult<CommandPayload> BridgeCoordinator::sendCommand(const Uuid& requestId,
                                                           const ClientIdentitySummary& client,
                                                           const SendCommandInput& input,
                                                           const Caller& caller) {
-  return run<CommandPayload>({requestId, client, ToolName::sendCommand, input.sessionId}, [&] {
+  return run<CommandPayload>({requestId, client, ToolName::sendCommand, input.sessionId, input.command}, [&] {
     return Answer<CommandPayload>{commandService_.send(input, caller), {}, {.command = input.command}};
   });
 }
 
 ToolResult<KeyPayload> BridgeCoordinator::sendKey(const Uuid& requestId, const ClientIdentitySummary& client,
                                                   const SendKeyInput& input, const Caller& caller) {
-  return run<KeyPayload>({requestId, client, ToolName::sendKey, input.sessionId},
+  auto keys = std::string(wireName(input.key));
+  if (input.repeatCount != 1) keys += " x" + std::to_string(input.repeatCount);
+  return run<KeyPayload>({requestId, client, ToolName::sendKey, input.sessionId, keys},
                          [&] { return Answer<KeyPayload>{keyService_.send(input, caller)}; });
 }
 
@@ -143,10 +157,10 @@ ToolResult<OutputPayload> BridgeCoordinator::readOutput(const Uuid& requestId,
                                                         const ReadOutputInput& input, const Caller& caller) {
   return run<OutputPayload>({requestId, client, ToolName::readOutput, input.sessionId}, [&] {
     auto [payload, warnings] = outputService_.read(input, caller);
-    const Outcome outcome{.output = payload.text,
-                          .outputCharacterCount = payload.returnedCharacters,
-                          .outputTruncated = payload.truncated};
-    return Answer<OutputPayload>{std::move(payload), std::move(warnings), outcome};
+    Outcome outcome{.outputCharacterCount = payload.returnedCharacters, .outputTruncated = payload.truncated};
+    // A text can be long, and few users keep any of it.
+    if (settingsStore_.current().storeOutputPreview) outcome.output = payload.text;
+    return Answer<OutputPayload>{std::move(payload), std::move(warnings), std::move(outcome)};
   });
 }
 
@@ -179,6 +193,11 @@ LocalStateProblems BridgeCoordinator::loadLocalState(bool formerRunWasCutShort) 
   }
   const auto settings = settingsStore_.current();
   setSessionPolicy(settings.sessionPolicy);
+  useInTerminal(settings);
+  if (pauseIsKept()) {
+    setPaused(true);
+    log_.warning("start", "paused, as the user left it: " + pauseStore_->fileURL().string());
+  }
   try {
     permissionMemory_.load();
   } catch (...) {
@@ -206,6 +225,14 @@ void BridgeCoordinator::adoptSessionPolicy(SessionPolicy policy) {
   apply(settings);
 }
 
+void BridgeCoordinator::adoptBusyInput(bool allowed, bool allowedInOwn) {
+  const MutexLock order(settingsOrder_);
+  auto settings = settingsStore_.load();
+  settings.allowBusySessionInput = allowed;
+  settings.allowOwnBusySessionInput = allowedInOwn ? std::optional(true) : std::nullopt;
+  apply(settings);
+}
+
 void BridgeCoordinator::apply(const PrivacyRetentionSettings& settings) {
   const auto before = settingsStore_.current();
   settingsStore_.save(settings);
@@ -216,7 +243,13 @@ void BridgeCoordinator::apply(const PrivacyRetentionSettings& settings) {
       (before.storeOutputPreview && !saved.storeOutputPreview))
     historyStore_.forgetUnreadable();
   setSessionPolicy(saved.sessionPolicy);
+  useInTerminal(saved);
   recorder_.scrub(historyStore_, saved);
+}
+
+void BridgeCoordinator::useInTerminal(const PrivacyRetentionSettings& settings) {
+  automation_.useSettings(settings);
+  marker_.use(settings.tmuxMarks.value_or(false));
 }
 
 void BridgeCoordinator::clearHistory() {
@@ -238,12 +271,36 @@ void BridgeCoordinator::leaveHistory(const std::optional<PrivacyRetentionSetting
 
 void BridgeCoordinator::setPaused(bool paused) {
   operationState_.set(paused ? MCPState::paused : MCPState::active);
+  marker_.look();
+}
+
+void BridgeCoordinator::holdPause(bool held) {
+  pauseIsHeld_ = held;
+  if (held) setPaused(true);
+}
+
+void BridgeCoordinator::keepPause() {
+  const MutexLock order(pauseOrder_);
+  if (pauseStore_ != nullptr) pauseStore_->keep(operationState_.current() == MCPState::paused);
+}
+
+bool BridgeCoordinator::pauseIsKept() {
+  if (pauseStore_ == nullptr) return false;
+  const MutexLock order(pauseOrder_);
+  try {
+    return pauseStore_->isKept();
+  } catch (const std::exception& error) {
+    log_.error("start", pauseStore_->fileURL().string() + ": " + error.what());
+    return true;
+  }
 }
 
 void BridgeCoordinator::setSessionPolicy(SessionPolicy policy) { sessionService_.setPolicy(policy); }
 
 TerminalSession BridgeCoordinator::setPermission(SessionPermission permission, const Uuid& sessionId) {
-  return permissionService_.set(permission, sessionId);
+  auto session = permissionService_.set(permission, sessionId);
+  marker_.look();
+  return session;
 }
 
 TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission permission,
@@ -253,32 +310,36 @@ TerminalSession BridgeCoordinator::changeSessionPermission(SessionPermission per
 
 template <class Payload, class Work>
 ToolResult<Payload> BridgeCoordinator::run(const Call& call, Work work) {
-  const auto session = open(call);
+  const auto request = open(call);
+  const auto& session = request.sessionSnapshot;
   try {
     if (toolTraits(call.tool).pauseComesFirst) {
       operationState_.requireMutationAllowed(wireName(call.tool), session);
     }
     Answer<Payload> answer = work();
-    close(call, answer.outcome);
+    marker_.look();
+    tellWatchers(call, request, close(call, answer.outcome), std::nullopt);
     return {.requestId = call.requestId,
             .ok = true,
             .data = std::move(answer.payload),
             .warnings = std::move(answer.warnings)};
   } catch (...) {  // nothing that reaches a client is an exception
-    return {.requestId = call.requestId, .ok = false, .error = fail(call, std::current_exception(), session)};
+    auto error = fail(call, std::current_exception(), session);
+    tellWatchers(call, request, statusOf(error), error);
+    return {.requestId = call.requestId, .ok = false, .error = std::move(error)};
   }
 }
 
 // Opens the record, and notes the call with the session that it names.
-std::optional<SessionReference> BridgeCoordinator::open(const Call& call) {
+MCPRequestRecord BridgeCoordinator::open(const Call& call) {
   std::optional<SessionReference> session;
   if (call.sessionId) session = SessionReference{.sessionId = *call.sessionId};
-  const auto record = recorder_.begin(call.requestId, shortened(call.client), call.tool, session);
+  auto record = recorder_.begin(call.requestId, shortened(call.client), call.tool, session);
   if (call.sessionId) registry_.markRequest(*call.sessionId, record.receivedAt);
-  return session;
+  return record;
 }
 
-void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
+RequestStatus BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
   const auto traits = toolTraits(call.tool);
   if (traits.sensitive) {
     recorder_.setSensitiveContent(call.requestId, outcome.command, outcome.output, settingsStore_.current());
@@ -289,18 +350,31 @@ void BridgeCoordinator::close(const Call& call, const Outcome& outcome) {
   if (traits.sensitive) recorder_.persist(historyStore_, settingsStore_);
   logChange(call, outcome.createdSession ? outcome.createdSession : call.sessionId,
             std::string(wireName(status)));
+  return status;
 }
 
 StructuredError BridgeCoordinator::fail(const Call& call, const std::exception_ptr& error,
                                         const std::optional<SessionReference>& session) {
   auto mapped = StructuredErrorMapper::map(error, wireName(call.tool), session);
-  const auto status = isFailure(mapped.code) ? RequestStatus::failed : RequestStatus::rejected;
+  const auto status = statusOf(mapped);
   recorder_.complete(call.requestId, status, std::nullopt, std::nullopt, mapped);
   statusService_.note(call.requestId, mapped);
   logChange(call, call.sessionId, std::string(wireName(status)) + ", " + std::string(wireName(mapped.code)));
   if (isTrouble(mapped.code))
     log_.warning("calls", std::string(wireName(call.tool)) + " failed: " + mapped.message);
   return mapped;
+}
+
+void BridgeCoordinator::tellWatchers(const Call& call, MCPRequestRecord request, RequestStatus status,
+                                     const std::optional<StructuredError>& error) {
+  if (!feed_.isWatched()) return;
+  request.status = status;
+  request.completedAt = now_();
+  const double seconds =
+      request.completedAt->secondsSinceReferenceDate - request.receivedAt.secondsSinceReferenceDate;
+  request.durationMilliseconds = static_cast<std::int64_t>(std::max(seconds, 0.0) * 1000);
+  request.error = error;
+  feed_.tell(std::move(request), call.input);
 }
 
 void BridgeCoordinator::logChange(const Call& call, const std::optional<Uuid>& session,

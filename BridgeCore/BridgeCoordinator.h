@@ -4,6 +4,7 @@
 // left at the end. It decides the order of the steps; the services and the stores do the work.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -13,12 +14,16 @@
 #include "BridgeCore/BridgeStatusService.h"
 #include "BridgeCore/Delivery.h"
 #include "BridgeCore/HistoryStore/HistoryStore.h"
+#include "BridgeCore/HistoryStore/PauseStore.h"
 #include "BridgeCore/HistoryStore/PrivacySettingsStore.h"
 #include "BridgeCore/HistoryStore/RequestRecorder.h"
 #include "BridgeCore/Reading.h"
+#include "BridgeCore/RequestFeed.h"
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/SessionRegistry.h"
+#include "BridgeCore/TerminalMarker.h"
 #include "BridgeCore/TerminalSessionService.h"
+#include "BridgeCore/WatchedTerminals.h"
 #include "BridgeModels/Caller.h"
 #include "BridgeModels/ToolName.h"
 #include "BridgeModels/ToolPayloads.h"
@@ -41,13 +46,15 @@ struct LocalStateProblems {
 /// Thread-safe. Tool calls take no lock of its own: those of different requests meet only in the monitors it
 /// is built over. What it is given must outlive it. No tool operation throws; a failure travels inside the
 /// result. The log gets a line for each call that changes something, and one for each failure of the terminal
-/// or a store. Without a permission store, what the user sets for a session ends with the run.
+/// or a store. Without a permission store, what the user sets for a session ends with the run; without a
+/// pause store a pause does.
 class BridgeCoordinator {
  public:
   BridgeCoordinator(TerminalAutomating& automation, SessionRegistry& registry,
                     BridgeOperationState& operationState, RequestRecorder& recorder,
                     PrivacySettingsStore& settingsStore, HistoryStore& historyStore, const Clock& now,
-                    Log log = {}, PermissionStore* permissionStore = nullptr);
+                    Log log = {}, PermissionStore* permissionStore = nullptr,
+                    PauseStore* pauseStore = nullptr);
 
   // The nine tools. `requestId` is the caller's; `client` is who calls. Nothing is begun in the
   // terminal once `caller` has left; the status, which changes nothing and never waits long, looks at none.
@@ -74,15 +81,18 @@ class BridgeCoordinator {
 
   /// Loads the settings, the sessions' permissions and, when the user keeps one, the history. What cannot be
   /// read keeps its default and stays on disk; nothing is thrown. After a run that was cut short, a history
-  /// that was to be deleted at its end is deleted instead.
+  /// that was to be deleted at its end is deleted instead. A pause that was kept holds again.
   LocalStateProblems loadLocalState(bool formerRunWasCutShort = false);
-  /// Saves the settings; then the session policy holds, and what they no longer allow to be kept is removed.
-  /// Throws what PrivacySettingsStore::save throws (nothing has changed then), and the storage error of the
-  /// history.
+  /// Saves the settings; then the session policy and what they say of the terminal hold, and what they no
+  /// longer allow to be kept is removed. Throws what PrivacySettingsStore::save throws (nothing has changed
+  /// then), and the storage error of the history.
   void applySettings(const PrivacyRetentionSettings& settings);
   /// Changes the session policy and nothing else of what is stored. The policy holds even when it cannot be
   /// saved. Throws what loading and applySettings throw.
   void adoptSessionPolicy(SessionPolicy policy);
+  /// Allows or refuses input to busy sessions, all of them or the bridge's own, and changes nothing else of
+  /// what is stored. Throws what loading and applySettings throw.
+  void adoptBusyInput(bool allowed, bool allowedInOwn);
   /// Empties the recorder, then deletes the history file. Throws the storage error when the file stays.
   void clearHistory();
   /// For the end of the run: deletes the history when the settings ask for it, else saves what came since the
@@ -91,8 +101,16 @@ class BridgeCoordinator {
   /// that could not be read ask for nothing. Throws the storage error.
   void leaveHistory(const std::optional<PrivacyRetentionSettings>& shown = std::nullopt);
 
-  // For the application. None of these leaves a record.
-  void setPaused(bool paused);
+  // For the user. None of these leaves a record.
+  void setPaused(bool paused);  ///< For this run; only a flag, and at once.
+  /// Makes the stored pause agree with the switch, so that the user's pause outlives the run. Throws
+  /// std::system_error and the storage error; the switch stays as it is then.
+  void keepPause();
+  bool pauseIsKept();  ///< Also when nobody can tell.
+  /// A pause that only who made it ends: until the window's introduction is answered, no command of the
+  /// user's resumes. Ends without resuming.
+  void holdPause(bool held);
+  bool pauseIsHeld() const { return pauseIsHeld_; }
   void setSessionPolicy(SessionPolicy policy);
   /// Throws the registry's not found and stale errors.
   TerminalSession setPermission(SessionPermission permission, const Uuid& sessionId);
@@ -108,6 +126,9 @@ class BridgeCoordinator {
   OutputService& outputService() { return outputService_; }
   CaptureService& captureService() { return captureService_; }
   RequestRecorder& recorder() { return recorder_; }
+  RequestFeed& feed() { return feed_; }
+  WatchedTerminals& watchedTerminals() { return watchedTerminals_; }
+  TerminalMarker& marker() { return marker_; }
   PrivacySettingsStore& settingsStore() { return settingsStore_; }
   HistoryStore& historyStore() { return historyStore_; }
 
@@ -119,16 +140,21 @@ class BridgeCoordinator {
 
   template <class Payload, class Work>
   ToolResult<Payload> run(const Call& call, Work work);
-  std::optional<SessionReference> open(const Call& call);
-  void close(const Call& call, const Outcome& outcome);
+  MCPRequestRecord open(const Call& call);
+  RequestStatus close(const Call& call, const Outcome& outcome);
   StructuredError fail(const Call& call, const std::exception_ptr& error,
                        const std::optional<SessionReference>& session);
+  void tellWatchers(const Call& call, MCPRequestRecord request, RequestStatus status,
+                    const std::optional<StructuredError>& error);
   void logChange(const Call& call, const std::optional<Uuid>& session, const std::string& outcome) const;
   void apply(const PrivacyRetentionSettings& settings) VELMORA_REQUIRES(settingsOrder_);
+  void useInTerminal(const PrivacyRetentionSettings& settings);
 
+  TerminalAutomating& automation_;
   SessionRegistry& registry_;
   BridgeOperationState& operationState_;
   PermissionMemory permissionMemory_;
+  WatchedTerminals watchedTerminals_;
   BridgeStatusService statusService_;
   TerminalSessionService sessionService_;
   SessionPermissionService permissionService_;
@@ -137,13 +163,18 @@ class BridgeCoordinator {
   OutputService outputService_;
   CaptureService captureService_;
   RequestRecorder& recorder_;
+  RequestFeed feed_;
   PrivacySettingsStore& settingsStore_;
   HistoryStore& historyStore_;
+  PauseStore* const pauseStore_;
+  std::atomic<bool> pauseIsHeld_ = false;
+  TerminalMarker marker_;
   const Clock now_;
   const Log log_;
 
   Mutex settingsOrder_;  // held across a whole change, so that policy and files follow the same order
   bool settingsAreUnreadable_ VELMORA_GUARDED_BY(settingsOrder_) = false;
+  Mutex pauseOrder_;  // held while the pause is stored, so that the file agrees with the switch pressed last
 };
 
 }  // namespace velmora

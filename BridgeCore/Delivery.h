@@ -2,10 +2,12 @@
 // before they do.
 #pragma once
 
+#include <functional>
 #include <future>
 #include <string_view>
 
 #include "BridgeCore/BridgeOperationState.h"
+#include "BridgeCore/Completion.h"
 #include "BridgeCore/ErrorCatalogue.h"
 #include "BridgeCore/HistoryStore/PrivacySettingsStore.h"
 #include "BridgeCore/SessionPermissionService.h"
@@ -22,13 +24,18 @@ struct AdmittedDelivery {
   bool allowBusy;
 };
 
+/// Is told of each session that was typed into, as soon as it was; must not block.
+using HasTyped = std::function<void(const Uuid& sessionId)>;
+
 /// Checks in this order: the session is valid now, the bridge is not paused, the session's permission allows
-/// input, the tab is not busy unless the settings allow that. Thread-safe.
+/// input, the tab is not busy unless the settings allow that: for all, or for those that the bridge opened
+/// and that no user's terminal has shown. Thread-safe.
 class DeliveryGuard {
  public:
   /// `tool` is sendCommand or sendKey; errors name it.
   DeliveryGuard(ToolName tool, TerminalSessionService& sessions, const SessionPermissionService& permissions,
-                const BridgeOperationState& operationState, PrivacySettingsStore& settingsStore);
+                const BridgeOperationState& operationState, PrivacySettingsStore& settingsStore,
+                HasTyped hasTyped);
 
   /// The first check that fails throws its StructuredError; nothing has been typed then.
   AdmittedDelivery admit(const Uuid& sessionId, const Caller& caller) const;
@@ -44,19 +51,23 @@ class DeliveryGuard {
   const SessionPermissionService& permissions_;
   const BridgeOperationState& operationState_;
   PrivacySettingsStore& settingsStore_;
+  const HasTyped hasTyped_;
 };
 
-/// Thread-safe: the adapter delivers one after the other. The answer promises delivery, not completion.
+/// Thread-safe: the adapter delivers one after the other. The answer promises delivery, and completion only
+/// when the caller waits for it.
 class CommandService {
  public:
   CommandService(TerminalAutomating& automation, TerminalSessionService& sessions,
                  const SessionPermissionService& permissions, const BridgeOperationState& operationState,
-                 PrivacySettingsStore& settingsStore, Clock now);
+                 PrivacySettingsStore& settingsStore, Clock now, HasTyped hasTyped = {});
 
   CommandPayload send(const SendCommandInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;
+  TerminalSessionService& sessions_;
+  CompletionService completion_;
   const DeliveryGuard guard_;
   const Clock now_;
 };
@@ -66,12 +77,13 @@ class KeyService {
  public:
   KeyService(TerminalAutomating& automation, TerminalSessionService& sessions,
              const SessionPermissionService& permissions, const BridgeOperationState& operationState,
-             PrivacySettingsStore& settingsStore, Clock now);
+             PrivacySettingsStore& settingsStore, Clock now, HasTyped hasTyped = {});
 
   KeyPayload send(const SendKeyInput& input, const Caller& caller = {});
 
  private:
   TerminalAutomating& automation_;
+  TerminalSessionService& sessions_;
   const DeliveryGuard guard_;
   const Clock now_;
 };

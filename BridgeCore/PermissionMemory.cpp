@@ -18,9 +18,6 @@ constexpr bool restricts(SessionPermission permission) {
   return permission == SessionPermission::readOnly || permission == SessionPermission::blocked;
 }
 
-constexpr bool isStricter(SessionPermission one, SessionPermission other) {
-  return restricts(one) && one > other;
-}
 static_assert(isStricter(SessionPermission::readOnly, SessionPermission::allowed));
 static_assert(isStricter(SessionPermission::blocked, SessionPermission::readOnly));
 static_assert(!isStricter(SessionPermission::allowed, SessionPermission::managed));

@@ -12,10 +12,12 @@ namespace velmora {
 
 namespace {
 
+constexpr auto operation = wireName(ToolName::readOutput);
+
 TerminalSession readable(TerminalSessionService& sessions, const SessionPermissionService& permissions,
-                         const Uuid& sessionId, std::string_view operation, const Caller& caller) {
-  auto session = sessions.validate(sessionId, operation, caller);
-  if (!permissions.canRead(session)) throw catalogue::sessionNotAllowed(operation, session.reference());
+                         const Uuid& sessionId, std::string_view tool, const Caller& caller) {
+  auto session = sessions.validate(sessionId, tool, caller);
+  if (!permissions.canRead(session)) throw catalogue::sessionNotAllowed(tool, session.reference());
   return session;
 }
 
@@ -28,29 +30,39 @@ LimitedOutput OutputLimiter::suffix(std::string_view text, std::int64_t maximumC
   return {std::string(end.text), end.totalCharacters};
 }
 
-OutputReading OutputService::read(const ReadOutputInput& input, const Caller& caller) {
-  constexpr auto operation = wireName(ToolName::readOutput);
+OutputReading OutputService::read(const ReadOutputInput& input, const Caller& arriving) {
   input.validate();
-  const auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
-  TerminalOutput output;
+  Caller caller = arriving;
+  auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
+  std::optional<bool> met;
+  if (input.waitSeconds.value_or(0) > 0) {
+    met = wait_.wait(input, session, caller);
+    caller = caller.asOfNow();
+    session = readable(sessions_, permissions_, input.sessionId, operation, caller);
+  }
+  OutputFound found;
   try {
-    output = answerOf(
-        automation_.readOutput(input.source, input.maxCharacters, session.tty, session.windowId, caller),
-        operation, session.reference());
+    found = find(input, session, caller);
   } catch (const StructuredError&) {
     throw;
   } catch (const std::exception&) {
     throw catalogue::outputUnavailable(session.reference());
   }
 
-  auto limited = OutputLimiter::suffix(output.text, input.maxCharacters);
-  const auto returned = std::min(limited.originalCharacterCount, input.maxCharacters);
+  auto& output = found.output;
+  const auto end = lastCharacters(output.text, input.maxCharacters);
+  const auto returned = std::min(end.totalCharacters, input.maxCharacters);
+  output.text.erase(0, output.text.size() - end.text.size());
   const bool truncated = returned < output.originalCharacterCount;
   OutputReading reading{{.sessionId = session.sessionId,
                          .source = input.source,
-                         .text = std::move(limited.text),
+                         .text = std::move(output.text),
                          .returnedCharacters = returned,
-                         .truncated = truncated},
+                         .truncated = truncated,
+                         .session = caller.extended ? std::optional(SessionState(session)) : std::nullopt,
+                         .met = met,
+                         .cursor = std::move(found.cursor),
+                         .cursorLost = input.after ? std::optional(found.cursorLost) : std::nullopt},
                         {}};
   if (truncated) {
     reading.warnings.push_back(StructuredErrorMapper::warningForTruncation(operation, session.reference()));
@@ -58,12 +70,27 @@ OutputReading OutputService::read(const ReadOutputInput& input, const Caller& ca
   return reading;
 }
 
+OutputFound OutputService::find(const ReadOutputInput& input, const TerminalSession& session,
+                                const Caller& caller) {
+  if (!caller.extended) {
+    return {.output = answerOf(automation_.readOutput(input.source, input.maxCharacters, session.tty,
+                                                      session.windowId, caller),
+                               operation, session.reference())};
+  }
+  return answerOf(automation_.readAs({.source = input.source,
+                                      .maxCharacters = input.maxCharacters,
+                                      .after = input.after,
+                                      .format = input.format.value_or(OutputFormat::plain)},
+                                     session.tty, session.windowId, caller),
+                  operation, session.reference());
+}
+
 CapturePayload CaptureService::capture(const SessionTargetInput& input, const Caller& caller) {
-  constexpr auto operation = wireName(ToolName::captureScreen);
-  const auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
+  constexpr auto tool = wireName(ToolName::captureScreen);
+  const auto session = readable(sessions_, permissions_, input.sessionId, tool, caller);
   try {
-    const auto capture = answerOf(automation_.captureScreen(session.tty, session.windowId, caller), operation,
-                                  session.reference());
+    const auto capture =
+        answerOf(automation_.captureScreen(session.tty, session.windowId, caller), tool, session.reference());
     return CapturePayload(session.sessionId, capture.imagePath, now_());
   } catch (const StructuredError&) {
     throw;

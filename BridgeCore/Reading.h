@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "BridgeCore/OutputWait.h"
 #include "BridgeCore/SessionPermissionService.h"
 #include "BridgeCore/TerminalSessionService.h"
 #include "BridgeModels/ToolPayloads.h"
@@ -41,14 +42,20 @@ class OutputService {
  public:
   OutputService(TerminalAutomating& automation, TerminalSessionService& sessions,
                 const SessionPermissionService& permissions)
-      : automation_(automation), sessions_(sessions), permissions_(permissions) {}
+      : automation_(automation),
+        sessions_(sessions),
+        permissions_(permissions),
+        wait_(automation, sessions, permissions) {}
 
   OutputReading read(const ReadOutputInput& input, const Caller& caller = {});
 
  private:
+  OutputFound find(const ReadOutputInput& input, const TerminalSession& session, const Caller& caller);
+
   TerminalAutomating& automation_;
   TerminalSessionService& sessions_;
   const SessionPermissionService& permissions_;
+  OutputWait wait_;
 };
 
 /// Thread-safe. The picture stays on disk for the client to read; nothing here deletes it.

@@ -16,6 +16,8 @@ void refresh(TerminalSession& session, const TerminalTabSnapshot& snapshot, Date
   session.title = snapshot.title;
   session.busy = snapshot.busy;
   session.selected = snapshot.selected;
+  session.neverShown = session.neverShown && snapshot.neverShown;  // once shown, it is the user's
+  session.targets = snapshot.targets;
   session.lastSeenAt = now;
 }
 
@@ -71,6 +73,7 @@ TerminalSession SessionRegistry::registerCreated(const TerminalTabSnapshot& snap
   }
   known->permission = SessionPermission::managed;
   known->bridgeCreated = true;
+  known->neverShown = known->neverShown && snapshot.neverShown;
   known->lastSeenAt = now;
   return *known;
 }
@@ -83,6 +86,13 @@ std::vector<TerminalSession> SessionRegistry::currentSessions() const {
 TerminalSession SessionRegistry::session(const Uuid& id) const {
   const MutexLock lock(mutex_);
   return requireValid(id);
+}
+
+std::optional<std::string> SessionRegistry::ttyOf(const Uuid& id) const {
+  const MutexLock lock(mutex_);
+  const auto found = sessions_.find(id);
+  if (found == sessions_.end() || found->second.validity != SessionValidity::valid) return std::nullopt;
+  return found->second.tty;
 }
 
 std::optional<SessionPermission> SessionRegistry::lastPermission(const Uuid& id) const {
@@ -114,6 +124,14 @@ TerminalSession SessionRegistry::validate(const Uuid& id, const std::vector<Term
 TerminalSession SessionRegistry::setPermission(SessionPermission permission, const Uuid& id) {
   const MutexLock lock(mutex_);
   auto& session = lookUp(id);
+  session.permission = permission;
+  return session;
+}
+
+std::optional<TerminalSession> SessionRegistry::tighten(SessionPermission permission, const Uuid& id) {
+  const MutexLock lock(mutex_);
+  auto& session = lookUp(id);
+  if (isStricter(session.permission, permission)) return std::nullopt;
   session.permission = permission;
   return session;
 }

@@ -41,15 +41,21 @@ class SessionRegistry {
 
   TerminalSession session(const Uuid& id) const;
 
+  /// The terminal of a valid session; nothing for any other id.
+  std::optional<std::string> ttyOf(const Uuid& id) const;
+
   /// Also of a session that is no longer valid; nothing for an id that was never issued.
   std::optional<SessionPermission> lastPermission(const Uuid& id) const;
 
-  /// Checks the session against a fresh listing and refreshes it; when it no longer is that tab it turns
-  /// stale for ever.
+  /// Checks the session against a fresh listing, of which the tabs on its terminal suffice, and refreshes it;
+  /// when it no longer is that tab it turns stale for ever.
   TerminalSession validate(const Uuid& id, const std::vector<TerminalTabSnapshot>& snapshots, Date now);
 
   /// Returns the session as stored afterwards.
   TerminalSession setPermission(SessionPermission permission, const Uuid& id);
+
+  /// The same, unless that would give agents more; then nothing.
+  std::optional<TerminalSession> tighten(SessionPermission permission, const Uuid& id);
 
   /// Notes a tool call that named the session, whatever its validity; an unknown id is ignored.
   void markRequest(const Uuid& id, Date at);

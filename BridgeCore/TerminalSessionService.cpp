@@ -18,20 +18,25 @@ bool saysNotRunning(const std::exception_ptr& error) {
 }  // namespace
 
 TerminalSessionService::TerminalSessionService(TerminalAutomating& automation, SessionRegistry& registry,
-                                               SessionPolicy policy, Clock now, PermissionMemory* memory)
-    : automation_(automation), registry_(registry), now_(std::move(now)), memory_(memory), policy_(policy) {}
+                                               SessionPolicy policy, Clock now, PermissionMemory* memory,
+                                               const WatchedTerminals* watched)
+    : automation_(automation),
+      registry_(registry),
+      now_(std::move(now)),
+      memory_(memory),
+      watched_(watched),
+      policy_(policy) {}
 
-// Hands `use` a listing taken for this call, when all earlier ones have reached the registry.
-template <class Use>
+// Hands `use` the listing that `ask` queues for this call, when all earlier ones have reached the registry.
+template <class Ask, class Use>
 auto TerminalSessionService::withListing(std::string_view operation,
-                                         const std::optional<SessionReference>& session, const Caller& caller,
-                                         Use use) {
+                                         const std::optional<SessionReference>& session, Ask ask, Use use) {
   std::optional<TurnOrder::Turn> turn;
   std::future<std::vector<TerminalTabSnapshot>> answer;
   {
     const MutexLock lock(queueing_);
     turn.emplace(order_);
-    answer = automation_.listSessions(caller);
+    answer = ask();
   }
   std::vector<TerminalTabSnapshot> listing;
   try {
@@ -60,7 +65,23 @@ std::vector<TerminalSession> TerminalSessionService::list(const ListSessionsInpu
     return (session.permission == SessionPermission::readOnly && !input.includeReadOnly) ||
            (session.busy && !input.includeBusy);
   });
+  if (caller.extended) addDetails(sessions, wireName(ToolName::listSessions), caller);
   return sessions;
+}
+
+void TerminalSessionService::addDetails(std::vector<TerminalSession>& sessions, std::string_view operation,
+                                        const Caller& caller) {
+  auto details = answerOf(automation_.tabDetails(caller), operation, std::nullopt);
+  for (auto& session : sessions) {
+    auto& known = details[session.tty];
+    session.directory = std::move(known.directory);
+    session.program = std::move(known.program);
+    session.columns = known.columns;
+    session.rows = known.rows;
+    session.alternateScreen = known.alternateScreen;
+    session.attached = known.attached;
+    session.createdByBridge = session.bridgeCreated;
+  }
 }
 
 TerminalSession TerminalSessionService::active(const Caller& caller) {
@@ -73,8 +94,11 @@ TerminalSession TerminalSessionService::active(const Caller& caller) {
 
 TerminalSession TerminalSessionService::create(const CreateSessionInput& input, const Caller& caller) {
   input.validate();
-  const auto snapshot =
-      answerOf(automation_.createWindow(caller), wireName(ToolName::createSession), std::nullopt);
+  WindowWish wish{
+      .name = input.name, .directory = input.directory, .columns = input.columns, .rows = input.rows};
+  auto opening =
+      wish.isEmpty() ? automation_.createWindow(caller) : automation_.createWindowAs(std::move(wish), caller);
+  const auto snapshot = answerOf(std::move(opening), wireName(ToolName::createSession), std::nullopt);
   // Listings that were asked for by now may have been taken before the window was there, and would retire it:
   // they go first.
   TurnOrder::Turn turn(order_);
@@ -84,8 +108,29 @@ TerminalSession TerminalSessionService::create(const CreateSessionInput& input, 
 
 TerminalSession TerminalSessionService::validate(const Uuid& sessionId, std::string_view operation,
                                                  const Caller& caller) {
-  return withListing(operation, SessionReference{.sessionId = sessionId}, caller,
-                     [&](const auto& listing) { return registry_.validate(sessionId, listing, now_()); });
+  // An id that the registry is going to refuse has no tab; whether the terminal answers at all comes first.
+  const auto tty = registry_.ttyOf(sessionId);
+  return withListing(
+      operation, SessionReference{.sessionId = sessionId},
+      [&] { return tty ? automation_.listTab(*tty, caller) : automation_.listSessions(caller); },
+      [&](const auto& listing) { return asHeld(registry_.validate(sessionId, listing, now_())); });
+}
+
+TerminalSession TerminalSessionService::asHeld(TerminalSession session) const {
+  return watched_ == nullptr ? session : watched_->asHeld(std::move(session));
+}
+
+std::optional<SessionState> TerminalSessionService::stateAfter(const Uuid& sessionId,
+                                                               std::string_view operation,
+                                                               const Caller& caller) {
+  if (!caller.extended) return std::nullopt;
+  try {
+    return SessionState(validate(sessionId, operation, caller));
+  } catch (const std::exception&) {
+    return std::nullopt;  // the call itself is done
+  } catch (const StructuredError&) {
+    return std::nullopt;
+  }
 }
 
 TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
@@ -100,10 +145,14 @@ TerminalSession TerminalSessionService::focus(const Uuid& sessionId,
 
 std::vector<TerminalSession> TerminalSessionService::reconciled(std::string_view operation,
                                                                 const Caller& caller) {
-  return withListing(operation, std::nullopt, caller, [&](const auto& listing) {
-    auto found = registry_.reconcile(listing, policy(), now_());
-    return memory_ == nullptr ? found : memory_->restricted(std::move(found), listing);
-  });
+  return withListing(
+      operation, std::nullopt, [&] { return automation_.listSessions(caller); },
+      [&](const auto& listing) {
+        auto found = registry_.reconcile(listing, policy(), now_());
+        if (memory_ != nullptr) found = memory_->restricted(std::move(found), listing);
+        for (auto& session : found) session = asHeld(std::move(session));
+        return found;
+      });
 }
 
 SessionPolicy TerminalSessionService::policy() const {

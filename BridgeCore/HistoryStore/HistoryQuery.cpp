@@ -28,7 +28,9 @@ bool matchesQuery(const MCPRequestRecord& record, const std::string& query) {
          containsIgnoringCase(record.client.name, query);
 }
 
-bool matches(const MCPRequestRecord& record, const HistoryFilter& filter) {
+}  // namespace
+
+bool HistoryQueryService::matches(const MCPRequestRecord& record, const HistoryFilter& filter) {
   const auto& session = record.sessionSnapshot;
   if (filter.tool && record.toolName != *filter.tool) return false;
   if (filter.sessionId && !(session && session->sessionId == *filter.sessionId)) return false;
@@ -37,8 +39,6 @@ bool matches(const MCPRequestRecord& record, const HistoryFilter& filter) {
   if (filter.errorCode && !(record.error && record.error->code == *filter.errorCode)) return false;
   return filter.query.empty() || matchesQuery(record, filter.query);
 }
-
-}  // namespace
 
 std::vector<MCPRequestRecord> HistoryQueryService::filter(const std::vector<MCPRequestRecord>& records,
                                                           const HistoryFilter& filter) {

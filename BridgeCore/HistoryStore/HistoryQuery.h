@@ -27,6 +27,8 @@ struct HistoryFilter {
 /// Pure functions over lists of records.
 class HistoryQueryService {
  public:
+  static bool matches(const MCPRequestRecord& record, const HistoryFilter& filter);
+
   /// The records that match, in their given order.
   static std::vector<MCPRequestRecord> filter(const std::vector<MCPRequestRecord>& records,
                                               const HistoryFilter& filter);

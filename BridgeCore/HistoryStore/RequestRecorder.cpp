@@ -11,6 +11,9 @@ namespace velmora {
 namespace {
 
 constexpr std::int64_t summaryCharacters = 256;
+// No setting keeps more, and some clients only ever make calls that are not followed by a save.
+constexpr auto mostRecords =
+    static_cast<std::size_t>(PrivacyRetentionSettings::maximumRecordCountRange.maximum);
 
 // Cut towards zero, and never negative: clocks are set back now and then.
 std::int64_t millisecondsBetween(Date start, Date end) {
@@ -38,6 +41,10 @@ MCPRequestRecord RequestRecorder::begin(const Uuid& requestId, const ClientIdent
                           .status = RequestStatus::processing};
   ++revision_;
   add(record);
+  if (records_.size() > mostRecords) {
+    dropOldest();
+    if (idsRepeat_) setRecords(std::move(records_));
+  }
   return record;
 }
 

@@ -17,10 +17,11 @@
 
 namespace velmora {
 
-/// A monitor. The list is ordered oldest first; between two persists it grows by one record a call. What
-/// names an unknown request does nothing, and of two records with the same id the first is meant. The
-/// operations that use a store run one after the other, so an older list never replaces a newer one on disk;
-/// the others do not wait for them. They throw the store's errors; the list in memory stays changed.
+/// A monitor. The list is ordered oldest first; between two persists it grows by one record a call, up to the
+/// largest number that a setting keeps, from which on the oldest go. What names an unknown request does
+/// nothing, and of two records with the same id the first is meant. The operations that use a store run one
+/// after the other, so an older list never replaces a newer one on disk; the others do not wait for them.
+/// They throw the store's errors; the list in memory stays changed.
 class RequestRecorder {
  public:
   explicit RequestRecorder(Clock now) : now_(std::move(now)) {}

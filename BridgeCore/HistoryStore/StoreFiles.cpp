@@ -26,6 +26,8 @@ const char* messageOf(StorageFailure failure) {
       return "Settings file permissions could not be applied.";
     case StorageFailure::directoryPermissions:
       return "Application Support permissions could not be applied.";
+    case StorageFailure::pauseUnsaved:
+      return "The change holds, but could not be kept for the next start.";
   }
   return "";
 }
@@ -42,6 +44,10 @@ std::filesystem::path defaultHistoryFile(const Environment& environment) {
 
 std::filesystem::path defaultPermissionFile(const Environment& environment) {
   return applicationSupportDirectory(environment) / "Velmora" / "permissions.json";
+}
+
+std::filesystem::path defaultPauseFile(const Environment& environment) {
+  return applicationSupportDirectory(environment) / "Velmora" / "paused";
 }
 
 void ensureDirectory(FileSystem& files, const std::filesystem::path& directory) {

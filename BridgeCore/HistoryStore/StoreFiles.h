@@ -13,6 +13,7 @@ namespace velmora {
 std::filesystem::path defaultSettingsFile(const Environment& environment);
 std::filesystem::path defaultHistoryFile(const Environment& environment);
 std::filesystem::path defaultPermissionFile(const Environment& environment);
+std::filesystem::path defaultPauseFile(const Environment& environment);
 
 /// Creates `directory`, with those above it that are missing, and sets its mode to 0700 even when it existed.
 /// Throws what the file system reports for the creation, a storage error for the mode.
@@ -30,6 +31,7 @@ enum class StorageFailure {
   settingsSchema,
   settingsPermissions,
   directoryPermissions,
+  pauseUnsaved,
 };
 
 StructuredError storageError(StorageFailure failure);

@@ -403,6 +403,14 @@ TEST_F(BridgeCoordinatorTest, LeavesAHistoryThatIsNeitherKeptNorToBeDeletedAlone
   EXPECT_TRUE(historyExists());
 }
 
+TEST_F(BridgeCoordinatorTest, TheTerminalGetsTheSettingsThatHold) {
+  settingsStore.save({.tmuxTransport = TmuxTransportChoice::program});
+  coordinator.loadLocalState();
+  EXPECT_EQ(terminal.settings, settingsStore.current());
+  coordinator.applySettings({.tmuxTransport = TmuxTransportChoice::automatic});
+  EXPECT_EQ(terminal.settings, settingsStore.current());
+}
+
 TEST_F(BridgeCoordinatorTest, SavedSettingsCountAtTheEndAlthoughTheFirstWereUnreadable) {
   testing::writeFile(settingsStore.fileURL(), "{");
   testing::writeFile(historyStore.fileURL(), R"({"schemaVersion":1,"records":[]})");

@@ -7,6 +7,13 @@ namespace {
 
 using testing::structuredError;
 
+// Of a tab that the command closed.
+class ClosedWatch final : public TabWatch {
+ public:
+  Activity glance() override { return Activity::closed; }
+  View look(std::int64_t, bool, std::chrono::steady_clock::time_point) override { return {}; }
+};
+
 class CommandServiceTest : public testing::CoreFixture {
  protected:
   StructuredError refusalOf(const Uuid& id, const std::string& command = "ls") {
@@ -23,6 +30,14 @@ TEST_F(CommandServiceTest, DeliversTheTextUnchanged) {
   time.advance(3);
   EXPECT_EQ(service.send({id, "  echo 'a\nb' "}), CommandPayload(id, time.now()));
   EXPECT_EQ(terminal.calls().back(), "send(  echo 'a\nb' , /dev/ttys001, 11)");
+}
+
+TEST_F(CommandServiceTest, TypesWithoutReturnWhenItIsToldTo) {
+  const auto id = registerTab();
+  service.send({id, "y", false});
+  EXPECT_EQ(terminal.calls().back(), "typeUnsubmitted(y, /dev/ttys001, 11)");
+  service.send({id, "y", true});
+  EXPECT_EQ(terminal.calls().back(), "send(y, /dev/ttys001, 11)");
 }
 
 TEST_F(CommandServiceTest, ChecksTheInputBeforeTheSession) {
@@ -69,6 +84,70 @@ TEST_F(CommandServiceTest, RefusesABusyTabUnlessTheUserAllowsIt) {
   allowBusyInput();
   service.send({id, "y"});
   EXPECT_EQ(terminal.calls().back(), "send(y, /dev/ttys001, 11, allowBusy)");
+}
+
+TEST_F(CommandServiceTest, ABusyWindowOfTheBridgesOwnAcceptsInputIfAllowedUntilTheUserHasSeenIt) {
+  auto own = testing::tab("/dev/ttys009", 19);
+  own.busy = own.neverShown = true;
+  auto other = testing::tab("/dev/ttys001", 11);
+  other.busy = other.neverShown = true;
+  terminal.tabs = {own, other};
+  const auto id = registry.registerCreated(own, time.now()).sessionId;
+  EXPECT_EQ(refusalOf(id).code, ErrorCode::sessionBusy) << "off by default";
+  settingsStore.save({.allowOwnBusySessionInput = true});
+  for (const auto& session : sessions.list({})) {
+    if (session.sessionId == id) continue;
+    EXPECT_EQ(refusalOf(session.sessionId).code, ErrorCode::sessionBusy) << "the user opened it";
+  }
+  service.send({id, "y"});
+  EXPECT_EQ(terminal.calls().back(), "send(y, /dev/ttys009, 19, allowBusy)");
+  terminal.tabs[0].neverShown = false;
+  EXPECT_EQ(structuredError([&] { service.send({id, "y"}); }).code, ErrorCode::sessionBusy);
+  terminal.tabs[0].neverShown = true;
+  EXPECT_EQ(structuredError([&] {
+              service.send({id, "y"});
+            }).code,
+            ErrorCode::sessionBusy)
+      << "what the user saw once may hold what the user began";
+  EXPECT_EQ(terminal.callCount("send"), 1u);
+}
+
+TEST_F(CommandServiceTest, AnIdleWindowOfTheBridgesOwnIsGuardedAsEveryOther) {
+  auto own = testing::tab("/dev/ttys009", 19);
+  own.neverShown = true;
+  terminal.tabs = {own};
+  const auto id = registry.registerCreated(own, time.now()).sessionId;
+  settingsStore.save({.allowOwnBusySessionInput = true});
+  service.send({id, "ls"});
+  EXPECT_EQ(terminal.calls().back(), "send(ls, /dev/ttys009, 19)")
+      << "a half-typed line, a question or a secret is still found";
+}
+
+TEST_F(CommandServiceTest, TellsOfWhatWasTypedBeforeItWaitsForTheEnd) {
+  const auto id = registerTab();
+  std::vector<std::string> calls;
+  std::size_t told = 0;
+  CommandService telling(terminal, sessions, permissions, state, settingsStore, time.clock(),
+                         [&](const Uuid& session) {
+                           EXPECT_EQ(session, id);
+                           calls = terminal.calls();
+                           ++told;
+                         });
+  terminal.tabWatch = std::make_shared<ClosedWatch>();
+  EXPECT_TRUE(telling.send({.sessionId = id, .command = "ls", .waitSeconds = 1}).completion);
+  EXPECT_EQ(told, 1u);
+  EXPECT_EQ(calls.back(), "send(ls, /dev/ttys001, 11)") << "nothing was asked of the terminal in between";
+}
+
+TEST_F(CommandServiceTest, TellsOfNothingThatWasNotTyped) {
+  const auto id = registerTab(SessionPermission::readOnly);
+  CommandService telling(terminal, sessions, permissions, state, settingsStore, time.clock(),
+                         [](const Uuid&) { ADD_FAILURE() << "nothing was typed"; });
+  structuredError([&] { telling.send({id, "ls"}); });
+  registry.setPermission(SessionPermission::managed, id);
+  terminal.failWith("send", StructuredError{.code = ErrorCode::terminalNotAvailable, .message = "no answer"});
+  structuredError([&] { telling.send({id, "ls"}); });
+  EXPECT_EQ(terminal.callCount("send"), 1u);
 }
 
 TEST_F(CommandServiceTest, AMovedTabIsRefusedAsStale) {

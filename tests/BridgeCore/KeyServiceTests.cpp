@@ -21,6 +21,26 @@ TEST_F(KeyServiceTest, DeliversEachKeyWithItsCount) {
   EXPECT_EQ(terminal.calls().back(), "sendKey(forwardDelete x1, /dev/ttys001, 11)");
 }
 
+TEST_F(KeyServiceTest, TypesTheKeysOfTheExtendedForm) {
+  const auto id = registerTab();
+  const auto typed = [&](TerminalKey key, std::int64_t count) {
+    service.send({id, key, count});
+    return terminal.calls().back();
+  };
+  EXPECT_EQ(typed(TerminalKey::controlC, 1), "typeUnsubmitted(\x03, /dev/ttys001, 11)");
+  EXPECT_EQ(typed(TerminalKey::controlZ, 1), "typeUnsubmitted(\x1A, /dev/ttys001, 11)");
+  EXPECT_EQ(typed(TerminalKey::enter, 1), "typeUnsubmitted(\r, /dev/ttys001, 11)");
+  EXPECT_EQ(typed(TerminalKey::f12, 2), "typeUnsubmitted(\033[24~\033[24~, /dev/ttys001, 11)");
+}
+
+TEST_F(KeyServiceTest, SaysHowItLeftTheSessionWhenThatIsAsked) {
+  const auto id = registerTab();
+  EXPECT_EQ(service.send({id, TerminalKey::tab, 1}).session, std::nullopt);
+  Caller caller;
+  caller.extended = true;
+  EXPECT_EQ(service.send({id, TerminalKey::tab, 1}, caller).session, SessionState(registry.session(id)));
+}
+
 TEST_F(KeyServiceTest, ChecksTheCountFirst) {
   for (const std::int64_t count : {0, 51}) {
     EXPECT_THROW(service.send({Uuid{}, TerminalKey::tab, count}), ToolValidationError);

@@ -97,6 +97,26 @@ TEST_F(TerminalSessionServiceTest, ValidatesAgainstAListingOfItsOwn) {
   EXPECT_EQ(structuredError([&] { sessions.validate(id, "terminal_x"); }).code, ErrorCode::sessionStale);
 }
 
+TEST_F(TerminalSessionServiceTest, AsksForTheOneTabThatTheIdNames) {
+  terminal.listsTabsAlone = true;
+  terminal.tabs = {tab("/dev/a", 1), tab("/dev/b", 2, 2)};
+  const auto id = sessions.list({})[1].sessionId;
+  terminal.tabs[1].busy = true;
+  EXPECT_TRUE(sessions.validate(id, "terminal_x").busy);
+  EXPECT_EQ(terminal.calls().back(), "listTab(/dev/b)");
+  EXPECT_EQ(registry.currentSessions().size(), 2u) << "the other tab, which nobody looked for, has not gone";
+  terminal.tabs[1].windowId = 3;
+  EXPECT_EQ(structuredError([&] { sessions.validate(id, "terminal_x"); }).code, ErrorCode::sessionStale);
+}
+
+TEST_F(TerminalSessionServiceTest, AnIdWithoutATabIsRefusedOnlyByATerminalThatAnswers) {
+  terminal.listsTabsAlone = true;
+  EXPECT_EQ(structuredError([&] { sessions.validate(Uuid{}, "terminal_x"); }).code,
+            ErrorCode::sessionNotFound);
+  terminal.failWith("listSessions", PlatformError("d", -1));
+  EXPECT_THROW(sessions.validate(Uuid{}, "terminal_x"), PlatformError);
+}
+
 TEST_F(TerminalSessionServiceTest, FocusesReadOnlyButNotBlockedSessions) {
   const auto id = registerTab(SessionPermission::readOnly);
   EXPECT_EQ(sessions.focus(id, permissions).sessionId, id);

@@ -70,6 +70,21 @@ TEST_F(PrivacySettingsStoreTest, TellsTheLogWhatIsOddInTheFile) {
                                      line("no setting is called \"sesionPolicy\"")));
 }
 
+TEST_F(PrivacySettingsStoreTest, KeepsAChoiceThatMostUsersNeverMake) {
+  PrivacyRetentionSettings settings;
+  settings.tmuxTransport = TmuxTransportChoice::program;
+  store.save(settings);
+  EXPECT_EQ(store.load().tmuxTransport, TmuxTransportChoice::program);
+  settings.tmuxTransport.reset();
+  store.save(settings);
+  EXPECT_EQ(contentOf(file).find("tmux"), std::string::npos);
+}
+
+TEST_F(PrivacySettingsStoreTest, RefusesAWayToAskTmuxThatThereIsNot) {
+  writeFile(file, R"({"schemaVersion": 1, "settings": {"tmuxTransport": "carrier pigeon"}})");
+  EXPECT_THROW(store.load(), JsonDecodeError);
+}
+
 TEST_F(PrivacySettingsStoreTest, TellsTheLogWhyTheFileCannotBeRead) {
   writeFile(file, R"({"schemaVersion": 2, "settings": {}})");
   structuredError([&] { store.load(); });

@@ -50,6 +50,16 @@ TEST_F(RequestRecorderTest, AppendsRecordsInTheOrderOfTheCalls) {
   EXPECT_THAT(inMemory(), ElementsAre(2, 1, 3));
 }
 
+TEST_F(RequestRecorderTest, HoldsNoMoreThanASettingCanKeepThoughNothingPersists) {
+  constexpr std::uint64_t most = 10'000;
+  for (std::uint64_t call = 1; call <= most + 2; ++call) begin(call);
+  EXPECT_EQ(inMemory().size(), most);
+  EXPECT_EQ(inMemory().front(), 3u);
+  complete(1);
+  complete(3);
+  EXPECT_EQ(recorder.snapshot().front().status, RequestStatus::delivered);
+}
+
 TEST_F(RequestRecorderTest, ClosesARecord) {
   begin(1);
   time.advance(1.25);
