@@ -31,21 +31,35 @@ struct LocalClientInput {
 BOOST_DESCRIBE_STRUCT(LocalClientInput, (), (name, version, processId))
 
 /// One tool call. `Arguments` is what the arguments are held in: the record that travels, or, where they are
-/// only read once or passed on, the part of the document that they stand in.
-template <class Arguments>
+/// only read once or passed on, the part of the document that they stand in. `Operation` names the tool; on
+/// the channel for users it is a verb.
+template <class Arguments, class Operation = ToolName>
 struct LocalControlCall {
   std::int64_t protocolVersion = localControlProtocolVersion;
   Uuid requestId{};  ///< Chosen by the helper; the response carries it back.
   LocalClientInput client{};
-  ToolName operation = ToolName::status;
+  Operation operation{};
   Arguments arguments{};  ///< As the MCP client sent them; required on the wire, `{}` for none.
+  /// Asks for the extended form: without it, arguments that only that has are not there.
+  std::optional<bool> extended{};
+  /// Asks for a LocalControlProgress about once a second while the call waits. Extended form only.
+  std::optional<bool> progress{};
 
   bool operator==(const LocalControlCall&) const = default;
-  BOOST_DESCRIBE_CLASS(LocalControlCall, (), (protocolVersion, requestId, client, operation, arguments), (),
-                       ())
+  BOOST_DESCRIBE_CLASS(LocalControlCall, (),
+                       (protocolVersion, requestId, client, operation, arguments, extended, progress), (), ())
 };
 
 using LocalControlRequest = LocalControlCall<JSONObject>;
+
+/// What comes before the answer of a call that asked for progress, any number of times.
+struct LocalControlProgress {
+  Uuid requestId{};
+  std::string lastLine{};  ///< Of the terminal's screen; no other message has this member.
+
+  bool operator==(const LocalControlProgress&) const = default;
+};
+BOOST_DESCRIBE_STRUCT(LocalControlProgress, (), (requestId, lastLine))
 
 /// The answer to one call: `data` is the tool's payload, an object.
 using LocalControlResponse = ToolResult<JSONValue>;

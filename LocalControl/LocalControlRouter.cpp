@@ -6,7 +6,7 @@
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "BridgeModels/Json/JsonReader.h"
 #include "BridgeModels/Tools.h"
-#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/AnswerSize.h"
 
 namespace velmora {
 
@@ -21,6 +21,15 @@ constexpr std::tuple operations{
     &BridgeCoordinator::readOutput,    &BridgeCoordinator::captureScreen, &BridgeCoordinator::focusSession,
 };
 
+// What the plain form does not know: an argument is ignored, a key is unknown.
+template <class Input>
+void leaveOutExtended(Input& input) {
+  clearExtended(input);
+  if constexpr (std::is_same_v<Input, SendKeyInput>) {
+    if (isExtended(input.key)) throw JsonDecodeError("key: unknown value");
+  }
+}
+
 template <class Tool>
 ToolResult<typename Tool::Payload> resultOf(BridgeCoordinator& coordinator, const Call& call,
                                             const Caller& caller) {
@@ -31,27 +40,19 @@ ToolResult<typename Tool::Payload> resultOf(BridgeCoordinator& coordinator, cons
   } else {
     typename Tool::Input input{};
     JsonReader(*call.arguments.value).read(input);
+    if (!caller.extended) leaveOutExtended(input);
     return (coordinator.*operation)(call.requestId, client, input, caller);
   }
 }
 
 // The payload travels as a dynamic value, whose keys have no order of their own and are therefore sorted.
 template <class Payload>
-std::string encoded(const ToolResult<Payload>& result) {
+std::string encoded(const ToolResult<Payload>& result, bool extended) {
   ToolResult<KeysSorted<Payload>> response{
       .requestId = result.requestId, .ok = result.ok, .warnings = result.warnings, .error = result.error};
+  if (extended) response.extended = true;
   if (result.data) response.data = KeysSorted<Payload>{&*result.data};
   return encodeJson(response);
-}
-
-StructuredError answerTooLarge(std::string_view operation, std::size_t bytes) {
-  return {
-      .code = ErrorCode::internalError,
-      .message = "The answer has " + std::to_string(bytes) + " bytes; " +
-                 std::to_string(LocalControlCodec::maximumPayloadSize) + " fit into one message.",
-      .operation = std::string(operation),
-      .retryable = false,
-      .recoverySuggestion = "Ask for less: a smaller maxCharacters, or close sessions that are not needed."};
 }
 
 std::string refusal(const Call& call, StructuredError error) {
@@ -73,7 +74,13 @@ LocalControlResponse LocalControlRouter::route(const LocalControlRequest& reques
   return decodeJson<LocalControlResponse>(answer(encodeJson(request)));
 }
 
-std::string LocalControlRouter::responseTo(const Call& call, const Caller& caller) {
+std::string LocalControlRouter::responseTo(const Call& call, Caller caller) {
+  caller.extended = call.extended.value_or(false);
+  if (caller.extended && caller.send && call.progress.value_or(false)) {
+    caller.hearLastLine = [send = caller.send, id = call.requestId](const std::string& line) {
+      send(encodeJson(LocalControlProgress{.requestId = id, .lastLine = line}));
+    };
+  }
   const auto operation = wireName(call.operation);
   if (call.protocolVersion != localControlProtocolVersion) {
     return refusal(call, StructuredErrorMapper::invalidArgument(unsupportedProtocolVersionMessage, operation,
@@ -81,7 +88,7 @@ std::string LocalControlRouter::responseTo(const Call& call, const Caller& calle
   }
   try {
     auto response = visitTool(call.operation, [&]<class Tool>(const Tool&) {
-      return encoded(resultOf<Tool>(coordinator_, call, caller));
+      return encoded(resultOf<Tool>(coordinator_, call, caller), caller.extended);
     });
     if (response.size() <= LocalControlCodec::maximumPayloadSize) return response;
     return refusal(call, answerTooLarge(operation, response.size()));  // no frame could carry it

@@ -24,7 +24,7 @@ class LocalControlRouter {
   LocalControlResponse route(const LocalControlRequest& request);
 
  private:
-  std::string responseTo(const LocalControlCall<JsonMembers>& call, const Caller& caller);
+  std::string responseTo(const LocalControlCall<JsonMembers>& call, Caller caller);
 
   BridgeCoordinator& coordinator_;
 };

@@ -15,6 +15,7 @@
 #include "LocalControl/UnixSocketClient.h"
 #include "System/DescriptorLimit.h"
 #include "System/Memory.h"
+#include "System/SocketPlatform.h"
 #include "System/ThreadName.h"
 
 namespace velmora {
@@ -28,11 +29,26 @@ std::size_t roomFor(std::size_t descriptors) {
   return std::max(descriptors - std::min(descriptors, descriptorsForTheRest), descriptors / 2);
 }
 
+// Whether the peer has left is found out anyway.
+void send(const std::string& message, UnixSocketConnection& connection) {
+  try {
+    connection.writeFrame(LocalControlCodec::frameOfPayload(message));
+  } catch (const UnixSocketError&) {
+  } catch (const LocalControlCodecError&) {
+  }
+}
+
 }  // namespace
 
 LocalControlServer::LocalControlServer(LocalControlHandler handler, const std::filesystem::path& socketURL,
                                        LocalControlServerOptions options)
-    : handler_(std::move(handler)),
+    : LocalControlServer(LocalControlHandlerMaker([handler = std::move(handler)](auto) { return handler; }),
+                         socketURL, std::move(options)) {}
+
+LocalControlServer::LocalControlServer(LocalControlHandlerMaker makeHandler,
+                                       const std::filesystem::path& socketURL,
+                                       LocalControlServerOptions options)
+    : makeHandler_(std::move(makeHandler)),
       options_(std::move(options)),
       log_(options_.log),
       server_(std::make_unique<UnixSocketServer>(socketURL)),
@@ -202,13 +218,15 @@ void LocalControlServer::answerRequests(UnixSocketConnection& connection) const 
   constexpr const char* noRequest = "what it sent is no request";
   const char* failure = noRequest;
   try {
+    const auto handler = makeHandler_(SocketPlatform::peerProcess(connection.descriptor()));
     while (!finishing_) {
       failure = noRequest;
       const auto frame = connection.readFrame();
-      const Caller caller{.hasLeft = [&connection] { return connection.peerHasLeft(); }};
+      const Caller caller{.hasLeft = [&connection] { return connection.peerHasLeft(); },
+                          .send = [&connection](const std::string& message) { send(message, connection); }};
       const auto request = LocalControlCodec::payload(frame);
       failure = "its request could not be answered";
-      connection.writeFrame(LocalControlCodec::frameOfPayload(handler_(request, caller)));
+      connection.writeFrame(LocalControlCodec::frameOfPayload(handler(request, caller)));
     }
   } catch (const UnixSocketError& error) {
     log_.debug("socket", "a connection has ended: " + error.inWords());

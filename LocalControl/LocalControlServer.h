@@ -25,6 +25,10 @@ namespace velmora {
 /// it throws ends the connection: JsonDecodeError says that the text is no request.
 using LocalControlHandler = std::function<std::string(std::string_view request, const Caller& caller)>;
 
+/// Makes what answers the requests of one connection, in turn; `peer` is the process that connected, when the
+/// system tells. Called on the connection's thread.
+using LocalControlHandlerMaker = std::function<LocalControlHandler(std::optional<pid_t> peer)>;
+
 /// Hears why accepting ended by itself, in a few words. Called once at most, on the accept thread; must not
 /// throw, and must not end the server.
 using AcceptingEnded = std::function<void(const std::string& reason)>;
@@ -62,6 +66,9 @@ struct LocalControlServerOptions {
 class LocalControlServer {
  public:
   /// Throws what UnixSocketServer's constructor throws, and std::system_error.
+  LocalControlServer(LocalControlHandlerMaker makeHandler, const std::filesystem::path& socketURL,
+                     LocalControlServerOptions options = {});
+  /// One handler answers on every connection.
   LocalControlServer(LocalControlHandler handler, const std::filesystem::path& socketURL,
                      LocalControlServerOptions options = {});
   ~LocalControlServer();
@@ -103,7 +110,7 @@ class LocalControlServer {
   void answerRequests(UnixSocketConnection& connection) const;
   void finishServing(ServedList::iterator position);
 
-  const LocalControlHandler handler_;
+  const LocalControlHandlerMaker makeHandler_;
   const LocalControlServerOptions options_;
   const Log& log_;
   std::unique_ptr<UnixSocketServer> server_;  // once started, the accept thread's

@@ -39,6 +39,10 @@ std::vector<std::filesystem::path> places(
   return found;
 }
 
+std::filesystem::path personURL(const std::filesystem::path& socketURL) {
+  return socketURL.parent_path() / personFileName;
+}
+
 std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Environment& environment) {
   return SocketPlatform::userTemporaryDirectory(environment);
 }

@@ -21,6 +21,8 @@ namespace UnixSocketEndpoint {
 /// The name of the socket's own directory; the bundle identifier of the application.
 inline constexpr const char* directoryName = "app.velmora.Velmora";
 inline constexpr const char* fileName = "control-v1.sock";
+/// The socket for users, beside that of the nine tools.
+inline constexpr const char* personFileName = "person-v1.sock";
 
 /// The longest path that fits, with its terminating NUL, the shorter of the two systems' addresses.
 inline constexpr std::size_t maximumPathBytes = 103;
@@ -38,6 +40,9 @@ std::filesystem::path defaultURL(const Environment& environment,
 std::vector<std::filesystem::path> places(const Environment& environment,
                                           const std::optional<std::filesystem::path>& userTemporaryDirectory);
 std::vector<std::filesystem::path> places(const Environment& environment);
+
+/// The socket for users that belongs to a socket of the nine tools. It fits wherever that one does.
+std::filesystem::path personURL(const std::filesystem::path& socketURL);
 
 /// The temporary directory that the system keeps for this user alone, when it has one.
 std::optional<std::filesystem::path> canonicalUserTemporaryDirectory(const Environment& environment);

@@ -47,6 +47,46 @@ TEST_F(LocalControlRouterTest, RefusesEveryOtherVersionWithoutTheCoordinator) {
   EXPECT_TRUE(recorder.snapshot().empty());
 }
 
+TEST_F(LocalControlRouterTest, KnowsTheExtendedFormOnlyWhenItIsAskedForIt) {
+  const auto id = registerTab().toString();
+  const JSONObject typing{{"sessionId", id}, {"command", "y"}, {"submit", false}};
+  const JSONObject pressing{{"sessionId", id}, {"key", "controlC"}};
+  const auto plain = route(ToolName::sendCommand, typing);
+  EXPECT_EQ(terminal.calls().back(), "send(y, /dev/ttys001, 11)");
+  EXPECT_EQ(plain.extended, std::nullopt);
+  EXPECT_EQ(encodeJson(*plain.data).find("\"session\""), std::string::npos);
+  EXPECT_EQ(route(ToolName::sendKey, pressing).error->code, ErrorCode::invalidArgument);
+
+  auto asked = request(ToolName::sendCommand, typing);
+  asked.extended = true;
+  const auto extended = router.route(asked);
+  EXPECT_EQ(terminal.callCount("typeUnsubmitted"), 1u);
+  EXPECT_EQ(extended.extended, true);
+  EXPECT_NE(encodeJson(*extended.data).find("\"session\""), std::string::npos);
+  asked = request(ToolName::sendKey, pressing);
+  asked.extended = true;
+  EXPECT_TRUE(router.route(asked).ok);
+}
+
+TEST_F(LocalControlRouterTest, TellsOfProgressOnlyWhoAsksForItInTheExtendedForm) {
+  registerTab();
+  auto reading = request(ToolName::readOutput, {{"sessionId", sessions.list({})[0].sessionId.toString()}});
+  for (const auto& [extended, progress] : {std::pair(true, true), {true, false}, {false, true}}) {
+    reading.extended = extended;
+    reading.progress = progress;
+    std::vector<std::string> messages;
+    router.answer(encodeJson(reading),
+                  {.send = [&](const std::string& message) { messages.push_back(message); }});
+    const auto hears = terminal.callers().back().hearLastLine;
+    EXPECT_EQ(hears != nullptr, extended && progress);
+    if (!hears) continue;
+    hears("step 3");
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(decodeJson<LocalControlProgress>(messages[0]),
+              (LocalControlProgress{.requestId = reading.requestId, .lastLine = "step 3"}));
+  }
+}
+
 TEST_F(LocalControlRouterTest, SaysThatAnAnswerIsTooLargeInsteadOfLeavingItToTheFrame) {
   const auto id = registerTab().toString();
   for (int family = 0; family < 50'000; ++family) terminal.output.text += "👩‍👩‍👧‍👦";

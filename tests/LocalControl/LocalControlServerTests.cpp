@@ -92,7 +92,11 @@ class LocalControlServerTest : public ::testing::Test {
   mutable Mutex mutex_;
   std::filesystem::path place_ VELMORA_GUARDED_BY(mutex_) = socket_;
   testing::LogLines log_;
+  // Here, not in a test, so that they outlive the threads of the server.
   std::promise<std::string> reason_;  // why accepting ended; a second one would throw
+  std::promise<void> entered_;        // a handler was
+  std::promise<void> released_;       // a handler may go on
+  std::promise<void> noticed_;        // a handler did
   std::optional<LocalControlServer> server_;
 };
 
@@ -123,22 +127,20 @@ TEST_F(LocalControlServerTest, PassesOtherProtocolVersionsToTheHandler) {
 }
 
 TEST_F(LocalControlServerTest, ServesAConnectionWhileAnotherWaitsForItsAnswer) {
-  std::promise<void> entered;
-  std::promise<void> released;
   server_.reset();
   start([&](const LocalControlRequest& request) {
     if (request.arguments.at("command") == JSONValue("slow")) {
-      entered.set_value();
-      released.get_future().wait();
+      entered_.set_value();
+      released_.get_future().wait();
     }
     return echo(request);
   });
   auto slow = connected();
   slow.writeFrame(LocalControlCodec::frame(sampleRequest("slow")));
-  entered.get_future().wait();
+  entered_.get_future().wait();
   auto quick = connected();
   EXPECT_EQ(answerOn(quick, sampleRequest("quick")), expectedAnswerTo(sampleRequest("quick")));
-  released.set_value();
+  released_.set_value();
   EXPECT_EQ(slow.readFrame(), expectedAnswerTo(sampleRequest("slow")));
 }
 
@@ -189,22 +191,20 @@ TEST_F(LocalControlServerTest, EndsOnlyTheConnectionWhoseHandlerThrows) {
 }
 
 TEST_F(LocalControlServerTest, SurvivesAPeerThatLeavesBeforeItsAnswer) {
-  std::promise<void> entered;
-  std::promise<void> left;
   server_.reset();
   start([&](const LocalControlRequest& request) {
     if (request.arguments.at("command") == JSONValue("leave")) {
-      entered.set_value();
-      left.get_future().wait();
+      entered_.set_value();
+      released_.get_future().wait();
     }
     return echo(request);
   });
   {
     auto leaving = connected();
     leaving.writeFrame(LocalControlCodec::frame(sampleRequest("leave")));
-    entered.get_future().wait();
+    entered_.get_future().wait();
   }
-  left.set_value();
+  released_.set_value();
   auto next = connected();
   EXPECT_EQ(answerOn(next, sampleRequest()), expectedAnswerTo(sampleRequest()));
 }
@@ -346,14 +346,13 @@ TEST_F(LocalControlServerTest, TriesAgainWhenItCannotListenWhereItsSocketBelongs
 }
 
 TEST_F(LocalControlServerTest, NamesItsThreads) {
-  std::promise<std::string> accepting;
   server_.emplace(testing::recordHandler([](const LocalControlRequest& request) {
                     auto response = echo(request);
                     response.data = nameOfThisThread();
                     return response;
                   }),
                   socket_, LocalControlServerOptions{.acceptingEnded = [&](const std::string&) {
-                    accepting.set_value(nameOfThisThread());
+                    reason_.set_value(nameOfThisThread());
                   }});
   server_->start();
   LocalControlClient client(socket_);
@@ -364,7 +363,7 @@ TEST_F(LocalControlServerTest, NamesItsThreads) {
   ASSERT_EQ(
       ::connect(late.get(), reinterpret_cast<const sockaddr*>(&address), UnixSocketEndpoint::addressLength),
       0);
-  EXPECT_EQ(accepting.get_future().get(), "accept");
+  EXPECT_EQ(reason_.get_future().get(), "accept");
 }
 
 TEST_F(LocalControlServerTest, QuotesNothingOfWhatAClientSent) {
@@ -376,14 +375,12 @@ TEST_F(LocalControlServerTest, QuotesNothingOfWhatAClientSent) {
 }
 
 TEST_F(LocalControlServerTest, TellsTheHandlerWhetherTheCallerHasLeft) {
-  std::promise<void> entered;
-  std::promise<bool> noticed;
   server_.emplace(
       [&](std::string_view, const Caller& caller) -> std::string {
         EXPECT_FALSE(caller.hasLeft());
-        entered.set_value();
+        entered_.set_value();
         yieldUntil(caller.hasLeft);
-        noticed.set_value(true);
+        noticed_.set_value();
         return "{}";
       },
       socket_);
@@ -391,29 +388,27 @@ TEST_F(LocalControlServerTest, TellsTheHandlerWhetherTheCallerHasLeft) {
   {
     auto leaving = connected();
     leaving.writeFrame(LocalControlCodec::frame(sampleRequest()));
-    entered.get_future().wait();
+    entered_.get_future().wait();
   }
-  EXPECT_TRUE(noticed.get_future().get());
+  noticed_.get_future().wait();
 }
 
 TEST_F(LocalControlServerTest, AnswersWhatIsUnderWayBeforeItEndsAndReadsNothingMore) {
-  std::promise<void> entered;
-  std::promise<void> released;
   server_.reset();
   start([&](const LocalControlRequest& request) {
     EXPECT_NE(request.arguments.at("command"), JSONValue("too late"));
-    entered.set_value();
-    released.get_future().wait();
+    entered_.set_value();
+    released_.get_future().wait();
     return echo(request);
   });
   auto idle = connected();
   auto slow = connected();
   slow.writeFrame(LocalControlCodec::frame(sampleRequest("slow")) +
                   LocalControlCodec::frame(sampleRequest("too late")));
-  entered.get_future().wait();
+  entered_.get_future().wait();
   std::thread ending([this] { server_->finish(std::chrono::minutes(1)); });
   EXPECT_EQ(errorOf<UnixSocketError>([&] { idle.readFrame(); }), UnixSocketError::disconnected());
-  released.set_value();
+  released_.set_value();
   EXPECT_EQ(slow.readFrame(), expectedAnswerTo(sampleRequest("slow")));
   EXPECT_EQ(errorOf<UnixSocketError>([&] { slow.readFrame(); }), UnixSocketError::disconnected());
   ending.join();
@@ -431,17 +426,16 @@ TEST_F(LocalControlServerTest, EndsWithReadersBlockedBeforeAndInsideAFrame) {
 }
 
 TEST_F(LocalControlServerTest, EndsWithAWriterBlockedByAPeerThatDoesNotRead) {
-  std::promise<void> entered;
   server_.reset();
   start([&](const LocalControlRequest& request) {
-    entered.set_value();
+    entered_.set_value();
     auto response = echo(request);
     response.data = std::string(LocalControlCodec::maximumPayloadSize - 1000, 'x');
     return response;
   });
   auto connection = connected();
   connection.writeFrame(LocalControlCodec::frame(sampleRequest()));
-  entered.get_future().wait();
+  entered_.get_future().wait();
   yieldUntil([&] { return waitingBytes(connection.descriptor()) > 0; });
   server_.reset();
   EXPECT_EQ(errorOf<UnixSocketError>([&] { connection.readFrame(); }), UnixSocketError::disconnected());
