@@ -50,9 +50,11 @@ BridgeHost::BridgeHost(const BridgeHostOptions& options)
       settingsStore_(folder_.files(), defaultSettingsFile(options.environment), PrivacyRetentionSettings{},
                      log_),
       permissionStore_(folder_.files(), defaultPermissionFile(options.environment)),
+      pauseStore_(folder_.files(), defaultPauseFile(options.environment)),
       coordinator_(*terminal_, registry_, operationState_, recorder_, settingsStore_, historyStore_,
-                   options.now, log_, &permissionStore_),
-      router_(coordinator_) {
+                   options.now, log_, &permissionStore_, &pauseStore_),
+      router_(coordinator_),
+      personRouter_(coordinator_, log_, options.changedByUser) {
   renewServer();
 }
 
@@ -67,14 +69,20 @@ LocalStateProblems BridgeHost::loadLocalState() {
 void BridgeHost::startServing() {
   if (!localServer_) return;
   localServer_->start();
+  personServer_->start();
   log_.info("socket", "serving at " + socketURL_.string());
 }
 
 void BridgeHost::renewServer() {
+  coordinator_.feed().close();
+  personServer_.reset();
+  coordinator_.feed().open();
   localServer_.reset();  // first, since it would be found answering
   serverProblem_.clear();
   try {
-    localServer_ = makeServer();
+    auto server = makeServer();
+    personServer_ = makePersonServer();
+    localServer_ = std::move(server);
   } catch (const UnixSocketError& error) {
     serverProblem_ = error.inWords();
   } catch (const std::exception& error) {
@@ -86,7 +94,10 @@ void BridgeHost::renewServer() {
 std::unique_ptr<LocalControlServer> BridgeHost::makeServer() {
   otherBridge_ = otherBridgeAt(socketURL_);
   if (otherBridge_) throw std::runtime_error("Velmora is already running there");
-  if (!folder_.claim()) throw std::runtime_error(folder_.problem());
+  if (!folder_.claim()) {
+    otherBridge_ = folder_.holder();
+    throw std::runtime_error(folder_.problem());
+  }
   removeLeftovers(folder_.files(), environment_, log_);
   return std::make_unique<LocalControlServer>(
       [this](auto request, const auto& caller) { return router_.answer(request, caller); }, socketURL_,
@@ -96,11 +107,45 @@ std::unique_ptr<LocalControlServer> BridgeHost::makeServer() {
           }});
 }
 
+std::unique_ptr<LocalControlServer> BridgeHost::makePersonServer() {
+  constexpr std::size_t mostUsers = 16;  // these connections come out of what is kept for everything else
+  static_assert(2 * RequestFeed::mostWatchers < mostUsers - 2, "whoever pauses must find a place");
+  const auto handlerFor = [this](std::optional<pid_t> process) {
+    const auto peer = std::make_shared<PersonPeer>(PersonPeer{.process = process.value_or(0)});
+    return [this, peer](auto request, const auto& caller) {
+      return personRouter_.answer(request, caller, *peer);
+    };
+  };
+  return std::make_unique<LocalControlServer>(
+      LocalControlHandlerMaker(handlerFor), UnixSocketEndpoint::personURL(socketURL_),
+      LocalControlServerOptions{.log = log_,
+                                .acceptingEnded = acceptingEnded_,
+                                .place =
+                                    [environment = environment_] {
+                                      return UnixSocketEndpoint::personURL(
+                                          UnixSocketEndpoint::defaultURL(environment));
+                                    },
+                                .mostConnections = mostUsers});
+}
+
+void BridgeHost::endOther(std::optional<pid_t> process) {
+  const auto find = [this] {
+    auto other = otherBridgeAt(socketURL_);
+    return other || folder_.claim() ? other : folder_.holder();
+  };
+  endOtherBridge(find, process);
+}
+
 void BridgeHost::endServing() noexcept {
   // What is under way may well end by itself; what a terminal that hangs holds up is cut short, and answered.
   constexpr std::chrono::milliseconds grace{500};
+  if (personServer_) personServer_->stop();
+  coordinator_.feed().close();
   if (localServer_) localServer_->finish(grace);
+  coordinator_.marker().end();  // while the terminal still listens
   terminal_->cancel();
+  personRouter_.cancel();
+  personServer_.reset();
   localServer_.reset();
 }
 

@@ -1,5 +1,5 @@
 // Builds the whole bridge in one place and in one order: terminal adapter, registry, operation state,
-// recorder, stores, coordinator, router, socket, server. The application and the headless program are thin
+// recorder, stores, coordinator, routers, sockets, servers. The application and the headless program are thin
 // shells over it.
 #pragma once
 
@@ -14,6 +14,7 @@
 #include "BridgeHost/OtherBridge.h"
 #include "LocalControl/LocalControlRouter.h"
 #include "LocalControl/LocalControlServer.h"
+#include "LocalControl/PersonRouter.h"
 #include "System/Environment.h"
 #include "System/Log.h"
 
@@ -27,6 +28,9 @@ struct BridgeHostOptions {
       makeTerminal{};
   /// Hears why the server accepts no more although nobody asked it to stop. Absent: nobody listens.
   AcceptingEnded acceptingEnded{};
+  /// Hears that the user changed something through the socket for users. Called on any thread; must not
+  /// throw.
+  std::function<void()> changedByUser{};
   Log log{};
   Clock now = Date::now;
   UuidSource uuid = Uuid::random;
@@ -67,12 +71,15 @@ class BridgeHost {
   /// `serverProblem` says why. In the last case nothing can be saved either.
   LocalControlServer* localServer() { return localServer_.get(); }
   const std::string& serverProblem() const { return serverProblem_; }
-  /// The one that answers in place of this one.
+  /// The one that answers in place of this one, or has the data folder.
   const std::optional<OtherBridge>& otherBridge() const { return otherBridge_; }
+  /// As the function `endOtherBridge`, of the one that is found now; `renewServer` is to follow.
+  void endOther(std::optional<pid_t> process);
 
  private:
   void endServing() noexcept;
   std::unique_ptr<LocalControlServer> makeServer();
+  std::unique_ptr<LocalControlServer> makePersonServer();
 
   const Environment environment_;
   const std::filesystem::path socketURL_;
@@ -86,11 +93,14 @@ class BridgeHost {
   HistoryStore historyStore_;
   PrivacySettingsStore settingsStore_;
   PermissionStore permissionStore_;
+  PauseStore pauseStore_;
   BridgeCoordinator coordinator_;
   LocalControlRouter router_;
+  PersonRouter personRouter_;
   std::string serverProblem_;
   std::optional<OtherBridge> otherBridge_;
   std::unique_ptr<LocalControlServer> localServer_;
+  std::unique_ptr<LocalControlServer> personServer_;  // there whenever localServer_ is
 };
 
 }  // namespace velmora

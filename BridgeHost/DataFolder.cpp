@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <system_error>
 
 #include "BridgeCore/HistoryStore/StoreFiles.h"
@@ -14,11 +15,24 @@ namespace {
 
 constexpr auto runMark = "running\n";
 
-std::string wordsOfHolder(const std::filesystem::path& file, const std::filesystem::path& folder) {
+constexpr auto lockName = "bridge.lock";
+
+// Nothing when the lock's text does not tell.
+std::optional<pid_t> holderOf(const std::filesystem::path& file) {
   const auto text = textOfLock(file);
-  const auto process = text.substr(0, text.find('\n'));
-  return "Velmora is already running" + (process.empty() ? std::string() : " as process " + process) +
-         " and keeps its data in " + folder.string();
+  pid_t process = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), process);
+  return read.ec == std::errc() && process > 1 ? std::optional(process) : std::nullopt;
+}
+
+// By the names of the two programs, also the application's on macOS.
+bool isBridge(std::string_view program) { return program.starts_with("velmora-") || program == "Velmora"; }
+
+std::string wordsOfHolder(const std::filesystem::path& file, const std::filesystem::path& folder) {
+  const auto process = holderOf(file);
+  return "Velmora is already running" +
+         (process ? " as process " + std::to_string(*process) : std::string()) + " and keeps its data in " +
+         folder.string();
 }
 
 }  // namespace
@@ -30,7 +44,7 @@ DataFolder::DataFolder(const std::filesystem::path& folder, Log log) : folder_(f
 
 bool DataFolder::claim() {
   if (isOurs()) return true;
-  const auto file = folder_ / "bridge.lock";
+  const auto file = folder_ / lockName;
   try {
     PosixFileSystem unlocked;
     if (!unlocked.exists(folder_)) ensureDirectory(unlocked, folder_);
@@ -48,6 +62,16 @@ bool DataFolder::claim() {
   files_.open();
   write(formerRunWasCutShort_ ? runMark : "");
   return true;
+}
+
+std::optional<OtherBridge> DataFolder::holder() const {
+  if (isOurs()) return std::nullopt;
+  OtherBridge other{.process = holderOf(folder_ / lockName)};
+  const auto about = other.process ? runningProcess(*other.process) : std::nullopt;
+  // A holder of a moment ago may still be named, and its number may be a stranger's by now.
+  if (!about || !isBridge(about->name)) return OtherBridge{};
+  other.about = *about;
+  return other;
 }
 
 void DataFolder::beginRun() noexcept { write(runMark); }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "BridgeHost/OtherBridge.h"
 #include "System/FileLock.h"
 #include "System/FileSystem.h"
 #include "System/Log.h"
@@ -27,6 +28,8 @@ class DataFolder {
   bool isOurs() const { return problem_.empty(); }
   /// Who has it, in words without a full stop; empty when it is ours.
   const std::string& problem() const { return problem_; }
+  /// The bridge that has it now, as its lock tells; nothing when it is ours.
+  std::optional<OtherBridge> holder() const;
 
   /// The folder's files. Every change is refused with std::system_error while another bridge has the folder.
   FileSystem& files() { return files_; }

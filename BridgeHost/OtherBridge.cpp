@@ -27,13 +27,11 @@ std::optional<OtherBridge> otherBridgeAt(const std::filesystem::path& socketURL)
   }
 }
 
-void endOtherBridge(const std::filesystem::path& socketURL, std::optional<pid_t> process,
+void endOtherBridge(const std::function<std::optional<OtherBridge>()>& find, std::optional<pid_t> process,
                     std::chrono::milliseconds patience) {
-  const auto other = otherBridgeAt(socketURL);
+  const auto other = find();
   if (!other) return;
-  if (!other->process)
-    throw std::runtime_error("It does not answer, so Velmora cannot tell which process it is.");
-  // The connection was checked to lead to a process of this user.
+  if (!other->process) throw std::runtime_error("Velmora cannot tell which process it is.");
   if (other->process != process || *process == ::getpid())
     throw std::runtime_error("Meanwhile another process serves there.");
   const auto name = "Process " + std::to_string(*process);

@@ -25,6 +25,8 @@ std::unique_ptr<TerminalAutomating> makePlatformTerminal(const Environment& envi
   return std::make_unique<AppleScriptExecutor>(
       AppleScriptParts{.script = std::make_unique<ChildScriptHost>(scriptHostProgram(), environment, log),
                        .isRunning = mac::isApplicationRunning,
+                       .start = mac::startInBackground,
+                       .screenWindows = systemScreenWindows,
                        .programs = std::make_unique<SystemProgramRunner>(environment),
                        .temporaryDirectory = temporaryDirectory},
       bundledScriptSource());

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -8,6 +9,9 @@
 #include "BridgeHost/BridgeHost.h"
 #include "BridgeModels/Json/JsonEncoding.h"
 #include "LocalControl/LocalControlClient.h"
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/UnixSocketClient.h"
+#include "LocalControl/UnixSocketEndpoint.h"
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/support/FakeTerminal.h"
 #include "tests/support/FakeTime.h"
@@ -85,6 +89,34 @@ TEST_F(BridgeHostTest, ServesCallsFromTheSocketToTheTerminal) {
   EXPECT_TRUE(call(host, ToolName::sendCommand, {{"sessionId", id}, {"command", "ls"}}).ok);
   EXPECT_EQ(terminal->calls().back(), "send(ls, /dev/ttys001, 11)");
   EXPECT_EQ(host.coordinator().recorder().snapshot().size(), 2u);
+}
+
+TEST_F(BridgeHostTest, UsersWhoWatchLeaveRoomForOneWhoPauses) {
+  BridgeHost host(options());
+  expectLoads(host);
+  host.startServing();
+  const auto connect = [&] {
+    return UnixSocketClient::connect(UnixSocketEndpoint::personURL(host.socketURL()));
+  };
+  const auto isAnsweredOk = [](UnixSocketConnection& connection, PersonVerb verb) {
+    connection.writeFrame(LocalControlCodec::frame(PersonRequest{.operation = verb}));
+    pollfd answer{.fd = connection.descriptor(), .events = POLLIN, .revents = 0};
+    return ::poll(&answer, 1, 20'000) == 1 &&
+           LocalControlCodec::decode<LocalControlResponse>(connection.readFrame()).ok;
+  };
+  // As the screens of `velmora watch` connect: one asks and one hears, and who hears nothing leaves.
+  std::vector<UnixSocketConnection> screens;
+  for (int screen = 0; screen < 8; ++screen) {
+    auto asks = connect();
+    auto hears = connect();
+    if (!isAnsweredOk(asks, PersonVerb::status) || !isAnsweredOk(hears, PersonVerb::events)) continue;
+    screens.push_back(std::move(asks));
+    screens.push_back(std::move(hears));
+  }
+  EXPECT_EQ(screens.size(), 2 * RequestFeed::mostWatchers);
+  auto user = connect();
+  ASSERT_TRUE(isAnsweredOk(user, PersonVerb::pause));
+  EXPECT_EQ(host.coordinator().operationState().current(), MCPState::paused);
 }
 
 TEST_F(BridgeHostTest, LoadsTheUsersSettingsAndPolicy) {
@@ -250,6 +282,10 @@ TEST_F(BridgeHostTest, ChangesNothingInADataFolderThatAnotherBridgeHas) {
     EXPECT_EQ(second.localServer(), nullptr);
     EXPECT_EQ(second.serverProblem(), "Velmora is already running as process " + std::to_string(::getpid()) +
                                           " and keeps its data in " + (directory / "data/Velmora").string());
+    // The lock names this process, and no bridge is called like the test program.
+    ASSERT_TRUE(second.otherBridge());
+    EXPECT_FALSE(second.otherBridge()->process);
+    EXPECT_THROW(second.endOther(::getpid()), std::runtime_error);
     expectLoads(second);
     EXPECT_THROW(second.coordinator().applySettings({.retentionDays = 3}), std::system_error);
     EXPECT_THROW(second.coordinator().clearHistory(), StructuredError);

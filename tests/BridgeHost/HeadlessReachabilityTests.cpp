@@ -39,6 +39,7 @@ class HeadlessReachability : public testing::HeadlessFixture {
     return program.wait();
   }
 
+  static constexpr auto wayTmuxIsAsked = "\nOK    tmux server: asked ";
   const fs::path runtime = directory / "run";
   const fs::path temporary = directory / "tmp";
   std::string startedAt;
@@ -57,13 +58,33 @@ TEST_F(HeadlessReachability, ListensAgainAfterItsSocketFileWasRemoved) {
 }
 
 TEST_F(HeadlessReachability, ListensAgainInARuntimeFolderThatWasRemovedAndMadeAnew) {
+  startTmux();
   start();
+  EXPECT_EQ(run("doctor"), 0);
+  EXPECT_THAT(output, HasSubstr(wayTmuxIsAsked));
   fs::remove_all(runtime);
   fs::create_directory(runtime);
   EXPECT_TRUE(eventually([&] { return answersIn(runtime); }));
   EXPECT_EQ(run("doctor"), 0) << output;
+  EXPECT_THAT(output, HasSubstr(wayTmuxIsAsked));
   EXPECT_EQ(endAndReadErrors(), 0);
   EXPECT_FALSE(fs::exists(socketIn(runtime)));
+}
+
+TEST_F(HeadlessReachability, MovesIntoARuntimeFolderThatComesLaterWithAllThatTheDoctorReads) {
+  startTmux();
+  fs::remove(runtime);
+  start();
+  ASSERT_EQ(startedAt, socketIn(temporary));
+  EXPECT_EQ(run("doctor"), 0);
+  EXPECT_THAT(output, HasSubstr(wayTmuxIsAsked));
+  fs::create_directory(runtime);
+  EXPECT_TRUE(eventually([&] { return answersIn(runtime); }));
+  EXPECT_EQ(run("doctor"), 0);
+  EXPECT_THAT(output, HasSubstr(wayTmuxIsAsked));
+  EXPECT_EQ(endAndReadErrors(), 0);
+  for (const auto& base : {runtime, temporary})
+    EXPECT_FALSE(fs::exists(socketIn(base).parent_path() / "tmux-way"));
 }
 
 // The bridge of a cron job or a container has other surroundings than the client.

@@ -1,12 +1,15 @@
 // The whole bridge as a process: a real socket at one end, a real tmux server at the other.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 
 #include <cstdint>
 #include <thread>
 
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketClient.h"
+#include "LocalControl/UnixSocketEndpoint.h"
 #include "tests/BridgeHost/HeadlessFixture.h"
 
 namespace velmora {
@@ -15,6 +18,7 @@ namespace {
 using ::testing::AnyOf;
 using testing::eventually;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class Headless : public testing::HeadlessFixture {
  protected:
@@ -25,6 +29,41 @@ class Headless : public testing::HeadlessFixture {
     return testing::namesIn("/proc/" + std::to_string(headless->process()) + "/fd").size();
   }
 };
+
+TEST_F(Headless, TellsTheServiceManagerWhenClientsCanConnect) {
+  const FileDescriptor manager(::socket(AF_UNIX, SOCK_DGRAM, 0));
+  const auto place = UnixSocketEndpoint::address(directory / "notify");
+  ASSERT_EQ(::bind(manager.get(), reinterpret_cast<const sockaddr*>(&place), sizeof place), 0);
+  environment["NOTIFY_SOCKET"] = (directory / "notify").string();
+  startHeadless();
+  char text[64];
+  const auto count = ::recv(manager.get(), text, sizeof text, 0);
+  EXPECT_EQ(std::string(text, static_cast<std::size_t>(count)), "READY=1");
+  EXPECT_TRUE(call(ToolName::status).ok);
+}
+
+TEST_F(Headless, TellsAnMcpClientThatLaunchedItWhichProgramIsTheServer) {
+  startHeadless();
+  headless->write(R"({"jsonrpc":"2.0","id":1,"method":"initialize","params":{}})"
+                  "\n");
+  headless->signal(SIGUSR1);
+  EXPECT_TRUE(eventually([&] {
+    return textAt(at(payload(ToolName::status), "status"), "mcpState") == wireName(MCPState::paused);
+  })) << "it serves all the same";
+  headless->signal(SIGTERM);
+  EXPECT_THAT(headless->restOfErrors(), HasSubstr("error start: velmora-headless is not the MCP server"));
+  EXPECT_EQ(endHeadless(), 0);
+  EXPECT_EQ(lastOutput, "");
+}
+
+TEST_F(Headless, SaysNothingOfTheServerToWhomItsInputIsClosed) {
+  startHeadless();
+  headless->closeInput();
+  for (int round = 0; round < 3; ++round) EXPECT_TRUE(call(ToolName::status).ok);
+  headless->signal(SIGTERM);
+  EXPECT_THAT(headless->restOfErrors(), Not(HasSubstr("MCP server")));
+  EXPECT_EQ(endHeadless(), 0);
+}
 
 TEST_F(Headless, CarriesAllNineToolsFromTheSocketToAPaneAndBack) {
   startTmux();
@@ -74,6 +113,15 @@ TEST_F(Headless, CarriesAllNineToolsFromTheSocketToAPaneAndBack) {
   EXPECT_THAT(picture, ::testing::StartsWith((directory / "Velmora/terminal-").string()));
   EXPECT_THAT(testing::contentOf(picture), ::testing::StartsWith("\x89PNG\r\n"));
   EXPECT_EQ(testing::modeOf(picture), 0600u);
+}
+
+TEST_F(Headless, LoadsWhatDrawsWithTheFirstPicture) {
+  startHeadless();
+  const auto id = textAt(createSession(), "sessionId");
+  const std::string libraries = "/proc/" + std::to_string(headless->process()) + "/maps";
+  EXPECT_THAT(testing::contentOf(libraries), Not(HasSubstr("libpango")));
+  payload(ToolName::captureScreen, {{"sessionId", id}});
+  EXPECT_THAT(testing::contentOf(libraries), HasSubstr("libpango"));
 }
 
 TEST_F(Headless, PrintsOneLineAndEndsWithZeroWithoutTouchingTheTmuxServer) {
@@ -257,6 +305,18 @@ TEST_F(Headless, SaysOnStandardErrorWhoChangedWhatAndNothingOfTheContents) {
   EXPECT_THAT(errors, ::testing::Not(HasSubstr("a-secret")));
 }
 
+TEST_F(Headless, ServesOnThoughNobodyReadsItsLog) {
+  startTmux();
+  startHeadless();
+  const FileDescriptor errors(
+      ::open(("/proc/" + std::to_string(headless->process()) + "/fd/2").c_str(), O_RDONLY));
+  ASSERT_GT(::fcntl(errors.get(), F_SETPIPE_SZ, 4'096), 0);
+  const auto id = textAt(at(payload(ToolName::listSessions), "sessions").array()->front(), "sessionId");
+  LocalControlClient client(socketPath());
+  for (int i = 0; i < 100; ++i) call(client, ToolName::sendKey, {{"sessionId", id}, {"key", "escape"}});
+  EXPECT_TRUE(call(client, ToolName::status).ok);
+}
+
 TEST_F(Headless, EndsWithAFailureWhenItCanAcceptNoMore) {
   startHeadless();
   const struct rlimit none {};
@@ -296,7 +356,8 @@ TEST_F(Headless, EndsPromptlyThoughTheTmuxServerHangs) {
 
 TEST_F(Headless, SaysWhatItIsAndOfWhichVersion) {
   for (const auto& [option, words] :
-       {std::pair{"--help", "Usage: velmora-headless\n"}, std::pair{"--version", "velmora-headless 0."}}) {
+       {std::pair{"--help", "Usage: velmora-headless\n"}, std::pair{"-h", "Usage: velmora-headless\n"},
+        std::pair{"--version", "velmora-headless 0."}}) {
     const auto program = launch({option});
     EXPECT_EQ(program->wait(), 0);
     EXPECT_THAT(program->restOfOutput(), ::testing::StartsWith(words));
@@ -338,7 +399,8 @@ TEST_F(Headless, RefusesArguments) {
   const auto program = launch({"--verbose"});
   EXPECT_EQ(program->wait(), 2);
   EXPECT_EQ(program->restOfOutput(), "");
-  EXPECT_THAT(program->restOfErrors(), HasSubstr("takes no arguments"));
+  EXPECT_EQ(program->restOfErrors(),
+            "velmora-headless: takes no arguments but --help and --version, not \"--verbose\"\n");
   EXPECT_FALSE(std::filesystem::exists(socketPath()));
 }
 

@@ -1,16 +1,20 @@
 // Against the program itself.
-#include "BridgeHost/OtherBridge.h"
+#include "BridgeHost/BridgeHost.h"
 #include "tests/BridgeHost/HeadlessFixture.h"
+#include "tests/support/FakeTerminal.h"
 #include "tests/support/Thrown.h"
 
 namespace velmora {
 namespace {
 
-using OtherBridgeTest = testing::HeadlessFixture;
+class OtherBridgeTest : public testing::HeadlessFixture {
+ protected:
+  std::function<std::optional<OtherBridge>()> find = [this] { return otherBridgeAt(socketPath()); };
+};
 
 TEST_F(OtherBridgeTest, NobodyAnswersWhereNobodyServes) {
   EXPECT_FALSE(otherBridgeAt(socketPath()));
-  EXPECT_NO_THROW(endOtherBridge(socketPath(), ::getpid()));
+  EXPECT_NO_THROW(endOtherBridge(find, ::getpid()));
 }
 
 TEST_F(OtherBridgeTest, TheOneThatServesIsNamed) {
@@ -25,21 +29,38 @@ TEST_F(OtherBridgeTest, TheOneThatServesIsNamed) {
 TEST_F(OtherBridgeTest, OnlyTheOneThatServesIsEnded) {
   startHeadless();
   testing::ChildProgram bystander({"/bin/sleep", "1000"}, {});
-  EXPECT_THROW(endOtherBridge(socketPath(), bystander.process()), std::runtime_error);
+  EXPECT_THROW(endOtherBridge(find, bystander.process()), std::runtime_error);
   EXPECT_TRUE(runningProcess(bystander.process()));
   EXPECT_TRUE(otherBridgeAt(socketPath()));
-  endOtherBridge(socketPath(), headless->process());
+  endOtherBridge(find, headless->process());
   EXPECT_FALSE(runningProcess(headless->process()));
   EXPECT_EQ(headless->wait(), 0);
   headless.reset();
   EXPECT_FALSE(otherBridgeAt(socketPath()));
 }
 
+TEST_F(OtherBridgeTest, TheOneThatHasOnlyTheDataFolderIsNamedAndEndedToo) {
+  startHeadless();
+  const TemporaryDirectory runtime;
+  environment["XDG_RUNTIME_DIR"] = runtime.path().string();
+  BridgeHost host({.environment = environment,
+                   .makeTerminal = [](const auto&) { return std::make_unique<testing::FakeTerminal>(); }});
+  EXPECT_EQ(host.localServer(), nullptr);
+  ASSERT_TRUE(host.otherBridge());
+  EXPECT_EQ(host.otherBridge()->process, headless->process());
+  EXPECT_EQ(host.otherBridge()->about.name, "velmora-headless");
+  host.endOther(headless->process());
+  EXPECT_EQ(headless->wait(), 0);
+  headless.reset();
+  host.renewServer();
+  EXPECT_FALSE(host.otherBridge());
+  EXPECT_NE(host.localServer(), nullptr);
+}
+
 TEST_F(OtherBridgeTest, OneThatDoesNotEndIsNotWaitedForForEver) {
   startHeadless();
   headless->signal(SIGSTOP);
-  EXPECT_THROW(endOtherBridge(socketPath(), headless->process(), std::chrono::milliseconds(50)),
-               std::runtime_error);
+  EXPECT_THROW(endOtherBridge(find, headless->process(), std::chrono::milliseconds(50)), std::runtime_error);
   headless->signal(SIGCONT);
   EXPECT_EQ(headless->wait(), 0);
   headless.reset();
