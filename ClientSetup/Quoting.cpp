@@ -16,6 +16,12 @@ std::string shellQuoted(std::string_view text) {
   return quoted + '"';
 }
 
+std::string shellWord(std::string_view text) {
+  constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_.:@=,";
+  const bool isPlain = !text.empty() && text.find_first_not_of(plain) == std::string_view::npos;
+  return isPlain ? std::string(text) : shellQuoted(text);
+}
+
 std::string tomlQuoted(std::string_view text) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   std::string quoted = "\"";

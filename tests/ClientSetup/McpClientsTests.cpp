@@ -109,6 +109,22 @@ TEST(McpClients, GiveClaudeCodeACommandForAllProjects) {
             "<mcp><add><--scope><user><terminal><--><" + awkwardPath + ">\n");
 }
 
+TEST(McpClients, AskForTheExtendedFormWhereTheirLanguageCan) {
+  for (const auto& client : mcpClients()) {
+    if (client.id == "openclaw-cli") {
+      EXPECT_THROW(snippetFor(client, plainPath, ToolForm::extended), std::invalid_argument);
+      continue;
+    }
+    const auto extended = snippetFor(client, plainPath, ToolForm::extended);
+    EXPECT_NE(extended.find("--extended"), std::string::npos) << client.id;
+    EXPECT_EQ(snippetFor(client, plainPath).find("--extended"), std::string::npos) << client.id;
+  }
+  EXPECT_EQ(snippetFor(*findMcpClient("codex"), plainPath, ToolForm::extended),
+            "[mcp_servers.terminal]\ncommand = \"/opt/Velmora/bin/velmora\"\nargs = [\"--extended\"]");
+  EXPECT_EQ(snippetFor(*findMcpClient("claude-code"), plainPath, ToolForm::extended),
+            "claude mcp add --scope user terminal -- \"/opt/Velmora/bin/velmora\" --extended");
+}
+
 TEST(McpClients, RefuseAPathThatNoConfigurationCanHold) {
   for (const auto& client : mcpClients()) {
     EXPECT_THROW(snippetFor(client, "/opt/\xFF/velmora"), std::invalid_argument) << client.id;
