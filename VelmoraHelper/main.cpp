@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <charconv>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include "LocalControl/UnixSocketEndpoint.h"
 #include "System/Environment.h"
@@ -20,8 +22,9 @@ namespace velmora {
 
 namespace {
 
-// A client may launch the program with some of the three standard descriptors closed; the next file that is
-// opened would take the free number, and the application's answers must not end up on standard output.
+// The program may be launched with some of the three standard descriptors closed; the next file that is
+// opened would take the free number, and what is printed must not end up in it or in the application's
+// socket.
 void occupyStandardDescriptors() {
   for (int descriptor = ::open("/dev/null", O_RDWR); descriptor >= 0;
        descriptor = ::open("/dev/null", O_RDWR)) {
@@ -53,8 +56,7 @@ std::size_t largestInlinePicture(const Environment& environment, std::size_t usu
   return usual;
 }
 
-int serve() {
-  occupyStandardDescriptors();
+int serve(bool asksForExtended) {
   resetSignals();
   if (::isatty(STDIN_FILENO) == 1) {
     std::fputs(
@@ -66,6 +68,9 @@ int serve() {
   const auto environment = processEnvironment();
   const auto client = ::getppid();
   McpServer::Options options{.version = VELMORA_VERSION, .clientProcessId = client};
+  // A client that keeps an environment for its servers may find the variable easier than an argument.
+  const auto variable = environmentValue(environment, "VELMORA_EXTENDED");
+  if (asksForExtended || (!variable.empty() && variable != "0")) options.form = ToolForm::extended;
   options.largestInlinePicture = largestInlinePicture(environment, options.largestInlinePicture);
 
   // The places are named anew for each connection: the user's own directory may have come meanwhile.
@@ -90,7 +95,10 @@ int serve() {
 }  // namespace velmora
 
 int main(int argc, char** argv) {
-  if (argc <= 1) return velmora::serve();
+  velmora::occupyStandardDescriptors();
+  const bool asksForExtended = argc == 2 && std::string_view(argv[1]) == velmora::extendedOption;
+  if (argc <= 1 || asksForExtended) return velmora::serve(asksForExtended);
+  std::setlocale(LC_CTYPE, "");  // how wide the user's characters are
   const auto context = velmora::systemContext(VELMORA_VERSION, argv[0], velmora::processEnvironment());
   return velmora::runCommandLine(context, {argv + 1, argv + argc});
 }

@@ -7,6 +7,7 @@
 #include "LocalControl/LocalControlCodec.h"
 #include "LocalControl/UnixSocketError.h"
 #include "System/SocketPlatform.h"
+#include "VelmoraHelper/Bridge/AnswerWords.h"
 #include "VelmoraHelper/Bridge/CallFailure.h"
 
 namespace velmora {
@@ -47,11 +48,12 @@ SocketPlatform::ListenerQueue queueOf(const std::exception_ptr& failure) {
 
 }  // namespace
 
-BridgeCalls::Id BridgeCalls::start(BridgeRequest request, Done done, SteadyTime now) {
+BridgeCalls::Id BridgeCalls::start(BridgeRequest request, Done done, SteadyTime now, Hear hear) {
   const bool crowded = calls_.size() >= limits_.running + limits_.waiting;
   calls_.push_back({.id = ++lastId_,
                     .request = std::move(request),
                     .done = std::move(done),
+                    .hear = std::move(hear),
                     .deadline = crowded ? now : now + limits_.deadline});
   return lastId_;
 }
@@ -62,6 +64,7 @@ void BridgeCalls::cancel(Id id) {
 
 void BridgeCalls::advance(SteadyTime now) {
   if (nextKnock_ && now >= *nextKnock_) nextKnock_.reset();
+  for (auto& call : calls_) call.laneIsFree = !keepsLane(call, now);
   while (finishSome(now)) {  // a call that ends may make room for a waiting one
   }
 }
@@ -71,7 +74,7 @@ bool BridgeCalls::finishSome(SteadyTime now) {
   for (auto call = calls_.begin(); call != calls_.end();) {
     std::optional<BridgeAnswer> answer;
     const bool isDue = now >= call->deadline;
-    if (call->connection || (!isDue && mayBegin(*call))) answer = step(*call, now);
+    if (call->connection || (!isDue && mayBegin(*call, now))) answer = step(*call, now);
     const bool isAnswered = answer.has_value();
     if (!isAnswered && isDue) answer = answerToLateness(*call);
     if (answer && !answer->result.ok && now - call->begun >= limits_.hanging) refuseThoseBehind(*call, now);
@@ -94,18 +97,23 @@ BridgeAnswer BridgeCalls::answerToLateness(const Call& call) const {
 }
 
 void BridgeCalls::refuseThoseBehind(const Call& call, SteadyTime now) {
-  if (call.request.lane.empty() || !call.connection) return;
+  if (call.request.lane.empty() || call.request.waits || !call.connection) return;
   for (auto& other : calls_) {
     if (other.request.lane == call.request.lane && !other.connection) other.deadline = now;
   }
 }
 
-bool BridgeCalls::mayBegin(const Call& call) const {
+bool BridgeCalls::keepsLane(const Call& call, SteadyTime now) const {
+  return !call.request.waits || !call.connection || now - call.begun < limits_.keepsLane;
+}
+
+bool BridgeCalls::mayBegin(const Call& call, SteadyTime now) const {
   if (nextKnock_) return false;
   std::size_t running = 0;
   for (const auto& other : calls_) {
     if (&other == &call) break;
-    if (!call.request.lane.empty() && other.request.lane == call.request.lane) return false;
+    if (!call.request.lane.empty() && other.request.lane == call.request.lane && keepsLane(other, now))
+      return false;
   }
   for (const auto& other : calls_) running += other.connection ? 1u : 0u;
   return running < limits_.running;
@@ -126,7 +134,12 @@ std::optional<BridgeAnswer> BridgeCalls::step(Call& call, SteadyTime now) {
       begin(call);
       call.begun = now;
     }
-    const auto frame = call.connection->advance();
+    auto frame = call.connection->advance();
+    for (; frame && call.request.asksForProgress; frame = call.connection->advance()) {
+      auto lastLine = lastLineIn(*frame);
+      if (!lastLine) break;
+      if (call.hear) call.hear(std::move(*lastLine));
+    }
     if (!frame) return std::nullopt;
     BridgeAnswer answer(*frame);
     if (answer.result.requestId != call.request.id) {
@@ -175,6 +188,9 @@ std::optional<SteadyTime> BridgeCalls::nextDeadline() const {
   std::optional<SteadyTime> next = nextKnock_;
   for (const auto& call : calls_) {
     if (!next || call.deadline < *next) next = call.deadline;
+    if (call.request.waits && call.connection && !call.laneIsFree) {
+      next = std::min(*next, call.begun + limits_.keepsLane);
+    }
   }
   return next;
 }

@@ -27,6 +27,9 @@ class BridgeCalls {
   using Id = std::uint64_t;
   using Done = std::function<void(BridgeAnswer)>;
 
+  /// Hears the terminal's last line while a call that asks for progress waits; must not start or stop calls.
+  using Hear = std::function<void(std::string lastLine)>;
+
   /// A connection to the application whose descriptor does not block. Throws UnixSocketError.
   using Connecting = std::function<UnixSocketConnection()>;
 
@@ -38,6 +41,9 @@ class BridgeCalls {
     /// A call that fails after this long met a terminal that hangs, for which the application waits as long.
     /// Those that wait behind it to change the same session would meet it too: they are refused unsent.
     std::chrono::seconds hanging{5};
+    /// A call that waits for what it has started keeps others from its session this long, in which its input
+    /// is delivered; then they may interrupt what it waits for.
+    std::chrono::seconds keepsLane{1};
     /// How soon to knock again when the application's queue of connections was full.
     std::chrono::milliseconds knockAgain{5};
     /// For how long, where the system does not tell a full queue from an application that has ended.
@@ -49,7 +55,7 @@ class BridgeCalls {
 
   /// Starts a call. `done` is called once, by a later `advance`, with the application's answer or with one
   /// that says what went wrong; it may start further calls.
-  Id start(BridgeRequest request, Done done, SteadyTime now);
+  Id start(BridgeRequest request, Done done, SteadyTime now, Hear hear = {});
 
   /// Stops waiting for a call and forgets it: `done` is not called any more. Without effect when it has
   /// ended.
@@ -74,17 +80,20 @@ class BridgeCalls {
     Id id;
     BridgeRequest request;
     Done done;
+    Hear hear;
     SteadyTime deadline;
     SteadyTime begun{};
     std::optional<BridgeConnection> connection{};
     bool isSecondUse = false;  // of a connection that was kept
+    bool laneIsFree = false;   // others were told that they may begin
     std::optional<SteadyTime> crowdedSince{};
   };
   using Calls = std::list<Call>;
 
   bool finishSome(SteadyTime now);
   void refuseThoseBehind(const Call& call, SteadyTime now);
-  bool mayBegin(const Call& call) const;
+  bool mayBegin(const Call& call, SteadyTime now) const;
+  bool keepsLane(const Call& call, SteadyTime now) const;
   void begin(Call& call);
   std::optional<BridgeAnswer> step(Call& call, SteadyTime now);
   std::optional<BridgeAnswer> recover(Call& call, std::exception_ptr failure, SteadyTime now);

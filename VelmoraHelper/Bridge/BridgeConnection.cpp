@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include "LocalControl/LocalControlCodec.h"
 #include "System/SocketPlatform.h"
@@ -35,7 +36,7 @@ std::optional<std::string> BridgeConnection::advance() {
   std::array<char, LocalControlCodec::headerSize> header{};
   std::copy_n(answer_.begin(), header.size(), header.begin());
   if (!read(header.size() + LocalControlCodec::payloadSize(header))) return std::nullopt;
-  return std::move(answer_);
+  return std::exchange(answer_, {});
 }
 
 void BridgeConnection::write() {

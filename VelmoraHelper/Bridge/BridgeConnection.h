@@ -9,8 +9,9 @@
 
 namespace velmora {
 
-/// Made from a connection whose descriptor does not block. A call is one frame out and one frame back; a call
-/// begins when the one before has ended. After a failure, discard the connection. Not thread-safe.
+/// Made from a connection whose descriptor does not block. A call is one frame out and one frame back, or
+/// several where the request asks for more than the answer; a call begins when the one before has ended.
+/// After a failure, discard the connection. Not thread-safe.
 class BridgeConnection {
  public:
   explicit BridgeConnection(UnixSocketConnection connection) : connection_(std::move(connection)) {}
@@ -26,7 +27,7 @@ class BridgeConnection {
   /// Begins a call. `frame` is the whole request frame.
   void begin(std::string frame);
 
-  /// Writes and reads what it can without waiting. Returns the whole answer frame, or nothing until there is
+  /// Writes and reads what it can without waiting. Returns the next whole frame, or nothing until there is
   /// more to read. Throws system("write"), disconnected, system("read"), and LocalControlCodecError for a
   /// length that is out of range.
   std::optional<std::string> advance();

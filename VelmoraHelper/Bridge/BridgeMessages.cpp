@@ -22,10 +22,29 @@ std::string laneOf(const LocalControlCall<JsonMembers>& call) {
   return lane;
 }
 
+bool waitsForItsEffect(const LocalControlCall<JsonMembers>& call) {
+  const auto* seconds = call.arguments.value->get_object().if_contains("waitSeconds");
+  return call.extended.value_or(false) && seconds != nullptr && numberIn(*seconds).value_or(0) > 0;
+}
+
 }  // namespace
 
 BridgeRequest::BridgeRequest(const LocalControlCall<JsonMembers>& call)
-    : id(call.requestId), tool(call.operation), lane(laneOf(call)), payload(encodeJson(call)) {}
+    : id(call.requestId),
+      tool(call.operation),
+      lane(laneOf(call)),
+      waits(waitsForItsEffect(call)),
+      asksForProgress(call.progress.value_or(false)),
+      payload(encodeJson(call)) {}
+
+std::optional<std::string> lastLineIn(std::string_view frame) {
+  return withJson(LocalControlCodec::payload(frame), [](const boost::json::value& document) {
+    const auto* members = document.if_object();
+    const auto* line = members == nullptr ? nullptr : members->if_contains("lastLine");
+    return line != nullptr && line->is_string() ? std::optional<std::string>(line->get_string())
+                                                : std::nullopt;
+  });
+}
 
 // The document's values share one growing piece of memory, which goes with the document.
 BridgeAnswer::BridgeAnswer(std::string_view frame)

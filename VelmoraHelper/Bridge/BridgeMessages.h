@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "BridgeModels/Json/JsonPart.h"
@@ -16,9 +17,15 @@ struct BridgeRequest {
 
   Uuid id;
   ToolName tool;
-  std::string lane;     ///< The session that it changes, in one spelling; empty for none.
+  std::string lane;    ///< The session that it changes, in one spelling; empty for none.
+  bool waits = false;  ///< It is answered only some time after it has changed the session.
+  bool asksForProgress = false;
   std::string payload;  ///< The request as JSON text; it may be longer than a frame can carry.
 };
+
+/// The terminal's last line, if the frame tells of a call's progress. Throws LocalControlCodecError and
+/// JsonDecodeError.
+std::optional<std::string> lastLineIn(std::string_view frame);
 
 /// The application's answer, or one of the helper's own when the application could not be asked.
 struct BridgeAnswer {

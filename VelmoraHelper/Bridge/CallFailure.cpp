@@ -109,25 +109,4 @@ BridgeAnswer answerToCrowding(const BridgeRequest& request) {
                                "Retry when the earlier calls have been answered.")};
 }
 
-BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer) {
-  auto& error = answer.result.error;
-  if (error && error->code == ErrorCode::invalidArgument &&
-      error->message == unsupportedProtocolVersionMessage) {
-    error = unavailable(
-        request.tool,
-        "The running Velmora is of another version than this helper: they speak different versions of the "
-        "control channel.",
-        "Quit Velmora, start the version that this helper belongs to, and restart the client.");
-    error->retryable = false;
-  }
-  // The history is written after the delivery, so nothing but the record is missing.
-  if (error && error->code == ErrorCode::historyStorageFailed && toolTraits(request.tool).changesTerminal) {
-    error->message = "The input was delivered; only its record could not be saved. " + error->message;
-    error->retryable = false;
-    error->recoverySuggestion =
-        "Do not send it again. Tell the user to check disk space and the permissions of Velmora's data folder.";
-  }
-  return answer;
-}
-
 }  // namespace velmora

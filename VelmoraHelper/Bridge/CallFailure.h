@@ -19,9 +19,4 @@ BridgeAnswer answerToSilence(const BridgeRequest& request, std::chrono::seconds 
 /// The answer to a request that was never sent, because earlier ones kept the application busy.
 BridgeAnswer answerToCrowding(const BridgeRequest& request);
 
-/// `answer` unchanged but for two errors, whose words would mislead. One that comes from another version of
-/// the channel says so, instead of blaming the request. One about the history, of a call that changed the
-/// terminal, says that it took effect, and asks nobody to retry.
-BridgeAnswer explained(const BridgeRequest& request, BridgeAnswer answer);
-
 }  // namespace velmora

@@ -31,6 +31,7 @@ ProgramAnswer askProgram(const std::vector<std::string>& command, const Environm
   return {.end = exited ? ProgramAnswer::End::exited : ProgramAnswer::End::killed,
           .exitStatus = result.exitStatus,
           .output = std::move(result.output),
+          .errors = std::move(result.errorOutput),
           .path = *path};
 }
 

@@ -22,6 +22,7 @@ struct ProgramAnswer {
   End end = End::notFound;
   int exitStatus = 0;            ///< As a shell reports it. `exited` only.
   std::string output{};          ///< What it wrote to standard output.
+  std::string errors{};          ///< And to standard error.
   std::filesystem::path path{};  ///< The program's file. Empty when there is none.
 };
 

@@ -13,7 +13,8 @@
 #include "BridgeModels/Tools.h"
 #include "LocalControl/LocalControlCodec.h"
 #include "System/Utf8.h"
-#include "VelmoraHelper/Commands/NearestName.h"
+#include "VelmoraHelper/Tools/ArgumentCheck.h"
+#include "VelmoraHelper/Tools/NearestName.h"
 
 namespace velmora {
 
@@ -43,19 +44,6 @@ std::string unknownTool(const std::string& typed) {
   text += "; the tools are:";
   for (const auto name : names) text.append("\n  ").append(name);
   return text;
-}
-
-// Which argument the application could not decode: its answer does not say.
-std::string problemOf(ToolName tool, const boost::json::value& arguments) {
-  return visitTool(tool, [&]<class Tool>(const Tool&) -> std::string {
-    try {
-      typename Tool::Input input{};
-      JsonReader(arguments).read(input);
-    } catch (const JsonDecodeError& error) {
-      return error.what();
-    }
-    return {};
-  });
 }
 
 // The payload as the user reads it.
@@ -98,6 +86,8 @@ ExitStatus callTool(const CommandContext& context, const std::string& name, cons
   const auto tool = fromWireName<ToolName>(name);
   if (!tool) return refuse(context, unknownTool(name));
   const auto text = json == "-" ? readAll(context.in) : json;
+  if (text.size() > LocalControlCodec::maximumPayloadSize)
+    return refuse(context, "the arguments are larger than a request may be, which is 1 MiB");
   boost::json::value arguments;
   try {
     arguments = parseJson(text);
@@ -118,8 +108,9 @@ ExitStatus callTool(const CommandContext& context, const std::string& name, cons
   const auto error = errorOf(answer);
   explain(context, error);
   if (error.code == ErrorCode::invalidArgument) {
-    if (const auto problem = problemOf(*tool, arguments); !problem.empty())
-      context.err << plainText(problem) << '\n';
+    // Which argument the application could not decode: its answer does not say.
+    if (const auto fault = argumentFault(*tool, arguments.get_object()))
+      context.err << plainText(*fault) << '\n';
   }
   return ExitStatus::failure;
 }

@@ -1,6 +1,7 @@
 // One finding of `velmora doctor`.
 #pragma once
 
+#include <boost/describe/class.hpp>
 #include <string>
 #include <utility>
 
@@ -19,5 +20,14 @@ struct Check {
     return {std::move(name), false, std::move(finding), std::move(nextStep)};
   }
 };
+
+/// The same, as `velmora doctor --json` prints it.
+struct CheckLine {
+  std::string id{};     ///< The name with hyphens.
+  std::string state{};  ///< "ok" or "fail".
+  std::string text{};
+  std::string advice{};
+};
+BOOST_DESCRIBE_STRUCT(CheckLine, (), (id, state, text, advice))
 
 }  // namespace velmora

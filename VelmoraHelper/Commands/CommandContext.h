@@ -5,11 +5,18 @@
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "BridgeModels/Date.h"
+#include "System/Environment.h"
+#include "System/FileSystem.h"
+#include "System/RunningProcess.h"
 #include "VelmoraHelper/Bridge/BridgeMessages.h"
 #include "VelmoraHelper/Commands/AskProgram.h"
+#include "VelmoraHelper/Commands/PersonCalls.h"
 
 namespace velmora {
 
@@ -36,6 +43,27 @@ struct CommandContext {
   std::function<std::filesystem::path()> connect;
   BridgeCalling call;
   ProgramAsking askProgram;
+  /// A connection of its own to the bridge's channel for users.
+  std::function<std::unique_ptr<PersonCalling>()> person{};
+  /// Asks for a line at the user's terminal, whatever the standard streams are, and waits for it; nothing
+  /// when there is no terminal or nobody typed in time.
+  std::function<std::optional<std::string>(const std::string& prompt, std::chrono::seconds patience)>
+      askUser{};
+  /// Puts the screen of `velmora watch` in this program's place; returns only when it cannot, with the
+  /// reason.
+  std::function<std::string()> becomeWatchScreen{};
+  Clock now = Date::now;
+  Environment environment{};
+  std::shared_ptr<FileSystem> files = std::make_shared<PosixFileSystem>();
+  /// Runs a program that takes its time, such as a client's own command.
+  ProgramAsking runProgram{};
+  /// The process that listens at the socket; nothing when nobody does.
+  std::function<std::optional<pid_t>()> bridgeProcess{};
+  std::function<std::optional<RunningProcess>(pid_t)> processNamed = runningProcess;
+  /// What this user can still write at a place, in bytes; nothing when that is not known.
+  std::function<std::optional<std::uintmax_t>(const std::filesystem::path&)> roomAt{};
+  /// The tmux servers that answer where tmux usually puts their sockets, and beside the bridge's.
+  std::function<std::vector<std::filesystem::path>(const std::filesystem::path& ofBridge)> tmuxServers{};
 };
 
 }  // namespace velmora

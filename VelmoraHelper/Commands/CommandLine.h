@@ -8,7 +8,8 @@
 
 namespace velmora {
 
-/// Does what the arguments (without the program's own name) ask for. Returns the exit status.
+/// Does what the arguments (without the program's own name) ask for. Returns the exit status, which is a
+/// failure when `out` could not be written.
 int runCommandLine(const CommandContext& context, std::vector<std::string> arguments);
 
 }  // namespace velmora

@@ -7,13 +7,18 @@
 #include <ostream>
 #include <system_error>
 
+#include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/TmuxWayFile.h"
 #include "BridgeModels/ToolPayloads.h"
 #include "LocalControl/UnixSocketError.h"
+#include "System/FileSystem.h"
 #include "System/Utf8.h"
 #include "VelmoraHelper/Commands/Payload.h"
 #include "VelmoraHelper/Commands/SettingsCheck.h"
 #include "VelmoraHelper/Commands/SocketCheck.h"
+#include "VelmoraHelper/Commands/SurroundingsCheck.h"
 #include "VelmoraHelper/Commands/TerminalCheck.h"
+#include "VelmoraHelper/Commands/TmuxServers.h"
 
 namespace velmora {
 
@@ -112,15 +117,43 @@ Check checkPermission(const BridgeStatus& status) {
   return Check::passed(name, "not known before the terminal runs");
 }
 
-std::vector<Check> checkAnswer(const CommandContext& context) {
+// What the bridge left word of; empty when it has not asked tmux, or has another terminal.
+struct TmuxNote {
+  std::string way;
+  std::string socket;
+};
+
+TmuxNote tmuxNote(const std::filesystem::path& socketURL) {
+  constexpr std::size_t mostBytes = 500;
+  try {
+    const auto text =
+        PosixFileSystem().read(socketURL.parent_path().parent_path() / tmuxWayFile).substr(0, mostBytes);
+    const auto end = text.find('\n');
+    return {text.substr(0, end), end == std::string::npos ? "" : text.substr(end + 1)};
+  } catch (const std::system_error&) {
+    return {};
+  }
+}
+
+bool wasSilence(const StructuredError& error) { return error.message.starts_with("Velmora did not answer"); }
+
+std::vector<Check> checkAnswer(const CommandContext& context, const std::filesystem::path& socketURL) {
   const auto answer = payloadOf<StatusPayload>(context, ToolName::status);
-  if (answer.error) return {Check::failed("answer", answer.error->message, answer.error->recoverySuggestion)};
+  if (answer.error) {
+    return {Check::failed(
+        "answer", answer.error->message,
+        wasSilence(*answer.error) ? stepsForHangingBridge(context) : answer.error->recoverySuggestion)};
+  }
   const auto& status = answer.payload.status;
   const bool active = status.mcpState == MCPState::active;
   std::vector<Check> checks{
       Check::passed("answer", active ? "the bridge is active"
                                      : "the bridge is paused: resume it in Velmora to let agents type")};
   checks.push_back(checkTerminal(status));
+  const auto note = tmuxNote(socketURL);
+  if (!note.way.empty()) checks.push_back(Check::passed("tmux server", "asked " + note.way));
+  if (!note.socket.empty() && context.tmuxServers)
+    checks.push_back(checkTmuxServers(note.socket, context.tmuxServers(note.socket)));
   if (status.terminalState != TerminalState::unavailable ||
       status.automationPermission == AutomationPermission::denied) {
     checks.push_back(checkPermission(status));
@@ -130,6 +163,18 @@ std::vector<Check> checkAnswer(const CommandContext& context) {
 
 void append(std::vector<Check>& checks, std::vector<Check> more) {
   checks.insert(checks.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+}
+
+std::vector<CheckLine> linesOf(const std::vector<Check>& checks) {
+  std::vector<CheckLine> lines;
+  lines.reserve(checks.size());
+  for (const auto& check : checks) {
+    auto id = check.name;
+    std::replace(id.begin(), id.end(), ' ', '-');
+    lines.push_back(
+        {std::move(id), check.ok ? "ok" : "fail", repairUtf8(check.finding), repairUtf8(check.nextStep)});
+  }
+  return lines;
 }
 
 bool isOk(const Check& check) { return check.ok; }
@@ -144,15 +189,28 @@ std::string withFullStop(std::string text) {
 std::vector<Check> examine(const CommandContext& context) {
   const auto reached = reach(context);
   std::vector<Check> checks{checkHelper(context), checkTerminalProgram(context.askProgram),
-                            checkSettings(context.settings), checkPlace(context, reached.socketURL)};
+                            checkSettings(context.settings), checkLimits(context.settings)};
+  append(checks, checkSurroundings(context));
+  append(checks, checkClients(context));
+  checks.push_back(checkPlace(context, reached.socketURL));
   if (!checks.back().ok) return checks;
   append(checks, checkApplication(reached.failure));
-  if (checks.back().ok) append(checks, checkAnswer(context));
+  if (!checks.back().ok) return checks;
+  append(checks, checkProcess(context));
+  append(checks, checkAnswer(context, reached.socketURL));
   return checks;
 }
 
-ExitStatus printDiagnosis(const CommandContext& context) {
+ExitStatus printDiagnosis(const CommandContext& context, bool json) {
   const auto checks = examine(context);
+  const auto outcome =
+      std::all_of(checks.begin(), checks.end(), isOk) ? ExitStatus::success : ExitStatus::failure;
+  if (json) {
+    auto format = JsonFormat::people;
+    format.pretty = true;
+    context.out << encodeJson(linesOf(checks), format) << '\n';
+    return outcome;
+  }
   for (const auto& check : checks) {
     context.out << (check.ok ? "OK    " : "FAIL  ") << check.name << ": ";
     if (check.ok) {
@@ -161,7 +219,7 @@ ExitStatus printDiagnosis(const CommandContext& context) {
       context.out << withFullStop(plainText(check.finding)) << " Next: " << plainText(check.nextStep) << '\n';
     }
   }
-  return std::all_of(checks.begin(), checks.end(), isOk) ? ExitStatus::success : ExitStatus::failure;
+  return outcome;
 }
 
 }  // namespace velmora

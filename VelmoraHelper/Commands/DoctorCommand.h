@@ -12,7 +12,7 @@ namespace velmora {
 /// failed is left out.
 std::vector<Check> examine(const CommandContext& context);
 
-/// Prints one line a check. Fails when one of them did.
-ExitStatus printDiagnosis(const CommandContext& context);
+/// Prints one line a check, or JSON. Fails when one of them did.
+ExitStatus printDiagnosis(const CommandContext& context, bool json = false);
 
 }  // namespace velmora

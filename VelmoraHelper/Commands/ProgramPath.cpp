@@ -1,4 +1,4 @@
-// The half of ProgramPath.h that is the same on every system.
+// Apart from the commands, all of which it tells where this program lies.
 #include "VelmoraHelper/Commands/ProgramPath.h"
 
 #include <system_error>

@@ -8,9 +8,6 @@
 
 namespace velmora {
 
-/// The file that this process runs, with every link in its path resolved. Empty when the system does not say.
-std::filesystem::path runningProgramFile();
-
 /// The absolute path under which this program was started: `invokedAs` is its argument zero. A link to the
 /// program stays a link, since that is what survives an update. Falls back to `runningFile`.
 std::filesystem::path programPath(const std::string& invokedAs, const Environment& environment,

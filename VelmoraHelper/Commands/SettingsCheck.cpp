@@ -17,7 +17,16 @@ namespace {
 constexpr const char* name = "settings";
 
 std::string policyOf(const PrivacyRetentionSettings& settings) {
-  return "session policy " + std::string(wireName(settings.sessionPolicy));
+  std::string words = "session policy " + std::string(wireName(settings.sessionPolicy));
+  if (settings.allowBusySessionInput) {
+    words += ", busy input on";
+  } else if (settings.allowOwnBusySessionInput.value_or(false)) {
+    words += ", busy input in agents' windows";
+  }
+  if (settings.containNewWindows.value_or(false)) words += ", new windows in bubblewrap";
+  if (const auto socket = settings.tmuxSocket.value_or(""); !socket.empty())
+    words += ", tmux socket " + socket;
+  return words;
 }
 
 std::optional<std::string> unknownKey(const boost::json::value& settings) {
@@ -30,10 +39,36 @@ std::optional<std::string> unknownKey(const boost::json::value& settings) {
   return std::nullopt;
 }
 
+PrivacyRetentionSettings readableSettings(const std::filesystem::path& file) {
+  PrivacyRetentionSettings settings;
+  try {
+    const auto document = parseJson(PosixFileSystem().read(file));
+    JsonReader(document.at("settings")).read(settings);
+    settings.normalize();
+    return settings;
+  } catch (const std::exception&) {  // the check of the settings says what is wrong
+    return {};
+  }
+}
+
 }  // namespace
 
+Check checkLimits(const std::filesystem::path& file) {
+  const auto settings = readableSettings(file);
+  std::string words = settings.sessionPolicy == SessionPolicy::safe
+                          ? "agents may type into every session"
+                          : "agents may type into windows that they opened, and read the others";
+  words += settings.allowBusySessionInput                      ? ", busy ones too"
+           : settings.allowOwnBusySessionInput.value_or(false) ? ", busy ones only if an agent opened them"
+                                                               : ", but not into busy ones";
+  if (!settings.persistentHistoryEnabled) return Check::passed("limits", words + "; no history is kept");
+  words += "; history is kept for " + std::to_string(settings.retentionDays) +
+           (settings.retentionDays == 1 ? " day" : " days");
+  return Check::passed("limits", settings.deleteOnAppExit ? words + ", and until the bridge ends" : words);
+}
+
 Check checkSettings(const std::filesystem::path& file) {
-  constexpr const char* mend = "Mend the file or remove it, then restart Velmora.";
+  constexpr const char* repair = "Correct the file or remove it, then restart Velmora.";
   PosixFileSystem files;
   if (file.empty() || !files.exists(file)) {
     return Check::passed(name, "none stored; " + policyOf(PrivacyRetentionSettings{}));
@@ -48,11 +83,15 @@ Check checkSettings(const std::filesystem::path& file) {
                                policyOf(settings) + " holds",
                            "Correct its name or remove it, then restart Velmora.");
     }
+    if (const auto socket = settings.tmuxSocket.value_or(""); !socket.empty() && !socket.starts_with('/')) {
+      return Check::failed(name, "tmuxSocket in " + file.string() + " is no absolute path",
+                           "Name the socket from / on, then restart Velmora.");
+    }
     return Check::passed(name, file.string() + "; " + policyOf(settings));
   } catch (const JsonDecodeError& error) {
-    return Check::failed(name, file.string() + ": " + error.what(), mend);
+    return Check::failed(name, file.string() + ": " + error.what(), repair);
   } catch (const std::exception&) {  // no member "settings", or a file that cannot be read
-    return Check::failed(name, file.string() + " cannot be read", mend);
+    return Check::failed(name, file.string() + " cannot be read", repair);
   }
 }
 

@@ -11,4 +11,8 @@ namespace velmora {
 /// passes over it, and the default holds. An empty path or no file means the defaults.
 Check checkSettings(const std::filesystem::path& file);
 
+/// What the settings come to for agents: where they may type, and what is kept of it. Unreadable ones count
+/// as the defaults.
+Check checkLimits(const std::filesystem::path& file);
+
 }  // namespace velmora

@@ -21,11 +21,6 @@ Check notThere(const std::filesystem::path& socketURL) {
   return Check::passed(name, socketURL.string() + ", not there yet");
 }
 
-Check unseen(const std::filesystem::path& path, int code) {
-  return Check::failed(name, path.string() + " cannot be looked at: " + std::generic_category().message(code),
-                       takeAnotherPlace);
-}
-
 // It must be of the expected type, and nobody else may have access.
 std::optional<Check> defectOf(const std::filesystem::path& path, const struct stat& status, mode_t type,
                               uid_t user, const std::string& mode) {
@@ -45,6 +40,13 @@ std::optional<Check> defectOf(const std::filesystem::path& path, const struct st
 
 }  // namespace
 
+Check unseenSocket(const std::filesystem::path& path, int code) {
+  const auto finding = path.string() + " cannot be looked at: " + std::generic_category().message(code);
+  if (code != EACCES) return Check::failed(name, finding, takeAnotherPlace);
+  return Check::failed(name, finding,
+                       "Give yourself access to it: chmod u+rwx '" + path.parent_path().string() + "'");
+}
+
 Check checkSocket(const std::filesystem::path& socketURL, uid_t user) {
   if (socketURL.native().size() > UnixSocketEndpoint::maximumPathBytes) {
     return Check::failed(name,
@@ -55,11 +57,11 @@ Check checkSocket(const std::filesystem::path& socketURL, uid_t user) {
   struct stat status {};
   const auto folder = socketURL.parent_path();
   if (::lstat(folder.c_str(), &status) != 0) {
-    return errno == ENOENT ? notThere(socketURL) : unseen(folder, errno);
+    return errno == ENOENT ? notThere(socketURL) : unseenSocket(folder, errno);
   }
   if (auto defect = defectOf(folder, status, S_IFDIR, user, "700")) return *defect;
   if (::lstat(socketURL.c_str(), &status) != 0) {
-    return errno == ENOENT ? notThere(socketURL) : unseen(socketURL, errno);
+    return errno == ENOENT ? notThere(socketURL) : unseenSocket(socketURL, errno);
   }
   if (auto defect = defectOf(socketURL, status, S_IFSOCK, user, "600")) return *defect;
   return Check::passed(name, socketURL.string() + ", yours alone");

@@ -13,4 +13,7 @@ namespace velmora {
 /// does not exist yet is fine.
 Check checkSocket(const std::filesystem::path& socketURL, uid_t user);
 
+/// The finding where the system does not let the path be looked at, with lstat's errno.
+Check unseenSocket(const std::filesystem::path& path, int code);
+
 }  // namespace velmora

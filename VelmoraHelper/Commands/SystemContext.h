@@ -9,7 +9,7 @@ namespace velmora {
 
 /// Standard streams, the application at its usual place, the system's programs, each within its deadline.
 /// `invokedAs` is this program's argument zero.
-CommandContext systemContext(std::string version, const std::string& invokedAs,
+CommandContext systemContext(const std::string& version, const std::string& invokedAs,
                              const Environment& environment);
 
 }  // namespace velmora

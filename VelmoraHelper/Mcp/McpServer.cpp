@@ -1,6 +1,7 @@
 #include "VelmoraHelper/Mcp/McpServer.h"
 
 #include "BridgeModels/Json/JsonEncoding.h"
+#include "VelmoraHelper/Tools/ArgumentCheck.h"
 #include "VelmoraHelper/Tools/ToolResultJson.h"
 
 namespace velmora {
@@ -29,6 +30,13 @@ JsonMembers argumentsOf(const boost::json::object& params) {
   return {value};
 }
 
+StructuredError invalidArgument(ToolName tool, std::string fault) {
+  return {.code = ErrorCode::invalidArgument,
+          .message = std::move(fault),
+          .operation = std::string(wireName(tool)),
+          .recoverySuggestion = "Correct the request arguments and try again."};
+}
+
 // The list has one page, so the server never hands out a cursor.
 void expectFirstPage(const boost::json::object& params) {
   const auto* cursor = params.if_contains("cursor");
@@ -39,7 +47,7 @@ void expectFirstPage(const boost::json::object& params) {
 
 McpServer::McpServer(Options options, BridgeCalls& calls, UuidSource newId, Send send, HelperLog log)
     : options_(std::move(options)),
-      answers_(options_.version),
+      answers_(options_.version, options_.form),
       calls_(calls),
       newId_(std::move(newId)),
       send_(std::move(send)),
@@ -134,27 +142,75 @@ void McpServer::startCall(const JsonRpcRequest& request, const RequestContext& c
   if (running_.contains(key)) {
     throw JsonRpcFailure(JsonRpcErrorCode::invalidRequest, "A call with this id is still under way.");
   }
-  const LocalControlCall<JsonMembers> call{.requestId = newId_(),
-                                           .client = {.name = context.client.name,
-                                                      .version = context.client.version,
-                                                      .processId = options_.clientProcessId},
-                                           .operation = tool,
-                                           .arguments = arguments};
-  const auto id = calls_.start(
-      BridgeRequest(call), [this, key](const BridgeAnswer& bridgeAnswer) { endCall(key, bridgeAnswer); },
-      now);
-  running_.insert({key,
-                   {.call = id,
-                    .id = *request.id,
-                    .tool = tool,
-                    .revision = context.revision,
-                    .reply = reply,
-                    .started = now,
-                    .progressToken = progressTokenOf(request.params)}});
+  const bool isExtended = options_.form == ToolForm::extended;
+  auto progressToken = progressTokenOf(request.params);
+  const LocalControlCall<JsonMembers> call{
+      .requestId = newId_(),
+      .client = {.name = context.client.name,
+                 .version = context.client.version,
+                 .processId = options_.clientProcessId},
+      .operation = tool,
+      .arguments = arguments,
+      .extended = isExtended ? std::optional(true) : std::nullopt,
+      .progress = isExtended && progressToken ? std::optional(true) : std::nullopt};
+  BridgeRequest bridgeRequest(call);
+  RunningCall running{.id = *request.id,
+                      .tool = tool,
+                      .revision = context.revision,
+                      .reply = reply,
+                      .started = now,
+                      .progressToken = std::move(progressToken)};
+  if (auto fault = argumentFault(tool, arguments.value->get_object(), options_.form)) {
+    return answerCall(running, BridgeAnswer(bridgeRequest, invalidArgument(tool, std::move(*fault))));
+  }
+  const bool mustAskFirst =
+      isExtended && !knowsExtendedForm_ && usesExtendedForm(tool, arguments.value->get_object());
+  running.call = mustAskFirst ? askForExtendedForm(key, std::move(bridgeRequest), context.client, now)
+                              : send(key, std::move(bridgeRequest), now);
+  running_.insert({key, std::move(running)});
 }
 
-void McpServer::endCall(const std::string& key, const BridgeAnswer& bridgeAnswer) {
-  const auto call = std::move(running_.extract(key).mapped());
+BridgeCalls::Id McpServer::send(const std::string& key, BridgeRequest request, SteadyTime now) {
+  return calls_.start(
+      std::move(request),
+      [this, key](const BridgeAnswer& bridgeAnswer) {
+        if (bridgeAnswer.result.ok) knowsExtendedForm_ = bridgeAnswer.result.extended.value_or(false);
+        answerCall(running_.extract(key).mapped(), bridgeAnswer);
+      },
+      now, [this, key](std::string lastLine) { running_.at(key).lastLine = std::move(lastLine); });
+}
+
+// An application that knows only the plain form would ignore what the call asks for, and press Return.
+BridgeCalls::Id McpServer::askForExtendedForm(const std::string& key, BridgeRequest request,
+                                              const ClientName& client, SteadyTime now) {
+  static const boost::json::value none(boost::json::object_kind);
+  const LocalControlCall<JsonMembers> question{
+      .requestId = newId_(),
+      .client = {.name = client.name, .version = client.version, .processId = options_.clientProcessId},
+      .operation = ToolName::status,
+      .arguments = {&none},
+      .extended = true};
+  return calls_.start(
+      BridgeRequest(question),
+      [this, key, now, request = std::move(request)](const BridgeAnswer& answer) {
+        knowsExtendedForm_ = answer.result.extended.value_or(false);
+        if (knowsExtendedForm_) {
+          running_.at(key).call = send(key, request, now);
+          return;
+        }
+        auto error = answer.result.error.value_or(StructuredError{
+            .code = ErrorCode::bridgeUnavailable,
+            .message = "The running Velmora is older than this helper and knows only the plain "
+                       "form of the tools; nothing was sent.",
+            .recoverySuggestion = "Ask the user to restart Velmora, or leave out what only the "
+                                  "extended form has."});
+        error.operation = std::string(wireName(request.tool));
+        answerCall(running_.extract(key).mapped(), BridgeAnswer(request, std::move(error)));
+      },
+      now);
+}
+
+void McpServer::answerCall(const RunningCall& call, const BridgeAnswer& bridgeAnswer) {
   log_.write(std::string(wireName(call.tool)) + (bridgeAnswer.result.ok ? " succeeded" : " failed"));
   JsonWriter result(JsonFormat::people);
   result.beginObject();
@@ -200,7 +256,9 @@ void McpServer::sendProgress(SteadyTime now) {
     params.key("progressToken");
     params.raw(*call.progressToken);
     writeMember(params, "progress", call.progress);
-    writeMember(params, "message", "Waiting for Velmora to answer " + std::string(wireName(call.tool)));
+    writeMember(params, "message",
+                call.lastLine.empty() ? "Waiting for Velmora to answer " + std::string(wireName(call.tool))
+                                      : call.lastLine);
     params.endObject();
     send_(jsonRpcNotification("notifications/progress", params.take()));
   }

@@ -31,6 +31,7 @@ class McpServer {
     std::string version;                       ///< Of this program.
     std::int32_t clientProcessId{};            ///< Of the process that launched it.
     std::size_t largestInlinePicture = 60000;  ///< Bytes of a PNG file; larger ones are only linked.
+    ToolForm form = ToolForm::plain;           ///< In which the tools are offered.
   };
 
   /// Calls go through `calls`, which must outlive the server's last call; messages go to `send`.
@@ -55,7 +56,7 @@ class McpServer {
     std::shared_ptr<BatchAnswer> batch{};
   };
   struct RunningCall {
-    BridgeCalls::Id call;
+    BridgeCalls::Id call = 0;
     std::string id;  // JSON text
     ToolName tool;
     ProtocolRevision revision;
@@ -63,6 +64,7 @@ class McpServer {
     SteadyTime started;
     std::optional<std::string> progressToken{};
     std::int64_t progress = 0;  // the last value sent
+    std::string lastLine{};     // of the terminal, when the application has told
   };
 
   void receiveOne(JsonRpcMessage message, const Reply& reply, SteadyTime now);
@@ -72,7 +74,10 @@ class McpServer {
   std::string initialize(const boost::json::object& params);
   void startCall(const JsonRpcRequest& request, const RequestContext& context, const Reply& reply,
                  SteadyTime now);
-  void endCall(const std::string& key, const BridgeAnswer& bridgeAnswer);
+  BridgeCalls::Id send(const std::string& key, BridgeRequest request, SteadyTime now);
+  BridgeCalls::Id askForExtendedForm(const std::string& key, BridgeRequest request, const ClientName& client,
+                                     SteadyTime now);
+  void answerCall(const RunningCall& call, const BridgeAnswer& bridgeAnswer);
   void cancelCall(const boost::json::object& params);
   void answer(const Reply& reply, std::string message);
   void refuse(const Reply& reply, const JsonRpcFailure& failure);
@@ -86,6 +91,7 @@ class McpServer {
   const HelperLog log_;
   std::optional<RequestContext> session_{};       // begun with `initialize`
   std::map<std::string, RunningCall> running_{};  // by the key of the request's id
+  bool knowsExtendedForm_ = false;                // the application, as far as it has been heard
 };
 
 }  // namespace velmora

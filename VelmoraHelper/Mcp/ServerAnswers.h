@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "BridgeModels/Json/JsonWriter.h"
+#include "BridgeModels/ToolForm.h"
 #include "VelmoraHelper/Protocol/ProtocolRevision.h"
 
 namespace velmora {
@@ -15,7 +16,8 @@ namespace velmora {
 class ServerAnswers {
  public:
   /// `version` is this program's.
-  explicit ServerAnswers(std::string version) : version_(std::move(version)) {}
+  explicit ServerAnswers(std::string version, ToolForm form = ToolForm::plain)
+      : version_(std::move(version)), form_(form) {}
 
   const std::string& discover();
   const std::string& initialize(ProtocolRevision revision);  ///< Of one that has a handshake.
@@ -26,7 +28,11 @@ class ServerAnswers {
   void writeStatelessMembers(JsonWriter& writer) const;
 
  private:
+  /// The answers with which a conversation begins describe the server, in the extended form.
+  void writeStatelessMembers(JsonWriter& writer, bool isDescribed) const;
+
   std::string version_;
+  ToolForm form_;
   // Empty until they are made.
   std::string discover_{};
   std::array<std::string, enumCases<ProtocolRevision>.size()> initialize_{};

@@ -39,6 +39,11 @@ constexpr bool hasStructuredContent(ProtocolRevision revision) {
 constexpr bool hasTitles(ProtocolRevision revision) { return revision >= ProtocolRevision::june2025; }
 constexpr bool hasResourceLinks(ProtocolRevision revision) { return revision >= ProtocolRevision::june2025; }
 
+// A description, icons and a website came together.
+constexpr bool hasServerDescription(ProtocolRevision revision) {
+  return revision >= ProtocolRevision::november2025;
+}
+
 /// Whether an error to a message without a readable id leaves the id out; before, JSON-RPC's null stands
 /// there.
 constexpr bool leavesOutUnknownIds(ProtocolRevision revision) {

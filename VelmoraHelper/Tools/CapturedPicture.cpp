@@ -46,7 +46,7 @@ std::optional<CapturedPicture> readPicture(const std::string& path, std::size_t 
   return picture;
 }
 
-std::string base64(const std::string& bytes) {
+std::string base64(std::string_view bytes) {
   constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string text;
   text.reserve((bytes.size() + 2) / 3 * 4);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace velmora {
 
@@ -20,7 +21,7 @@ struct CapturedPicture {
 std::optional<CapturedPicture> readPicture(const std::string& path, std::size_t largestInline);
 
 /// RFC 4648, section 4.
-std::string base64(const std::string& bytes);
+std::string base64(std::string_view bytes);
 
 /// `path` as a file URI (RFC 8089).
 std::string fileUri(const std::string& path);

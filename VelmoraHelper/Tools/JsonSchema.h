@@ -6,8 +6,10 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "BridgeModels/Json/JsonEncoding.h"
+#include "BridgeModels/ToolForm.h"
 
 namespace velmora {
 
@@ -36,12 +38,29 @@ using FieldOf = std::remove_cvref_t<decltype(std::declval<Record>().*Member::poi
 template <class Field>
 using ValueOf = typename detail::OptionalValue<Field>::type;
 
+/// The names of the cases that the form has.
+template <class Enum>
+std::vector<std::string_view> namesOf(ToolForm form) {
+  std::vector<std::string_view> names;
+  names.reserve(enumCases<Enum>.size() + extendedCases<Enum>.size());
+  for (const auto& entry : enumCases<Enum>) names.push_back(entry.wireName);
+  if (form == ToolForm::plain) return names;
+  for (const auto& entry : extendedCases<Enum>) names.push_back(entry.wireName);
+  return names;
+}
+
+/// Whether the form has the member.
+template <class Record, class Member>
+constexpr bool isOffered(Member Record::*member, ToolForm form) {
+  return form == ToolForm::extended || !isExtended(member);
+}
+
 template <class Record>
-void writeRecordSchema(JsonWriter& writer);
+void writeRecordSchema(JsonWriter& writer, ToolForm form);
 
 /// The keywords that say what a value is, inside an object that the caller has begun.
 template <class Value>
-void writeSchemaType(JsonWriter& writer) {
+void writeSchemaType(JsonWriter& writer, ToolForm form) {
   if constexpr (std::is_same_v<Value, bool>) {
     writeMember(writer, "type", "boolean");
   } else if constexpr (std::is_integral_v<Value>) {
@@ -50,7 +69,7 @@ void writeSchemaType(JsonWriter& writer) {
     writeMember(writer, "type", "string");
     writer.key("enum");
     writer.beginArray();
-    for (const auto& entry : enumCases<Value>) writer.string(entry.wireName);
+    for (const auto name : namesOf<Value>(form)) writer.string(name);
     writer.endArray();
   } else if constexpr (std::is_same_v<Value, Date>) {
     writeMember(writer, "type", "string");
@@ -64,10 +83,10 @@ void writeSchemaType(JsonWriter& writer) {
     writeMember(writer, "type", "array");
     writer.key("items");
     writer.beginObject();
-    writeSchemaType<typename Value::value_type>(writer);
+    writeSchemaType<typename Value::value_type>(writer, form);
     writer.endObject();
   } else if constexpr (DescribedRecord<Value>) {
-    writeRecordSchema<Value>(writer);
+    writeRecordSchema<Value>(writer, form);
   } else {
     static_assert(std::is_same_v<Value, std::string>, "a kind of value that no schema is known for");
     writeMember(writer, "type", "string");
@@ -77,13 +96,14 @@ void writeSchemaType(JsonWriter& writer) {
 namespace detail {
 
 template <class Record, template <class...> class List, class... Member>
-void writeRecordMembers(JsonWriter& writer, List<Member...>) {
+void writeRecordMembers(JsonWriter& writer, ToolForm form, List<Member...>) {
   writer.key("properties");
   writer.beginObject();
-  const auto writeProperty = [&writer]<class One>(One) {
+  const auto writeProperty = [&writer, form]<class One>(One) {
+    if (!isOffered<Record>(One::pointer, form)) return;
     writer.key(One::name);
     writer.beginObject();
-    writeSchemaType<ValueOf<FieldOf<Record, One>>>(writer);
+    writeSchemaType<ValueOf<FieldOf<Record, One>>>(writer, form);
     writer.endObject();
   };
   (writeProperty(Member{}), ...);
@@ -99,9 +119,9 @@ void writeRecordMembers(JsonWriter& writer, List<Member...>) {
 /// The keywords of an object that holds a record as it is encoded. Further members are allowed, so that a
 /// newer application may say more.
 template <class Record>
-void writeRecordSchema(JsonWriter& writer) {
+void writeRecordSchema(JsonWriter& writer, ToolForm form) {
   writeMember(writer, "type", "object");
-  detail::writeRecordMembers<Record>(writer, MembersOf<Record>{});
+  detail::writeRecordMembers<Record>(writer, form, MembersOf<Record>{});
 }
 
 }  // namespace velmora

@@ -50,6 +50,14 @@ std::string envelopeOf(ToolName tool, const ToolResult<JsonPart>& result) {
   });
 }
 
+// Clients show a failure's text to the user as it is, so it begins with words.
+std::string textOf(const BridgeAnswer& answer, const std::string& envelope) {
+  const auto& error = answer.result.error;
+  if (!error) return envelope;
+  const std::string code(wireName(error->code));
+  return error->message + " " + error->recoverySuggestion + " (" + code + ")\n" + envelope;
+}
+
 }  // namespace
 
 void writeToolResult(JsonWriter& writer, ToolName tool, const BridgeAnswer& answer, ProtocolRevision revision,
@@ -59,7 +67,7 @@ void writeToolResult(JsonWriter& writer, ToolName tool, const BridgeAnswer& answ
   writer.beginArray();
   writer.beginObject();
   writeMember(writer, "type", "text");
-  writeMember(writer, "text", envelope);
+  writeMember(writer, "text", textOf(answer, envelope));
   writer.endObject();
   if (const auto path = picturePath(answer)) {
     if (const auto picture = readPicture(*path, largestInlinePicture)) {

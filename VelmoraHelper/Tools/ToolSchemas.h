@@ -28,12 +28,13 @@ const FieldRule& fieldRule(std::string_view field);
 namespace detail {
 
 template <class Input, class Member>
-void writeField(JsonWriter& writer) {
+void writeField(JsonWriter& writer, ToolForm form) {
   using Field = FieldOf<Input, Member>;
+  if (!isOffered<Input>(Member::pointer, form)) return;
   const auto& rule = fieldRule(Member::name);
   writer.key(Member::name);
   writer.beginObject();
-  writeSchemaType<ValueOf<Field>>(writer);
+  writeSchemaType<ValueOf<Field>>(writer, form);
   if (rule.range) {
     writeMember(writer, "minimum", rule.range->minimum);
     writeMember(writer, "maximum", rule.range->maximum);
@@ -53,11 +54,11 @@ constexpr bool isRequired() {
 }
 
 template <class Input, template <class...> class List, class... Member>
-void writeFields(JsonWriter& writer, List<Member...>) {
+void writeFields(JsonWriter& writer, ToolForm form, List<Member...>) {
   if constexpr (sizeof...(Member) > 0) {
     writer.key("properties");
     writer.beginObject();
-    (writeField<Input, Member>(writer), ...);
+    (writeField<Input, Member>(writer, form), ...);
     writer.endObject();
   }
   if constexpr ((isRequired<Input, Member>() || ...)) {
@@ -72,10 +73,10 @@ void writeFields(JsonWriter& writer, List<Member...>) {
 
 /// The schema of the arguments.
 template <class Input>
-void writeInputSchema(JsonWriter& writer) {
+void writeInputSchema(JsonWriter& writer, ToolForm form = ToolForm::plain) {
   writer.beginObject();
   writeMember(writer, "type", "object");
-  detail::writeFields<Input>(writer, MembersOf<Input>{});
+  detail::writeFields<Input>(writer, form, MembersOf<Input>{});
   writeMember(writer, "additionalProperties", false);
   writer.endObject();
 }
@@ -83,9 +84,9 @@ void writeInputSchema(JsonWriter& writer) {
 /// The schema of the structured content: the envelope with the tool's payload. Failures have the same shape
 /// without the payload, because clients check them against the schema too.
 template <class Payload>
-void writeOutputSchema(JsonWriter& writer) {
+void writeOutputSchema(JsonWriter& writer, ToolForm form = ToolForm::plain) {
   writer.beginObject();
-  writeRecordSchema<ToolResult<Payload>>(writer);
+  writeRecordSchema<ToolResult<Payload>>(writer, form);
   writer.endObject();
 }
 

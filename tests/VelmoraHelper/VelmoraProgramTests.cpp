@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
 #include <future>
 #include <optional>
@@ -28,6 +29,9 @@ std::string call(const std::string& tool, const std::string& arguments = "{}") {
          arguments + R"(,"_meta":{"io.modelcontextprotocol/protocolVersion":"2026-07-28",)" +
          R"("io.modelcontextprotocol/clientCapabilities":{}}}})";
 }
+
+const std::string session = "11111111-2222-4333-8444-555555555555";
+const std::string inSession = R"({"sessionId":")" + session + "\"";
 
 boost::json::value resultOf(const std::string& answer) { return parseJson(answer).at("result"); }
 
@@ -77,14 +81,15 @@ TEST(VelmoraProgram, CarriesACallToTheApplicationAndItsAnswerBack) {
   EXPECT_EQ(resultOf(helper.ask(initialize)).at("serverInfo").at("name"), "velmora");
   helper.write(R"({"jsonrpc":"2.0","method":"notifications/initialized"})"
                "\n");
-  const auto result = resultOf(
-      helper.ask(R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_send_command",)"
-                 R"("arguments":{"command":"ls\n\ud55c","n":1.5}}})"));
+  const auto result = resultOf(helper.ask(
+      R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_send_command",)"
+      R"("arguments":{"sessionId":"11111111-2222-4333-8444-555555555555","command":"ls\n\ud55c","n":1.5}}})"));
 
   const auto request = received.get_future().get();
   EXPECT_EQ(request.protocolVersion, 1);
   EXPECT_EQ(request.operation, ToolName::sendCommand);
-  EXPECT_EQ(request.arguments, (JSONObject{{"command", "ls\n\xED\x95\x9C"}, {"n", 1.5}}));
+  EXPECT_EQ(request.arguments,
+            (JSONObject{{"command", "ls\n\xED\x95\x9C"}, {"n", 1.5}, {"sessionId", session}}));
   EXPECT_EQ(request.client, (LocalClientInput{.name = "tester", .version = "2.0", .processId = ::getpid()}));
   EXPECT_EQ(result.at("isError"), false);
   EXPECT_EQ(result.at("structuredContent").at("requestId"), request.requestId.toString().c_str());
@@ -127,10 +132,10 @@ TEST(VelmoraProgram, SaysThatTheOutcomeIsUnknownWhenTheApplicationBreaksOff) {
   const Application application(directory, breakOff);
   HelperProcess helper(directory.path());
   expectUnavailable(
-      helper.ask(call("terminal_send_command")),
+      helper.ask(call("terminal_send_command", inSession + R"(,"command":"ls"})")),
       "Velmora closed the connection before it answered, so it is unknown whether the call took effect.",
       /*retryable=*/false);
-  expectUnavailable(helper.ask(call("terminal_read_output")),
+  expectUnavailable(helper.ask(call("terminal_read_output", inSession + "}")),
                     "Velmora closed the connection before it answered.");
 }
 
@@ -138,8 +143,8 @@ TEST(VelmoraProgram, RefusesArgumentsThatFitNoRequest) {
   const TemporaryDirectory directory;
   const Application application(directory, succeed);
   HelperProcess helper(directory.path());
-  const auto result = resultOf(
-      helper.ask(call("terminal_send_command", R"({"command":")" + std::string(1100000, 'x') + R"("})")));
+  const auto result = resultOf(helper.ask(
+      call("terminal_send_command", inSession + R"(,"command":")" + std::string(1100000, 'x') + R"("})")));
   EXPECT_EQ(result.at("structuredContent").at("error").at("code"), "INVALID_ARGUMENT");
   EXPECT_EQ(resultOf(helper.ask(call("terminal_status"))).at("isError"), false);
 }
@@ -182,7 +187,7 @@ TEST(VelmoraProgram, RunsCallsSideBySide) {
     return succeed(request);
   });
   HelperProcess helper(directory.path());
-  helper.write(call("terminal_read_output") + "\n");
+  helper.write(call("terminal_read_output", inSession + "}") + "\n");
   auto status = call("terminal_status");
   status.replace(status.find("\"id\":1"), 6, "\"id\":2");
   helper.write(status + "\n");
@@ -202,7 +207,10 @@ TEST(VelmoraProgram, ShowsACapturedPictureUpToTheLimit) {
   });
   const auto blocksWithLimit = [&](const std::string& limit) {
     HelperProcess helper(directory.path(), {}, {{"VELMORA_INLINE_IMAGE_BYTES", limit}});
-    const auto blocks = resultOf(helper.ask(call("terminal_capture_screen"))).at("content").as_array().size();
+    const auto blocks = resultOf(helper.ask(call("terminal_capture_screen", inSession + "}")))
+                            .at("content")
+                            .as_array()
+                            .size();
     helper.closeInput();
     return std::make_pair(blocks, helper.restOfErrors());
   };
@@ -216,7 +224,7 @@ TEST(VelmoraProgram, ShowsACapturedPictureUpToTheLimit) {
 TEST(VelmoraProgram, LogsMethodsAndOutcomesButNoContentsWhenItIsAskedTo) {
   const TemporaryDirectory directory;
   HelperProcess helper(directory.path(), {}, {{"VELMORA_LOG", "1"}});
-  helper.ask(call("terminal_send_command", R"({"command":"secret"})"));
+  helper.ask(call("terminal_send_command", inSession + R"(,"command":"secret"})"));
   helper.closeInput();
   EXPECT_EQ(helper.restOfErrors(),
             "velmora: received \"tools/call\"\nvelmora: terminal_send_command failed\n");
@@ -229,6 +237,18 @@ TEST(VelmoraProgram, NeverTakesTheApplicationForAClosedStandardStream) {
   for (int round = 0; round < 3; ++round) {
     EXPECT_EQ(resultOf(helper.ask(call("terminal_status"))).at("isError"), false);
   }
+}
+
+TEST(VelmoraProgram, PrintsNothingIntoTheApplicationOfACommandWithAClosedStandardStream) {
+  const TemporaryDirectory directory;
+  std::atomic<int> calls = 0;
+  const Application application(directory, [&](const LocalControlRequest& request) {
+    ++calls;
+    return succeed(request);
+  });
+  auto helper = HelperProcess::fromShell(directory.path(), "exec \"$0\" call terminal_status >&-");
+  EXPECT_EQ(helper.wait(), 0);
+  EXPECT_EQ(calls, 1);
 }
 
 TEST(VelmoraProgram, EndsOnSigtermThoughTheClientIgnoresIt) {

@@ -8,7 +8,7 @@ import assert from 'node:assert/strict';
 import { Client } from '@modelcontextprotocol/client';
 import { StdioClientTransport } from '@modelcontextprotocol/client/stdio';
 import { Checks } from './checks.mjs';
-import { driveTools, envelopeOf, tools } from './tools.mjs';
+import { driveTools, envelopeOf, neededArguments, tools } from './tools.mjs';
 
 const [helper, application] = process.argv.slice(2);
 if (!helper || !['running', 'absent'].includes(application)) {
@@ -26,10 +26,10 @@ const checks = new Checks();
 
 // A client that has agreed with a helper of its own on a revision; `errors` collects what the helper writes to
 // stderr, `faults` what the client made no sense of.
-async function connected(mode) {
+async function connected(mode, environment = {}) {
   const transport = new StdioClientTransport({
     command: helper,
-    env: runtimeDirectory ? { XDG_RUNTIME_DIR: runtimeDirectory } : {},
+    env: { ...environment, ...(runtimeDirectory ? { XDG_RUNTIME_DIR: runtimeDirectory } : {}) },
     stderr: 'pipe',
   });
   const errors = [];
@@ -69,7 +69,7 @@ async function talk(name, client) {
   } else {
     for (const tool of tools) {
       await check(`${tool} says that nothing runs`, async () => {
-        const { error } = envelopeOf(await client.callTool({ name: tool, arguments: {} }));
+        const { error } = envelopeOf(await client.callTool({ name: tool, arguments: neededArguments(tool) }));
         assert.deepEqual([error.code, error.operation, error.retryable], ['BRIDGE_UNAVAILABLE', tool, true]);
       });
     }
@@ -99,6 +99,52 @@ for (const { name, mode, revision } of modes) {
       assert.equal(Buffer.concat(errors).toString(), '');
     });
   });
+}
+
+// The extended form: a command that is waited for, with progress, and a read of what is new.
+async function useExtended(name, client) {
+  const check = (claim, body) => checks.check(`${name}, extended: ${claim}`, body);
+  const call = async (tool, args, options) => {
+    const { ok, data, error } = envelopeOf(await client.callTool({ name: tool, arguments: args }, options));
+    assert.ok(ok, error?.message);
+    return data;
+  };
+  await client.listTools();
+  const { sessionId } = (await call('terminal_create_session', {})).session;
+  await check('a command is waited for, and its last line is told meanwhile', async () => {
+    const lines = [];
+    const { completion } = await call('terminal_send_command',
+      { sessionId, command: 'echo begun; sleep 2.5; echo ended', waitSeconds: 40 },
+      { onprogress: ({ message }) => lines.push(message) });
+    assert.deepEqual([completion.state, completion.output], ['finished', 'begun\nended']);
+    assert.ok(lines.includes('begun'), lines.join());
+  });
+  await check('a read waits, and brings only what is new', async () => {
+    const { cursor } = await call('terminal_read_output', { sessionId });
+    await call('terminal_send_command', { sessionId, command: 'echo new-$((40+2))' });
+    const read = await call('terminal_read_output',
+      { sessionId, after: cursor, waitSeconds: 40, until: 'text', waitText: 'new-42' });
+    assert.deepEqual([read.met, read.cursorLost], [true, false]);
+    assert.ok(!read.text.includes('begun') && read.text.includes('new-42'), read.text);
+  });
+  await check('exit is seen to close the window', async () => {
+    const { completion } = await call('terminal_send_command', { sessionId, command: 'exit', waitSeconds: 40 });
+    assert.equal(completion.state, 'closed');
+  });
+}
+
+if (application === 'running') {
+  for (const { name, mode } of modes) {
+    await checks.check(`${name}, extended`, async () => {
+      const { client, errors, faults } = await connected(mode, { VELMORA_EXTENDED: '1' });
+      try {
+        await useExtended(name, client);
+      } finally {
+        await client.close();
+      }
+      assert.deepEqual([faults, Buffer.concat(errors).toString()], [[], '']);
+    });
+  }
 }
 
 checks.report();

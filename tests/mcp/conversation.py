@@ -113,11 +113,11 @@ class Conversation:
         del self._methods[id]
         self.notify("notifications/cancelled", {"requestId": id, "reason": "No longer needed."})
 
-    def first_notification(self):
-        """Waits for one."""
-        while not self.notifications:
+    def first_notification(self, fits=lambda notification: True):
+        """Waits for one that fits, which may have come before."""
+        while not (fitting := list(filter(fits, self.notifications))):
             self._receive()
-        return self.notifications[0]
+        return fitting[0]
 
     def end(self):
         """Closes the input: nothing may be left to say, and the helper ends well."""

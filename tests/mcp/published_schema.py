@@ -12,6 +12,7 @@ import jsonschema
 LEGACY_REVISIONS = ["2024-11-05", "2025-03-26", "2025-06-18", "2025-11-25"]
 MODERN_REVISION = "2026-07-28"
 REVISIONS = [*LEGACY_REVISIONS, MODERN_REVISION]
+SERVER_IN_META = "io.modelcontextprotocol/serverInfo"
 SCHEMAS = pathlib.Path(__file__).with_name("schemas")
 
 # The errors that may answer a message whose id could not be read. The earlier schemas demand an id of every error, so
@@ -45,6 +46,13 @@ def expect_fit(validator, value, what):
 
 def tool_schema_validator(schema):
     """For a schema that a tool advertises. Throws when it is none of JSON Schema 2020-12."""
+    return _validator_of_text(json.dumps(schema, sort_keys=True))
+
+
+# To check a schema takes ten times as long as a call to the bridge, and every answer of a tool has the same.
+@functools.lru_cache(maxsize=None)
+def _validator_of_text(text):
+    schema = json.loads(text)
     jsonschema.Draft202012Validator.check_schema(schema)
     return jsonschema.Draft202012Validator(schema, format_checker=_formats)
 
@@ -98,8 +106,11 @@ class PublishedSchema:
             self.expect_known_members(definition, result)
         for tool in result.get("tools", []):
             self.expect_known_members("Tool", tool)
-        if "serverInfo" in result:
-            self.expect_known_members("Implementation", result["serverInfo"])
+        for server in filter(None, (result.get("serverInfo"), result.get("_meta", {}).get(SERVER_IN_META))):
+            self.expect("Implementation", server)
+            self.expect_known_members("Implementation", server)
+            for icon in server.get("icons", []):
+                self.expect_known_members("Icon", icon)
         if self.has(definition + "Response"):
             self.expect(definition + "Response", message)
 

@@ -3,6 +3,7 @@
 Run with the name of a class below: each is one revision.
 """
 
+import time
 import unittest
 
 from conversation import CLIENT, Conversation, initialize_params, modern_meta
@@ -100,14 +101,21 @@ class RevisionTests:
         done = []
 
         def succeed(tool, **arguments):
-            result = self.call(conversation, tool, arguments)
-            envelope = expect_tool_result(self.revision, result, schemas[tool])
+            end = time.monotonic() + 20
+            while True:
+                result = self.call(conversation, tool, arguments)
+                envelope = expect_tool_result(self.revision, result, schemas[tool])
+                # The command before may still run, also when the shell had not read it a moment ago.
+                if envelope["ok"] or envelope["error"]["code"] != "SESSION_BUSY" or time.monotonic() > end:
+                    break
+                time.sleep(0.02)
             self.assertTrue(envelope["ok"], envelope)
             done.append(tool)
             return result, envelope
 
         succeed("terminal_status")
         session = succeed("terminal_create_session", kind="window")[1]["data"]["session"]["sessionId"]
+
         for tool, arguments in ARGUMENTS.items():
             result, envelope = succeed(tool, sessionId=session, **arguments)
             self.assertEqual(envelope["data"]["sessionId"], session)

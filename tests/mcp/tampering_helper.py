@@ -46,7 +46,9 @@ def in_envelope(change):
         envelope = message.get("result", {}).get("structuredContent")
         if envelope is not None:
             change(envelope)
-            message["result"]["content"][0]["text"] = json.dumps(envelope)
+            block = message["result"]["content"][0]
+            words = block["text"].partition("\n")[0] + "\n" if message["result"]["isError"] else ""
+            block["text"] = words + json.dumps(envelope)
         return [message]
     return spoil
 

@@ -19,9 +19,18 @@ def _expect(holds, complaint):
 
 def envelope_of(result):
     """The answer that the result carries as text; the text block that holds it is the first."""
+    return json.loads(_words_and_json(result)[1])
+
+
+def _words_and_json(result):
+    """The first text block: of a failure, a line in words stands before the JSON."""
     blocks = [block["text"] for block in result["content"] if block["type"] == "text"]
     _expect(blocks, "a text block is missing")
-    return json.loads(blocks[0])
+    text = blocks[0]
+    if text.startswith("{"):
+        return "", text
+    words, _, rest = text.partition("\n")
+    return words, rest
 
 
 def expect_tool_result(revision, result, output_schema):
@@ -39,6 +48,9 @@ def expect_tool_result(revision, result, output_schema):
     if not envelope["ok"]:
         _expect(re.fullmatch("[A-Z_]+", envelope["error"]["code"]), "the error's code is not upper case")
         _expect(envelope["error"]["message"] and envelope["error"]["recoverySuggestion"], "the error says too little")
+        error = envelope["error"]
+        words = _words_and_json(result)[0]
+        _expect(words == f"{error['message']} {error['recoverySuggestion']} ({error['code']})", f"the words: {words!r}")
     _expect_dates(envelope)
     return envelope
 

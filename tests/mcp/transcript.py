@@ -15,6 +15,7 @@ At the end the input is closed: the helper must end with status 0, with nothing 
       ! application gone        there is none, or none any more (so it begins)
       ! received 2              two more calls have reached the application
       ! release                 the application answers what it has received
+      ! extended                the helper ends, and is launched again in the extended form
       ! hangup                  a connection to the application has been given up
       ! end                     the input is closed; only answers may follow
 
@@ -66,6 +67,9 @@ class Replay:
             except Exception as error:
                 error.add_note(f"line {number}: {line[:200]}")
                 raise
+        self._end()
+
+    def _end(self):
         end = self._helper.end()
         if end != (0, "", ""):
             raise Mismatch(f"at the end: {end}")
@@ -126,6 +130,9 @@ class Replay:
                 self._application.next_request()
         elif name == "release":
             self._application.release()
+        elif name == "extended":
+            self._end()
+            self._helper = HelperProcess({**environment_in(self._folder), "VELMORA_EXTENDED": "1"})
         elif name == "end":
             self._helper.process.stdin.close()
         elif name == "hangup":

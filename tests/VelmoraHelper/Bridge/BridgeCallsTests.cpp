@@ -311,6 +311,50 @@ TEST_F(BridgeCallsTest, ASlowSuccessOrAQuickFailureRefusesNothing) {
   EXPECT_THAT(commandsThatArrive(), ElementsAre("third"));
 }
 
+TEST_F(BridgeCallsTest, ACallThatWaitsForItsEffectLetsOthersAtItsSessionOnceItsInputIsDelivered) {
+  auto waiting = command("waiting");
+  waiting.arguments["waitSeconds"] = 40;
+  waiting.extended = true;
+  start(waiting);
+  start(command("interrupt"));
+  start(command("third"));
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("waiting"));
+  EXPECT_EQ(calls.nextDeadline(), now + 1s);
+  now += 1s;
+  EXPECT_THAT(commandsThatArrive(), ElementsAre("interrupt"));
+  now += 1s;
+  EXPECT_THAT(commandsThatArrive(), IsEmpty()) << "those that do not wait keep their order";
+}
+
+TEST_F(BridgeCallsTest, HearsOfProgressAndThenTakesTheAnswer) {
+  auto waiting = command("waiting");
+  waiting.extended = true;
+  waiting.progress = true;
+  std::vector<std::string> heard;
+  calls.start(
+      testing::bridgeRequest(waiting),
+      [this](const BridgeAnswer& answer) { done.push_back(testing::recordOf(answer)); }, now,
+      [&](const std::string& lastLine) { heard.push_back(lastLine); });
+  calls.advance(now);
+  const auto received = application.receiveOne();
+  EXPECT_EQ(received.request, waiting);
+  const auto tell = [&](const std::string& line) {
+    received.connection->writeFrame(LocalControlCodec::frameOfPayload(
+        encodeJson(LocalControlProgress{.requestId = waiting.requestId, .lastLine = line})));
+  };
+  tell("step 1");
+  tell("step 2");
+  calls.advance(now);
+  EXPECT_THAT(heard, ElementsAre("step 1", "step 2"));
+  EXPECT_THAT(done, IsEmpty());
+  tell("step 3");
+  FakeApplication::answer(received, {.ok = true, .data = JSONObject{{"a", 1.5}}});
+  calls.advance(now);
+  EXPECT_THAT(heard, ElementsAre("step 1", "step 2", "step 3"));
+  ASSERT_EQ(done.size(), 1u);
+  EXPECT_TRUE(done[0].ok);
+}
+
 TEST_F(BridgeCallsTest, NeverSendsACallThatWaitedTillItsDeadline) {
   start(command("slow"));
   start(command("second"));

@@ -100,28 +100,6 @@ TEST(CallFailure, BlamesTheArgumentsWhenTheyDoNotFitARequest) {
   EXPECT_FALSE(response.error->retryable);
 }
 
-TEST(CallFailure, NeverAsksToRepeatWhatWasDeliveredAndOnlyNotRecorded) {
-  const StructuredError unsaved{
-      .code = ErrorCode::historyStorageFailed,
-      .message = "History could not be saved locally.",
-      .operation = "history_storage",
-      .retryable = true,
-      .recoverySuggestion = "Check local disk permissions and available space, then retry."};
-  const auto told = [&](ToolName tool) {
-    const LocalControlResponse answer{.requestId = id, .error = unsaved};
-    const auto request = testing::bridgeRequest({.requestId = id, .operation = tool});
-    return testing::recordOf(explained(request, testing::bridgeAnswer(answer))).error.value();
-  };
-  const auto command = told(ToolName::sendCommand);
-  EXPECT_EQ(command.code, ErrorCode::historyStorageFailed);
-  EXPECT_FALSE(command.retryable);
-  EXPECT_EQ(
-      command.message,
-      "The input was delivered; only its record could not be saved. History could not be saved locally.");
-  EXPECT_TRUE(command.recoverySuggestion.starts_with("Do not send it again."));
-  EXPECT_EQ(told(ToolName::readOutput), unsaved) << "a read may be repeated";
-}
-
 TEST(CallFailure, PassesOnWhatIsNoFailureOfTheChannel) {
   EXPECT_THROW(answerWhen(ToolName::status, std::bad_alloc()), std::bad_alloc);
 }

@@ -42,13 +42,20 @@ TEST_F(CallCommand, ReadsTheArgumentsFromItsInputWhenToldSo) {
   EXPECT_EQ(requests.at(0).arguments, (JSONObject{{"command", std::string(200000, 'x')}}));
 }
 
+TEST_F(CallCommand, SaysThatArgumentsFitNoRequest) {
+  in.str("{\"command\": \"" + std::string(std::size_t{1} << 20, 'x') + "\"}");
+  EXPECT_EQ(call("terminal_send_command", "-"), ExitStatus::usage);
+  EXPECT_THAT(err.str(), HasSubstr("larger than a request may be, which is 1 MiB"));
+  EXPECT_TRUE(requests.empty());
+}
+
 TEST_F(CallCommand, ExplainsARefusalOnTheErrorStream) {
   answer = [](const auto& request) {
-    return failure(request, ErrorCode::sessionBusy, "The Terminal session is busy.", "Wait, then retry.");
+    return failure(request, ErrorCode::sessionBusy, "Someone is typing.", "Wait, then retry.");
   };
   EXPECT_EQ(call("terminal_send_key"), ExitStatus::failure);
   EXPECT_EQ(out.str(), "");
-  EXPECT_EQ(err.str(), "velmora: The Terminal session is busy. (SESSION_BUSY)\nWait, then retry.\n");
+  EXPECT_EQ(err.str(), "velmora: Someone is typing. (SESSION_BUSY)\nWait, then retry.\n");
 }
 
 TEST_F(CallCommand, ShowsWarningsBesideThePayload) {
@@ -58,7 +65,9 @@ TEST_F(CallCommand, ShowsWarningsBesideThePayload) {
     return response;
   };
   EXPECT_EQ(call("terminal_read_output"), ExitStatus::success);
-  EXPECT_EQ(err.str(), "velmora: It was cut. (OUTPUT_TRUNCATED)\nRetry.\n");
+  EXPECT_EQ(
+      err.str(),
+      "velmora: Only the end is shown. (OUTPUT_TRUNCATED)\nRaise maxCharacters, up to 50000, for more.\n");
   EXPECT_THAT(out.str(), StartsWith("{"));
 }
 
@@ -67,13 +76,13 @@ TEST_F(CallCommand, SaysWhichArgumentTheApplicationCouldNotDecode) {
     return failure(request, ErrorCode::invalidArgument, "They could not be decoded.");
   };
   EXPECT_EQ(call("terminal_send_command", R"({"command":"ls"})"), ExitStatus::failure);
-  EXPECT_THAT(err.str(), HasSubstr("\nsessionId: missing\n"));
+  EXPECT_THAT(err.str(), HasSubstr("\nsessionId is missing. "));
   err.str("");
   call("terminal_create_session", R"({"kind":"pane"})");
-  EXPECT_THAT(err.str(), HasSubstr("\nkind: unknown value \"pane\"\n"));
+  EXPECT_THAT(err.str(), HasSubstr("\nkind: \"pane\" is none of window, tab.\n"));
   err.str("");
   call("terminal_read_output", R"({"sessionId":7})");
-  EXPECT_THAT(err.str(), HasSubstr("\nsessionId: "));
+  EXPECT_THAT(err.str(), HasSubstr("\nsessionId: 7 is not a UUID. "));
   err.str("");
   call("terminal_list_sessions");
   EXPECT_EQ(err.str(), "velmora: They could not be decoded. (INVALID_ARGUMENT)\nRetry.\n");

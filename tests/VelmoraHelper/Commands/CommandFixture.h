@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "LocalControl/UnixSocketError.h"
+#include "VelmoraHelper/Bridge/AnswerWords.h"
 #include "VelmoraHelper/Bridge/CallFailure.h"
 #include "VelmoraHelper/Commands/CommandContext.h"
 #include "tests/VelmoraHelper/BridgeRecords.h"

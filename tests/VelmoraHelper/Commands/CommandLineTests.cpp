@@ -33,6 +33,13 @@ TEST_F(CommandLine, PrintsItsUseAndThatOfEachCommand) {
   EXPECT_TRUE(requests.empty());
 }
 
+TEST_F(CommandLine, FailsWhenItsAnswerCannotBeWritten) {
+  out.setstate(std::ios::badbit);
+  EXPECT_EQ(run({"config"}), 1);
+  EXPECT_EQ(err.str(), "velmora: standard output could not be written\n");
+  EXPECT_EQ(run({"--version"}), 1);
+}
+
 TEST_F(CommandLine, GivesEachCommandItsArguments) {
   answer = [](const auto& request) { return success(request, StatusPayload{}); };
   EXPECT_EQ(run({"call", "terminal_send_key", R"({"key":"tab"})"}), 0);

@@ -77,11 +77,26 @@ TEST_F(CommandsWithBridge, DoctorPassesEverythingThatIsInOrder) {
   const auto doctor = run({"doctor"});
   EXPECT_EQ(doctor.status, 0);
   EXPECT_THAT(doctor.output, ::testing::Not(HasSubstr("FAIL")));
-  for (const auto* name : {"helper", "tmux", "settings", "socket", "application", "same user", "answer",
-                           "terminal", "permission"}) {
+  for (const auto* name : {"helper", "tmux", "settings", "limits", "socket", "application", "same user",
+                           "process", "answer", "terminal", "tmux socket", "permission"}) {
     EXPECT_THAT("\n" + doctor.output, HasSubstr("\nOK    " + std::string(name) + ": "));
   }
   EXPECT_EQ(doctor.errors, "");
+}
+
+TEST_F(CommandsWithBridge, DoctorSaysHowTmuxIsAsked) {
+  startTmux();
+  startHeadless();
+  EXPECT_THAT(run({"doctor"}).output, HasSubstr("\nOK    tmux server: asked over its own socket\n"));
+  EXPECT_EQ(endHeadless(), 0);
+  PrivacyRetentionSettings settings;
+  settings.tmuxTransport = TmuxTransportChoice::program;
+  writeSettings(settings);
+  startHeadless();
+  EXPECT_THAT(
+      run({"doctor"}).output,
+      HasSubstr("\nOK    tmux server: asked by the tmux program, as the setting tmuxTransport says\n"));
+  called("terminal_list_sessions");
 }
 
 TEST_F(CommandsWithBridge, DoctorPassesOnThatTmuxHangs) {
@@ -102,6 +117,34 @@ TEST_F(CommandsWithBridge, DoctorSaysThatTheApplicationHangs) {
   headless->signal(SIGCONT);
   EXPECT_EQ(doctor.status, 1);
   EXPECT_THAT(doctor.output, HasSubstr("\nFAIL  answer: Velmora did not answer within 10 seconds."));
+  EXPECT_THAT(doctor.output, HasSubstr("let it go on: kill -CONT " + std::to_string(headless->process())));
+}
+
+// As `tmux -L work` starts one.
+TEST_F(CommandsWithBridge, WorksWithTheTmuxServerThatTheSettingNames) {
+  const auto work = tmuxSocket().parent_path() / "work";
+  startTmux();
+  tmux({"kill-session", "-t", "main"});
+  tmux({"-S", work.string(), "new-session", "-d", "-s", "elsewhere"});
+  const auto server =
+      static_cast<pid_t>(std::stol(tmux({"-S", work.string(), "display-message", "-p", "#{pid}"})));
+  startHeadless();
+  EXPECT_THAT(run({"doctor"}).output,
+              HasSubstr("FAIL  tmux socket: the bridge looks at " + tmuxSocket().string() +
+                        ", where no server is; there is one at " + work.string() +
+                        ". Next: Set \"tmuxSocket\": \"" + work.string() + "\" in settings.json"));
+  EXPECT_EQ(endHeadless(), 0);
+  PrivacyRetentionSettings settings;
+  settings.tmuxSocket = work.string();
+  writeSettings(settings);
+  startHeadless();
+  EXPECT_THAT(run({"doctor"}).output,
+              HasSubstr("\nOK    tmux socket: the bridge looks at " + work.string() + "\n"));
+  const auto status = run({"status"}).output;
+  EXPECT_THAT(status, HasSubstr(", tmux socket " + work.string()));
+  EXPECT_THAT(status, HasSubstr("elsewhere"));
+  tmux({"-S", work.string(), "kill-server"});
+  EXPECT_TRUE(testing::eventually([&] { return !testing::isAlive(server); }));
 }
 
 }  // namespace

@@ -35,6 +35,25 @@ class CommandsWithoutBridge : public ::testing::Test {
   std::filesystem::path socket = directory / UnixSocketEndpoint::directoryName / UnixSocketEndpoint::fileName;
 };
 
+TEST_F(CommandsWithoutBridge, EveryCommandSaysItsUseAndItsVersionAndRefusesWhatItDoesNotKnow) {
+  const auto version = run({"--version"}).output;
+  EXPECT_THAT(version, StartsWith("velmora 0."));
+  for (const auto* command : {"call", "status", "sessions", "history", "watch", "pause", "resume", "permit",
+                              "policy", "busy", "doctor", "config", "shell-integration"}) {
+    const auto help = run({command, "--help"});
+    EXPECT_EQ(help.status, 0) << command;
+    EXPECT_THAT(help.output, HasSubstr("Usage: velmora " + std::string(command))) << command;
+    const auto told = run({command, "--version"});
+    EXPECT_EQ(told.status, 0) << command;
+    EXPECT_EQ(told.output, version) << command;
+    EXPECT_EQ(told.errors, "") << command;
+    const auto unknown = run({command, "--nonsense"});
+    EXPECT_EQ(unknown.status, 2) << command;
+    EXPECT_EQ(unknown.output, "") << command;
+    EXPECT_THAT(unknown.errors, HasSubstr("--help")) << command;
+  }
+}
+
 TEST_F(CommandsWithoutBridge, ConfigGivesTheClientAPathThatStartsThisProgram) {
   const auto config = run({"config", "cursor"});
   EXPECT_EQ(config.status, 0);
@@ -64,6 +83,7 @@ TEST_F(CommandsWithoutBridge, DoctorFindsTheHelperTmuxAndThatNothingListens) {
               ::testing::MatchesRegex("OK    helper: velmora [0-9.]+ at /.*/velmora\n"
                                       "OK    tmux: tmux .* at /.*/tmux\n"
                                       "OK    settings: none stored; session policy safe\n"
+                                      "OK    limits: agents may type into every session, .*\n"
                                       "OK    socket: .*/control-v1\\.sock, not there yet\n"
                                       "FAIL  application: not running\\. Next: Open Velmora .*\\.\n"));
   EXPECT_EQ(doctor.errors, "");

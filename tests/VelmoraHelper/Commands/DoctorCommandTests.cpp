@@ -1,5 +1,9 @@
+#include <algorithm>
+
 #include "VelmoraHelper/Commands/DoctorCommand.h"
 #include "tests/VelmoraHelper/Commands/CommandFixture.h"
+#include "tests/support/Files.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace velmora {
 namespace {
@@ -35,6 +39,7 @@ TEST_F(DoctorCommand, PrintsOneLineACheckWhenEverythingIsInOrder) {
             "OK    helper: velmora 1.2.3 at /opt/velmora/bin/velmora\n"
             "OK    tmux: tmux 3.4 at /usr/bin/tmux\n"
             "OK    settings: none stored; session policy safe\n"
+            "OK    limits: agents may type into every session, but not into busy ones; no history is kept\n"
             "OK    socket: /nonexistent/app.velmora.Velmora/control-v1.sock, not there yet\n"
             "OK    application: reachable\n"
             "OK    same user: user " +
@@ -54,6 +59,28 @@ TEST_F(DoctorCommand, SaysTheNextStepOnTheLineOfWhatIsWrongAndFails) {
                   "FAIL  application: not running. Next: Open Velmora (or start velmora-headless).\n"));
 }
 
+TEST_F(DoctorCommand, PrintsEveryLineAsAnObjectForScripts) {
+  connect = [] { throw UnixSocketError::system("connect", ECONNREFUSED); };
+  EXPECT_EQ(printDiagnosis(context()), ExitStatus::failure);
+  const auto text = out.str();
+  out.str("");
+  EXPECT_EQ(printDiagnosis(context(), true), ExitStatus::failure);
+  const auto lines = parseJson(out.str()).as_array();
+  EXPECT_EQ(lines.size(), static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
+  EXPECT_EQ(lines.front(), boost::json::value({{"id", "helper"},
+                                               {"state", "ok"},
+                                               {"text", "velmora 1.2.3 at /opt/velmora/bin/velmora"},
+                                               {"advice", ""}}));
+  EXPECT_EQ(lines.back(), boost::json::value({{"id", "application"},
+                                              {"state", "fail"},
+                                              {"text", "not running"},
+                                              {"advice", "Open Velmora (or start velmora-headless)."}}));
+  out.str("");
+  connect = [] {};
+  printDiagnosis(context(), true);
+  EXPECT_EQ(parseJson(out.str()).at(6).at("id"), "same-user");
+}
+
 TEST_F(DoctorCommand, EveryFailureHasANextStep) {
   program = "velmora";
   programAnswer.end = ProgramAnswer::End::notFound;
@@ -69,15 +96,16 @@ TEST_F(DoctorCommand, EveryFailureHasANextStep) {
 
 TEST_F(DoctorCommand, LeavesOutWhatAnEarlierFailureHides) {
   connect = [] { throw UnixSocketError::system("connect", ENOENT); };
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "! application"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "limits", "socket", "! application"));
   EXPECT_TRUE(requests.empty());
   socketURL = "/" + std::string(200, 'x') + "/control-v1.sock";
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "! socket"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "limits", "! socket"));
 }
 
 TEST_F(DoctorCommand, TellsAnotherUsersApplicationFromNone) {
   connect = [] { throw UnixSocketError::peerRejected(); };
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "application", "! same user"));
+  EXPECT_THAT(names(),
+              ElementsAre("helper", "tmux", "settings", "limits", "socket", "application", "! same user"));
 }
 
 TEST_F(DoctorCommand, SaysWhenTheApplicationAnswersAtAnotherPlaceThanTheFirst) {
@@ -95,9 +123,47 @@ TEST_F(DoctorCommand, TellsAHangingApplicationFromAnAbsentOne) {
   answer = [this](const auto&) {
     return testing::recordOf(answerToSilence(testing::bridgeRequest(requests.back()), deadlines.back()));
   };
-  EXPECT_THAT(names(),
-              ElementsAre("helper", "tmux", "settings", "socket", "application", "same user", "! answer"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "limits", "socket", "application",
+                                   "same user", "! answer"));
   EXPECT_EQ(check("answer").finding, "Velmora did not answer within 10 seconds.");
+}
+
+TEST_F(DoctorCommand, NamesTheProcessThatHangsAndWhatToDoAboutIt) {
+  RunningProcess process{.name = "velmora-headless"};
+  const auto hanging = [&] {
+    auto made = context();
+    made.bridgeProcess = [] { return 4711; };
+    made.processNamed = [&](pid_t) { return process; };
+    return examine(made).back();
+  };
+  answer = [this](const auto&) {
+    return testing::recordOf(answerToSilence(testing::bridgeRequest(requests.back()), deadlines.back()));
+  };
+  EXPECT_EQ(hanging().name, "answer");
+  EXPECT_EQ(
+      hanging().nextStep,
+      "End process 4711 (kill 4711, or kill -KILL 4711 when that does nothing), then start Velmora again.");
+  process.isStopped = true;
+  EXPECT_EQ(hanging().nextStep, "Process 4711 is stopped; let it go on: kill -CONT 4711");
+}
+
+TEST_F(DoctorCommand, NamesTheTmuxServerOfTheBridgeAndTheOthers) {
+  const TemporaryDirectory folder;
+  socketURL = folder / "app.velmora.Velmora/control-v1.sock";
+  testing::writeFile(folder / "app.velmora.Velmora/tmux-way", "over its own socket\n/tmp/tmux-7/default");
+  std::filesystem::permissions(socketURL.parent_path(), std::filesystem::perms::owner_all);
+  auto made = context();
+  made.tmuxServers = [](const std::filesystem::path& ofBridge) {
+    return std::vector<std::filesystem::path>{ofBridge, "/tmp/tmux-7/work"};
+  };
+  const auto found = examine(made);
+  const auto line = [&](const std::string& name) {
+    return std::find_if(found.begin(), found.end(), [&](const Check& one) { return one.name == name; });
+  };
+  ASSERT_NE(line("tmux socket"), found.end());
+  EXPECT_EQ(line("tmux server")->finding, "asked over its own socket");
+  EXPECT_EQ(line("tmux socket")->finding,
+            "the bridge looks at /tmp/tmux-7/default; not used by Velmora: /tmp/tmux-7/work");
 }
 
 TEST_F(DoctorCommand, SaysThatTheChannelIsOfAnotherVersion) {
@@ -113,8 +179,8 @@ TEST_F(DoctorCommand, PassesOnWhatTheApplicationSaysOfItsTerminal) {
   status.automationPermission = AutomationPermission::unknown;
   status.lastError =
       StructuredError{.message = "tmux did not answer in time.", .recoverySuggestion = "Look."};
-  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "socket", "application", "same user",
-                                   "answer", "! terminal"));
+  EXPECT_THAT(names(), ElementsAre("helper", "tmux", "settings", "limits", "socket", "application",
+                                   "same user", "answer", "! terminal"));
   EXPECT_EQ(check("terminal").finding, "tmux did not answer in time.");
   EXPECT_EQ(check("terminal").nextStep, "Look.");
 }

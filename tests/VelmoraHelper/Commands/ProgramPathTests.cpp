@@ -44,11 +44,5 @@ TEST_F(ProgramPath, IsNeverThatOfAnotherProgram) {
   EXPECT_EQ(programPath("", {}, real), real);
 }
 
-TEST_F(ProgramPath, OfThisTestIsAFileThatExists) {
-  const auto file = runningProgramFile();
-  EXPECT_TRUE(file.is_absolute());
-  EXPECT_TRUE(std::filesystem::is_regular_file(file));
-}
-
 }  // namespace
 }  // namespace velmora

@@ -29,6 +29,45 @@ TEST_F(SettingsCheck, NamesThePolicyThatTheFileLeadsTo) {
   EXPECT_EQ(check.finding, file.string() + "; session policy selective");
 }
 
+TEST_F(SettingsCheck, SaysWhereAgentsMayTypeIntoProgramsThatRun) {
+  const auto findingOf = [&](const std::string& settings) {
+    return checkOf(R"({"schemaVersion":1,"settings":{)" + settings + "}}").finding;
+  };
+  EXPECT_THAT(findingOf(R"("allowBusySessionInput":true,"allowOwnBusySessionInput":true)"),
+              EndsWith("; session policy safe, busy input on"));
+  EXPECT_THAT(findingOf(R"("allowOwnBusySessionInput":true)"),
+              EndsWith("; session policy safe, busy input in agents' windows"));
+  EXPECT_THAT(findingOf(R"("allowOwnBusySessionInput":false)"), EndsWith("; session policy safe"));
+  EXPECT_THAT(findingOf(R"("containNewWindows":true)"),
+              EndsWith("; session policy safe, new windows in bubblewrap"));
+}
+
+TEST_F(SettingsCheck, SaysWhatTheSettingsComeToForAgents) {
+  const auto limits = [this](const std::string& settings) {
+    testing::writeFile(file, R"({"schemaVersion":1,"settings":)" + settings + "}");
+    return checkLimits(file).finding;
+  };
+  EXPECT_EQ(limits("{}"), "agents may type into every session, but not into busy ones; no history is kept");
+  EXPECT_EQ(
+      limits(R"({"sessionPolicy":"selective","allowBusySessionInput":true})"),
+      "agents may type into windows that they opened, and read the others, busy ones too; no history is kept");
+  EXPECT_EQ(
+      limits(R"({"allowOwnBusySessionInput":true,"persistentHistoryEnabled":true,"retentionDays":1})"),
+      "agents may type into every session, busy ones only if an agent opened them; history is kept for 1 "
+      "day, and until the bridge ends");
+  EXPECT_EQ(limits(R"({"persistentHistoryEnabled":true,"deleteOnAppExit":false})"),
+            "agents may type into every session, but not into busy ones; history is kept for 7 days");
+  EXPECT_EQ(limits("["), limits("{}"));
+}
+
+TEST_F(SettingsCheck, NamesTheTmuxSocketAndFindsOneThatIsNoPath) {
+  EXPECT_EQ(checkOf(R"({"schemaVersion":1,"settings":{"tmuxSocket":"/t/work"}})").finding,
+            file.string() + "; session policy safe, tmux socket /t/work");
+  const auto check = checkOf(R"({"schemaVersion":1,"settings":{"tmuxSocket":"work"}})");
+  EXPECT_FALSE(check.ok);
+  EXPECT_THAT(check.finding, HasSubstr("tmuxSocket in " + file.string() + " is no absolute path"));
+}
+
 TEST_F(SettingsCheck, FindsAKeyThatNoSettingHas) {
   const auto check = checkOf(R"({"schemaVersion":1,"settings":{"sesionPolicy":"selective"}})");
   EXPECT_FALSE(check.ok);

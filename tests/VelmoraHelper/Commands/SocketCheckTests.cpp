@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "LocalControl/UnixSocketServer.h"
 #include "VelmoraHelper/Commands/SocketCheck.h"
 #include "tests/support/Files.h"
@@ -70,6 +72,12 @@ TEST_F(SocketCheck, FindsALinkInThePlaceOfTheFolder) {
   std::filesystem::create_directory_symlink(elsewhere, folder);
   EXPECT_FALSE(check().ok);
   EXPECT_THAT(check().finding, HasSubstr(folder.string()));
+}
+
+TEST_F(SocketCheck, TellsAFolderThatIsClosedFromOneThatCannotBeUsed) {
+  EXPECT_EQ(unseenSocket("/run/user/7/x", EACCES).nextStep,
+            "Give yourself access to it: chmod u+rwx '/run/user/7'");
+  EXPECT_THAT(unseenSocket("/run/user/7/x", ELOOP).nextStep, HasSubstr("a short path"));
 }
 
 TEST_F(SocketCheck, FindsAPathThatFitsNoSocket) {

@@ -47,7 +47,7 @@ LocalControlResponse answerTo(const LocalControlRequest& request) {
 std::string call(const std::string& requestId, const std::string& meta = "{}",
                  const std::string& tool = "terminal_status") {
   return R"({"jsonrpc":"2.0","id":)" + requestId + R"(,"method":"tools/call","params":{"name":")" + tool +
-         R"(","_meta":)" + meta + "}}";
+         R"(","arguments":{"sessionId":"11111111-2222-4333-8444-555555555555"},"_meta":)" + meta + "}}";
 }
 
 std::string cancel(const std::string& requestId) {
@@ -152,6 +152,24 @@ TEST_F(McpServerTest, NeverCallsTheApplicationForANotificationOrAMalformedCall) 
     EXPECT_EQ(parseJson(sentNow()[0]).at("error").at("code"), -32602) << params;
   }
   EXPECT_EQ(application.connected, 0);
+}
+
+TEST_F(McpServerTest, SaysWhatIsWrongWithArgumentsWithoutAskingTheApplication) {
+  initialize();
+  receive(R"({"jsonrpc":"2.0","id":1,"method":"tools/call","params":{"name":"terminal_send_key","arguments":)"
+          R"({"sessionId":"11111111-2222-4333-8444-555555555555","key":"ctrl-c"}}})");
+  ASSERT_EQ(sent.size(), 1u);
+  const auto result = parseJson(sentNow()[0]).at("result");
+  EXPECT_EQ(result.at("isError"), true);
+  const auto& error = result.at("structuredContent").at("error");
+  EXPECT_EQ(error.at("code"), "INVALID_ARGUMENT");
+  EXPECT_EQ(error.at("operation"), "terminal_send_key");
+  EXPECT_EQ(error.at("retryable"), false);
+  EXPECT_THAT(std::string(error.at("message").as_string()), ::testing::HasSubstr("for Ctrl-C send the text"));
+  EXPECT_EQ(application.connected, 0);
+  receive(call("1"));  // the id is free again
+  answerAll();
+  EXPECT_EQ(sent.size(), 1u);
 }
 
 TEST_F(McpServerTest, AnswersToNothingThatIsNoRequest) {

@@ -9,10 +9,11 @@ namespace {
 
 constexpr std::size_t clientTextLimit = 2048;
 
-boost::json::array listedTools(ProtocolRevision revision = ProtocolRevision::july2026) {
+boost::json::array listedTools(ProtocolRevision revision = ProtocolRevision::july2026,
+                               ToolForm form = ToolForm::plain) {
   JsonWriter writer(JsonFormat::wire);
   writer.beginObject();
-  writeToolList(writer, revision);
+  writeToolList(writer, revision, form);
   writer.endObject();
   return parseJson(writer.take()).at("tools").as_array();
 }
@@ -91,8 +92,28 @@ TEST(ToolCatalogue, TellsClientsOfEachRevisionWhatTheyKnow) {
 }
 
 TEST(ToolCatalogue, InstructionsFitWhatClientsKeep) {
-  EXPECT_FALSE(toolInstructions().empty());
-  EXPECT_LT(toolInstructions().size(), clientTextLimit);
+  for (const auto form : {ToolForm::plain, ToolForm::extended}) {
+    EXPECT_FALSE(toolInstructions(form).empty());
+    EXPECT_LT(toolInstructions(form).size(), clientTextLimit);
+  }
+}
+
+TEST(ToolCatalogue, TheExtendedFormIsToldToWaitAndNotToLookAgainAndAgain) {
+  std::string plain = toolInstructions(), extended = toolInstructions(ToolForm::extended);
+  for (const auto& tool : listedTools()) plain += tool.at("description").as_string();
+  for (const auto& tool : listedTools(ProtocolRevision::july2026, ToolForm::extended)) {
+    const auto& description = tool.at("description").as_string();
+    EXPECT_LT(description.size(), clientTextLimit) << tool.at("name");
+    extended += description;
+  }
+  for (const auto* advice :
+       {"only delivers text", "Use it after each command.", "then read the result with terminal_read_output",
+        "does, in far fewer characters"}) {
+    EXPECT_NE(plain.find(advice), std::string::npos) << advice;
+    EXPECT_EQ(extended.find(advice), std::string::npos) << advice;
+  }
+  EXPECT_EQ(plain.find("waitSeconds"), std::string::npos);
+  EXPECT_NE(extended.find("Give terminal_send_command waitSeconds"), std::string::npos);
 }
 
 }  // namespace

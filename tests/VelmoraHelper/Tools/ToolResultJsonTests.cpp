@@ -47,8 +47,10 @@ TEST(ToolResultJson, AFailureIsAnErrorThatSaysWhatToDo) {
   EXPECT_EQ(result.at("structuredContent").at("error"),
             parseJson(R"({"code":"SESSION_BUSY","message":"Busy.","operation":"terminal_send_command",
                           "retryable":true,"recoverySuggestion":"Wait."})"));
-  EXPECT_EQ(parseJson(std::string(result.at("content").at(0).at("text").as_string())),
-            result.at("structuredContent"));
+  const std::string text(result.at("content").at(0).at("text").as_string());
+  const auto lineEnd = text.find('\n');
+  EXPECT_EQ(text.substr(0, lineEnd), "Busy. Wait. (SESSION_BUSY)");
+  EXPECT_EQ(parseJson(text.substr(lineEnd + 1)), result.at("structuredContent"));
 }
 
 TEST(ToolResultJson, ShowsWarningsOfASuccess) {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "VelmoraHelper/Commands/NearestName.h"
+#include "VelmoraHelper/Tools/NearestName.h"
 
 namespace velmora {
 namespace {

@@ -1,4 +1,4 @@
-#include "VelmoraHelper/Commands/NearestName.h"
+#include "VelmoraHelper/Tools/NearestName.h"
 
 #include <algorithm>
 #include <numeric>
