@@ -20,8 +20,16 @@ std::vector<std::string> preferredLanguages();
 /// neither launches it nor needs a permission. Any thread.
 bool isApplicationRunning(const std::string& bundleIdentifier);
 
-/// Opens the standard about panel (name and version, from Info.plist) and brings it to the front. Main
-/// thread.
+/// Starts the application with this bundle identifier behind what the user has in front, and does not wait
+/// for it; nothing happens when it runs or is not there. Any thread.
+void startInBackground(const std::string& bundleIdentifier);
+
+/// From now on, until the process ends, the system neither slows it down (App Nap) nor ends it by itself,
+/// while the Mac may still go to sleep. `reason` shows in the system's diagnostics. Any thread.
+void stayAwake(const std::string& reason);
+
+/// Opens the standard about panel (name, version and copyright, from Info.plist) and brings it to the front.
+/// Main thread.
 void showAboutPanel();
 
 /// Opens an address with the application that the user has for it. False when the system could not. Main

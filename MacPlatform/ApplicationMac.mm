@@ -35,6 +35,28 @@ bool isApplicationRunning(const std::string& bundleIdentifier) {
   }
 }
 
+void startInBackground(const std::string& bundleIdentifier) {
+  @autoreleasepool {
+    NSWorkspace* const workspace = [NSWorkspace sharedWorkspace];
+    NSURL* const application = [workspace URLForApplicationWithBundleIdentifier:stringOf(bundleIdentifier)];
+    if (application == nil) return;
+    NSWorkspaceOpenConfiguration* const configuration = [NSWorkspaceOpenConfiguration configuration];
+    [configuration setActivates:NO];
+    [configuration setAddsToRecentItems:NO];
+    [workspace openApplicationAtURL:application configuration:configuration completionHandler:nil];
+  }
+}
+
+void stayAwake(const std::string& reason) {
+  @autoreleasepool {
+    // The activity lasts as long as the object that stands for it.
+    static const id activity =
+        [[NSProcessInfo processInfo] beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                       reason:stringOf(reason)];
+    (void)activity;
+  }
+}
+
 void showAboutPanel() {
   @autoreleasepool {
     NSApplication* const application = [NSApplication sharedApplication];

@@ -1,7 +1,9 @@
 #import <ApplicationServices/ApplicationServices.h>
+#import <CoreServices/CoreServices.h>
 #import <Foundation/Foundation.h>
 #import <ServiceManagement/ServiceManagement.h>
 
+#include "MacPlatform/FoundationText.hh"
 #include "MacPlatform/Permissions.h"
 
 namespace velmora::mac {
@@ -10,6 +12,14 @@ bool requestAccessibility() {
   @autoreleasepool {
     NSDictionary* const options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @YES};
     return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options);
+  }
+}
+
+std::int32_t automationConsent(const std::string& bundleIdentifier, bool asksUser) {
+  @autoreleasepool {
+    NSAppleEventDescriptor* const target =
+        [NSAppleEventDescriptor descriptorWithBundleIdentifier:stringOf(bundleIdentifier)];
+    return AEDeterminePermissionToAutomateTarget([target aeDesc], typeWildCard, typeWildCard, asksUser);
   }
 }
 

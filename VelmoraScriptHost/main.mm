@@ -10,15 +10,16 @@
 #include <cstdlib>
 #include <memory>
 
+#include "MacPlatform/Application.h"
 #include "TerminalAutomation/AppleScript/ScriptFrames.h"
 
-@interface RequestReader : NSObject
-@end
-
-@implementation RequestReader {
+@interface RequestReader : NSObject {
   std::unique_ptr<velmora::ScriptEngine> engine_;
   int replies_;
 }
+@end
+
+@implementation RequestReader
 
 - (instancetype)initWithReplies:(int)replies {
   self = [super init];
@@ -42,6 +43,7 @@ int main() {
   @autoreleasepool {
     NSApplication* const application = [NSApplication sharedApplication];
     [application setActivationPolicy:NSApplicationActivationPolicyProhibited];  // no icon, no windows
+    velmora::mac::stayAwake("the bridge waits for answers");
     RequestReader* const reader = [[RequestReader alloc] initWithReplies:replies];
     NSFileHandle* const input = [NSFileHandle fileHandleWithStandardInput];
     [[NSNotificationCenter defaultCenter] addObserver:reader

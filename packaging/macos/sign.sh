@@ -48,9 +48,12 @@ for folder in PlugIns Resources/qml; do
     while IFS= read -r -d '' part; do sign "$part"; done < <(find "$app/Contents/$folder" -name '*.dylib' -print0)
   fi
 done
-# The helper sends no Apple events and gets no entitlement for them.
-sign "$app/Contents/Helpers/velmora"
-sign "$app/Contents/Helpers/velmora-script-host" --entitlements "$here/Velmora.entitlements"
+# The helper sends no Apple events and gets no entitlement for them. Only the application has code that libraries of
+# Qt may compile at run time.
+sign "$app/Contents/Helpers/velmora" --identifier app.velmora.Velmora.helper
+sign "$app/Contents/Helpers/velmora-watch" --identifier app.velmora.Velmora.watch
+sign "$app/Contents/Helpers/velmora-script-host" --identifier app.velmora.Velmora.script-host \
+  --entitlements "$here/ScriptHost.entitlements"
 sign "$app" --entitlements "$here/Velmora.entitlements"
 codesign --verify --strict --verbose=2 "$app"
 

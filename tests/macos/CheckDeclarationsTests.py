@@ -67,11 +67,11 @@ class CheckDeclarationsTests(unittest.TestCase):
 
     def test_a_symbol_that_nobody_has_is_found(self):
         declared = linkProgram.declared_symbols(DECLARATIONS)
-        symbols = {"_OBJC_CLASS_$_NSAppleScript", "_objc_msgSend", "__ZNSt3__16threadD1Ev", "_read", "_u_strlen_72"}
+        symbols = {"_OBJC_CLASS_$_NSAppleScript", "_objc_msgSend", "__ZNSt3__16threadD1Ev", "_read", "_u_strlen_72", "_initscr"}
         ours = {"__ZN7velmora18systemScriptEngineEv", "_OBJC_CLASS_$_NSAlert", "_objc_nothing", "_u_nothing_72"}
-        libraries = linkProgram.classify(symbols | ours, declared, {"_read"}, {"_u_strlen_72"})
+        libraries = linkProgram.classify(symbols | ours, declared, {"_read"}, {"_u_strlen_72"}, {"_initscr"})
         self.assertEqual(libraries.pop("unknown"), ours)
-        self.assertEqual(sorted(libraries), ["Foundation", "c++", "icu", "objc", "system"])
+        self.assertEqual(sorted(libraries), ["Foundation", "c++", "icu", "ncurses", "objc", "system"])
 
 
 if __name__ == "__main__":

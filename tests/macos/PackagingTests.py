@@ -39,7 +39,21 @@ class PackagingTests(unittest.TestCase):
     def test_the_system_is_asked_for_consent_to_send_apple_events(self):
         info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
         self.assertIn("Terminal", info["NSAppleEventsUsageDescription"])
-        self.assertEqual(plist("Velmora.entitlements"), {"com.apple.security.automation.apple-events": True})
+        self.assertTrue(plist("Velmora.entitlements")["com.apple.security.automation.apple-events"])
+        self.assertEqual(plist("ScriptHost.entitlements"), {"com.apple.security.automation.apple-events": True})
+
+    def test_only_the_application_may_compile_code_at_run_time(self):
+        more = set(plist("Velmora.entitlements")) - set(plist("ScriptHost.entitlements"))
+        self.assertEqual(more, {"com.apple.security.cs.allow-jit"})
+
+    def test_the_about_panel_has_a_copyright(self):
+        info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
+        self.assertIn("Velmora authors", info["NSHumanReadableCopyright"])
+
+    def test_only_linux_uses_the_tray_icon_of_qt(self):
+        # On a Mac it opens the window with each click and, with some versions, ends the application.
+        users = {path.name for path in (ROOT / "VelmoraApp").rglob("*.*") if "QSystemTrayIcon" in path.read_text(encoding="utf-8")}
+        self.assertEqual(users, {"DesktopLinux.cpp"})
 
     def test_the_oldest_system_is_the_one_that_is_compiled_for(self):
         info = plist("Info.plist.in", PROJECT_VERSION="1", VELMORA_SPARKLE_PLIST="")
@@ -60,13 +74,13 @@ class PackagingTests(unittest.TestCase):
     def test_what_is_inside_is_signed_before_what_holds_it(self):
         script = (PACKAGING / "sign.sh").read_text(encoding="utf-8")
         signed = re.findall(r'^ *(?:while .*do )?sign "([^"]*)"', script, re.M)
-        self.assertEqual(signed[-3:], ["$app/Contents/Helpers/velmora", "$app/Contents/Helpers/velmora-script-host", "$app"])
+        self.assertEqual(signed[-4:], ["$app/Contents/Helpers/velmora", "$app/Contents/Helpers/velmora-watch", "$app/Contents/Helpers/velmora-script-host", "$app"])
         self.assertEqual(len([path for path in signed if "$sparkle" in path]), 4)
         self.assertIsNone(re.search(r"codesign.* --deep", script))
 
     def test_what_sends_apple_events_has_the_entitlement_and_nothing_else_has(self):
         script = (PACKAGING / "sign.sh").read_text(encoding="utf-8")
-        entitled = re.findall(r'^ *sign "([^"]*)" --entitlements', script, re.M)
+        entitled = re.findall(r'^ *sign "([^"]*)"[^"]*--entitlements', script, re.M)
         self.assertEqual(entitled, ["$app/Contents/Helpers/velmora-script-host", "$app"])
 
     def test_an_ad_hoc_signature_has_no_hardened_runtime(self):

@@ -35,11 +35,13 @@ FRAMEWORK = "/System/Library/Frameworks/{0}.framework/Versions/{1}/{0}"
 PLACES = {
     "objc": "/usr/lib/libobjc.A.dylib",
     "c++": "/usr/lib/libc++.1.dylib",
+    "ncurses": "/usr/lib/libncurses.5.4.dylib",
     "icu": "/opt/homebrew/opt/icu4c/lib/libicuuc.dylib",
     "CoreFoundation": FRAMEWORK.format("CoreFoundation", "A"),
     "Foundation": FRAMEWORK.format("Foundation", "C"),
     "AppKit": FRAMEWORK.format("AppKit", "C"),
     "ApplicationServices": FRAMEWORK.format("ApplicationServices", "A"),
+    "CoreServices": FRAMEWORK.format("CoreServices", "A"),
     "CoreGraphics": FRAMEWORK.format("CoreGraphics", "A"),
     "ServiceManagement": FRAMEWORK.format("ServiceManagement", "A"),
     "Sparkle": "@rpath/Sparkle.framework/Versions/B/Sparkle",
@@ -57,10 +59,10 @@ def declared_symbols(folder):
     return symbols
 
 
-def icu_symbols():
-    """What the ICU that is installed here exports, as a Mac spells it."""
+def installed_symbols(*libraries):
+    """What libraries that are installed here export, as a Mac spells it."""
     symbols = set()
-    for library in ("libicuuc.so", "libicui18n.so"):
+    for library in libraries:
         path = subprocess.check_output(["c++", f"-print-file-name={library}"], text=True).strip()
         listing = subprocess.check_output(["nm", "-D", "--defined-only", path], text=True)
         symbols.update("_" + line.split()[-1].split("@")[0] for line in listing.splitlines())
@@ -73,7 +75,7 @@ def system_symbols(lib):
     return set(re.findall(r"[\w$.]+", text))
 
 
-def classify(undefined, declared, system, icu):
+def classify(undefined, declared, system, icu, ncurses):
     """Symbols by library; what belongs nowhere under "unknown"."""
     result = {}
     for symbol in undefined:
@@ -87,6 +89,8 @@ def classify(undefined, declared, system, icu):
             library = "icu"
         elif symbol in system:
             library = "system"
+        elif symbol in ncurses:
+            library = "ncurses"
         else:
             library = "unknown"
         result.setdefault(library, set()).add(symbol)
@@ -135,7 +139,8 @@ def add_all(defined, undefined):
 def main():
     compiler, lib, folder, output, *inputs = sys.argv[1:]
     files = [path for path in inputs if path.endswith((".o", ".a"))]
-    libraries = classify(needed(files), declared_symbols(folder), system_symbols(lib), icu_symbols())
+    libraries = classify(needed(files), declared_symbols(folder), system_symbols(lib),
+                         installed_symbols("libicuuc.so"), installed_symbols("libncursesw.so.6", "libtinfo.so.6"))
     if unknown := libraries.pop("unknown", None):
         sys.exit(f"{output}: nobody has {', '.join(sorted(unknown))}")
     libraries.pop("system", None)

@@ -81,6 +81,10 @@ class TypeScript:
                 owner = enum = None
             elif enum and (match := re.match(r"  (\w+): (-?\d+),", line)):
                 self.values[enum + match[1]] = self.values[match[1]] = int(match[2])
+                # The converter takes off what all names of an enumeration begin with: of the kCGWindowListOptions "kCGWindowList".
+                for end in re.finditer(r"(?<=[a-z])(?=[A-Z])", enum):
+                    for prefix in (enum[: end.start()], "k" + enum[: end.start()]):
+                        self.values.setdefault(prefix + match[1], int(match[2]))
             elif owner and (match := re.match(r"  (static )?(?:readonly )?(\w+)\??(:|\(|<)", line)):
                 opening = match.end() - 1
                 if match[3] == "<":
@@ -129,9 +133,13 @@ class Pascal:
         self._read_values(text)
 
     def _read_values(self, text):
-        for name, value in re.findall(r"^\s*(\w+) = (-?\d+|\$[0-9A-Fa-f]+|FourCharCode\('.{4}'\))\s*;", text, re.M):
+        for name, value in re.findall(r"^\s*(\w+) = (-?\d+|\d+ shl \d+|CGWindowID\(0\)|\$[0-9A-Fa-f]+|FourCharCode\('.{4}'\))\s*;", text, re.M):
             if value.startswith("FourCharCode"):
                 number = int.from_bytes(value[14:18].encode("latin-1"), "big")
+            elif "shl" in value:
+                number = int(value.split()[0]) << int(value.split()[2])
+            elif value.startswith("CGWindowID"):
+                number = 0
             else:
                 number = int(value[1:], 16) if value[0] == "$" else int(value)
             self.values.setdefault(name, number)

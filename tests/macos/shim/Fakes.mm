@@ -32,6 +32,14 @@ NSDictionary* fakeError = nil;
   return result;
 }
 
++ (FakeDescriptor*)descriptorWithBundleIdentifier:(NSString*)identifier {
+  return [self descriptorWithString:identifier];
+}
+
+- (const AEDesc*)aeDesc {
+  return reinterpret_cast<const AEDesc*>(self);
+}
+
 + (FakeDescriptor*)appleEventWithEventClass:(AEEventClass)aClass
                                     eventID:(AEEventID)anID
                            targetDescriptor:(FakeDescriptor*)aTarget

@@ -3,6 +3,7 @@
 
 #include <limits>
 
+#import "FakeSystem.h"
 #include "TerminalAutomation/AppleScript/ScriptHost.h"
 
 namespace velmora {
@@ -116,6 +117,14 @@ TEST_F(ScriptEngineMac, AFailureKeepsItsNumber) {
   NSDictionary* const error = [NSDictionary dictionaryWithObject:[NSNumber numberWithInt:-1743]
                                                           forKey:@"NSAppleScriptErrorNumber"];
   EXPECT_EQ(failure(error).number, -1743);
+}
+
+TEST_F(ScriptEngineMac, PassesTheQuestionForConsentAndItsAnswerOn) {
+  fakeSystem = {.consent = -1744};
+  EXPECT_EQ(engine_->consent("com.apple.Terminal", false), -1744);
+  engine_->consent("com.apple.systemevents", true);
+  EXPECT_EQ(fakeSystem.done,
+            (std::vector<std::string>{"consent com.apple.Terminal", "consent com.apple.systemevents?"}));
 }
 
 TEST_F(ScriptEngineMac, AFailureMayHaveNoNumberAtAll) {

@@ -7,7 +7,15 @@
 #define VELMORA_EXTERN_C extern
 #endif
 
+typedef double CGFloat;
+typedef struct {
+  CGFloat width;
+  CGFloat height;
+} CGSize;
+
+typedef const void* CFTypeRef;
 typedef const struct __CFString* CFStringRef;
+typedef const struct __CFArray* CFArrayRef;
 typedef const struct __CFDictionary* CFDictionaryRef;
 
 #ifndef NS_ENUM
@@ -15,3 +23,5 @@ typedef const struct __CFDictionary* CFDictionaryRef;
   enum name : type name;    \
   enum name : type
 #endif
+
+VELMORA_EXTERN_C void CFRelease(CFTypeRef cf);

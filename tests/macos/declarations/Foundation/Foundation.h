@@ -9,9 +9,11 @@
 #import <stdint.h>
 
 typedef double NSTimeInterval;
+typedef CGSize NSSize;
 typedef uint32_t AEEventClass;
 typedef uint32_t AEEventID;
 typedef uint32_t AEKeyword;
+typedef struct AEDesc AEDesc;
 typedef int16_t AEReturnID;
 typedef int32_t AETransactionID;
 typedef unsigned char Boolean;
@@ -37,6 +39,7 @@ typedef struct {
 @end
 
 @interface NSData : NSObject
++ (instancetype)dataWithBytes:(const void*)bytes length:(NSUInteger)length;
 - (const void*)bytes;
 - (NSUInteger)length;
 @end
@@ -95,6 +98,15 @@ typedef struct {
 - (void)setObject:(id)value forKey:(NSString*)defaultName;
 @end
 
+typedef NS_ENUM(uint64_t, NSActivityOptions) {
+  NSActivityUserInitiatedAllowingIdleSystemSleep = 15728639
+} API_AVAILABLE(macos(10.9));
+
+@interface NSProcessInfo : NSObject
++ (NSProcessInfo*)processInfo;
+- (id)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason API_AVAILABLE(macos(10.9));
+@end
+
 @interface NSNotification : NSObject
 - (id)object;
 @end
@@ -110,6 +122,9 @@ typedef struct {
 @end
 
 @interface NSAppleEventDescriptor : NSObject
++ (NSAppleEventDescriptor*)descriptorWithBundleIdentifier:(NSString*)bundleIdentifier
+    API_AVAILABLE(macos(10.11));
+- (const AEDesc*)aeDesc;
 + (NSAppleEventDescriptor*)descriptorWithString:(NSString*)string;
 + (NSAppleEventDescriptor*)descriptorWithInt32:(int32_t)signedInt;
 + (NSAppleEventDescriptor*)descriptorWithBoolean:(Boolean)boolean;

@@ -149,8 +149,10 @@ end errorNumbers
 on pressedKeys(ttyName, windowNumber)
 	my sendCommand("echo again", ttyName, windowNumber, false)
 	delay 1
+	my sendKey(126, 0, ttyName, windowNumber, false)
 	my sendKey(126, 1, ttyName, windowNumber, false)
 	delay 1
+	my sendKey(36, 0, ttyName, windowNumber, false)
 	my sendKey(36, 1, ttyName, windowNumber, false)
 	delay 1
 	return {my timesShown("again", ttyName, windowNumber)}

@@ -1,9 +1,17 @@
 // GNUstep's Foundation, with fakes in the place of the two AppleScript classes, which are empty there. So the
-// conversions of ScriptEngineMac.mm run on Linux.
+// shims of macOS run on Linux.
 #pragma once
 
 #include_next <Foundation/Foundation.h>
+#include <os/availability.h>
 
+// GCC's runtime makes them numbers, which have no literal such as @YES.
+#undef YES
+#undef NO
+#define YES __objc_yes
+#define NO __objc_no
+
+typedef struct AEDesc AEDesc;
 typedef uint32_t AEEventClass;
 typedef uint32_t AEEventID;
 typedef uint32_t AEKeyword;
@@ -25,6 +33,9 @@ enum { kAutoGenerateReturnID = -1, kAnyTransactionID = 0 };
 + (FakeDescriptor*)descriptorWithInt32:(int32_t)integer;
 + (FakeDescriptor*)descriptorWithBoolean:(unsigned char)boolean;
 + (FakeDescriptor*)listDescriptor;
+/// Its value is the identifier, which the system would not say.
++ (FakeDescriptor*)descriptorWithBundleIdentifier:(NSString*)identifier;
+- (const AEDesc*)aeDesc;
 + (FakeDescriptor*)appleEventWithEventClass:(AEEventClass)aClass
                                     eventID:(AEEventID)anID
                            targetDescriptor:(FakeDescriptor*)aTarget
@@ -47,6 +58,12 @@ enum { kAutoGenerateReturnID = -1, kAnyTransactionID = 0 };
 - (FakeDescriptor*)executeAppleEvent:(FakeDescriptor*)event error:(NSDictionary**)error;
 @end
 
+/// GNUstep's would be content with anything.
+@interface FakeProcessInfo : NSObject
++ (FakeProcessInfo*)processInfo;
+- (id)beginActivityWithOptions:(NSActivityOptions)options reason:(NSString*)reason;
+@end
+
 extern NSString* fakeSource;
 extern BOOL fakeCompiles;
 extern FakeDescriptor* fakeEvent;
@@ -55,4 +72,5 @@ extern NSDictionary* fakeError;
 
 #define NSAppleEventDescriptor FakeDescriptor
 #define NSAppleScript FakeScript
+#define NSProcessInfo FakeProcessInfo
 #define NSAppleScriptErrorNumber @"NSAppleScriptErrorNumber"

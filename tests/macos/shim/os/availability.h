@@ -1,0 +1,4 @@
+// Versions of macOS mean nothing here.
+#pragma once
+
+#define API_AVAILABLE(...)
