@@ -10,6 +10,9 @@
 
 #include "BridgeHost/ProgramLog.h"
 #include "LocalControl/UnixSocketEndpoint.h"
+#include "System/DescriptorLimit.h"
+#include "System/Memory.h"
+#include "System/Utf8.h"
 #include "VelmoraApp/Shell/SingleInstance.h"
 #include "VelmoraApp/Shell/TerminationSignals.h"
 #include "VelmoraApp/Shell/VelmoraApp.h"
@@ -34,13 +37,27 @@ std::optional<int> answerTo(int argc, char** argv) {
   return std::nullopt;
 }
 
-// Qt ends a process that finds no display with a core dump.
+// What `main` was given, of which Qt takes away the arguments that are its own. Known to all, since a message
+// handler is handed nothing else.
+int argumentCount = 0;
+char** arguments = nullptr;
+
+std::optional<int> refusalOfArguments() {
+  if (argumentCount <= 1) return std::nullopt;
+  std::fprintf(stderr, "velmora-app: takes no arguments such as \"%s\"; velmora-app --help says more\n",
+               plainText(arguments[1]).c_str());
+  return 2;
+}
+
+// Qt ends a process that finds no display with a core dump; its own arguments about displays are taken away
+// by then. An argument that nobody takes is all that matters, if there is one.
 void sayThatThereIsNoDisplay(QtMsgType type, const QMessageLogContext&, const QString& message) {
   if (type == QtFatalMsg) {
+    if (const auto status = refusalOfArguments()) std::_Exit(*status);
     std::fputs("velmora-app: no display: start velmora-headless\n", stderr);
     std::_Exit(EXIT_FAILURE);
   }
-  std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+  if (argumentCount <= 1) std::fprintf(stderr, "%s\n", message.toUtf8().constData());
 }
 
 // The directory that the control socket stands in, too. Without it the bridge says on the screen what is
@@ -66,6 +83,7 @@ int serve(QApplication& application, const Environment& environment, const Log& 
   VelmoraApp app(environment, log);
   QObject::connect(&instance, &SingleInstance::woken, &app, &VelmoraApp::openWindow);
   QObject::connect(&signals, &TerminationSignals::received, &application, &QApplication::quit);
+  QObject::connect(&signals, &TerminationSignals::pauseAsked, &app, &VelmoraApp::pause);
   QObject::connect(&app, &VelmoraApp::left, [&instance] { instance.leave(); });
   app.openWindow();
   return QApplication::exec();
@@ -75,16 +93,17 @@ int serve(QApplication& application, const Environment& environment, const Log& 
 
 int main(int argc, char** argv) {
   if (const auto status = answerTo(argc, argv)) return *status;
+  velmora::raiseDescriptorLimit();
+  velmora::shareMemoryArenas();
   const auto environment = velmora::processEnvironment();
   const auto log = velmora::programLog(environment);
   velmora::setUpStyle();
   const auto usual = qInstallMessageHandler(sayThatThereIsNoDisplay);
-  QApplication application(argc, argv);  // takes away the arguments that are Qt's
+  argumentCount = argc;
+  arguments = argv;
+  QApplication application(argumentCount, arguments);
   qInstallMessageHandler(usual);
-  if (argc > 1) {
-    std::fprintf(stderr, "%s: takes no arguments; velmora-app --help says more\n", argv[0]);
-    return 2;
-  }
+  if (const auto status = refusalOfArguments()) return *status;
   QApplication::setApplicationName("Velmora");
   QApplication::setApplicationVersion(VELMORA_VERSION);
   QApplication::setDesktopFileName("app.velmora.Velmora");

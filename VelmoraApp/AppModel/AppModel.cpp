@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "BridgeCore/StructuredErrorMapper.h"
+#include "VelmoraApp/AppModel/ClientActivity.h"
 #include "VelmoraApp/AppModel/KnownSessions.h"
+#include "VelmoraApp/AppModel/Problem.h"
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -21,35 +22,7 @@ struct Refreshed {
   ToolResult<StatusPayload> status;
 };
 
-// The screens make their requests like any client, so they stand in the history too.
-ClientIdentitySummary screens() { return {"Velmora.app", std::nullopt}; }
-
-QString sentence(const StructuredError& error) {
-  return text(error.message + " " + error.recoverySuggestion);
-}
-
-constexpr const char* historyNotScrubbed =
-    "The change is saved, but what it no longer allows could not be removed from the history. ";
-
-// Runs `work`; what it throws comes back as a sentence, empty when all went well.
-template <class Work>
-QString problemOf(const Work& work) {
-  try {
-    work();
-    return {};
-  } catch (...) {
-    return text(problemSentence(std::current_exception()));
-  }
-}
-
 }  // namespace
-
-/// What came of a change of the settings.
-struct AppModel::ChangeOutcome {
-  PrivacyRetentionSettings before;
-  PrivacyRetentionSettings after;
-  QString problem;  // empty when all went well
-};
 
 AppModel::AppModel(AppModelOptions options)
     : options_(std::move(options)),
@@ -69,14 +42,25 @@ BridgeHostOptions AppModel::bridgeOptions() {
     QMetaObject::invokeMethod(
         this, [this, reason] { serving_.fail(reason); }, Qt::QueuedConnection);
   };
+  bridge.changedByUser = [this] {
+    QMetaObject::invokeMethod(this, &AppModel::showChanges, Qt::QueuedConnection);
+  };
   return bridge;
 }
 
 void AppModel::begin() {
-  if (!introduced_) coordinator().setPaused(true);
+  if (!introduced_) coordinator().holdPause(true);
   publish(status_);
   loadLocalState();
   if (introduced_) start();
+}
+
+// What the user changed in a terminal. Before the start nothing is shown anyway.
+void AppModel::showChanges() {
+  if (!started_) return;
+  publish(status_);
+  fetchSettings();
+  refreshAll();
 }
 
 AppModel::~AppModel() {
@@ -96,14 +80,18 @@ void AppModel::loadLocalState() {
       },
       [this](const LocalStateProblems& problems) {
         if (problems.settings) {
-          addProblem("The settings could not be loaded; the defaults hold. " +
-                     optionalText(problems.settings));
+          addProblem({QT_TRANSLATE_NOOP("Problem", "The settings could not be loaded; the defaults hold."),
+                      optionalText(problems.settings)});
         }
-        if (problems.history)
-          addProblem("The history could not be loaded. " + optionalText(problems.history));
+        if (problems.history) {
+          addProblem({QT_TRANSLATE_NOOP("Problem", "The history could not be loaded."),
+                      optionalText(problems.history)});
+        }
         if (problems.permissions) {
-          addProblem("The sessions' permissions could not be loaded; sessions are read-only at best. " +
-                     optionalText(problems.permissions));
+          addProblem({QT_TRANSLATE_NOOP(
+                          "Problem",
+                          "The sessions' permissions could not be loaded; sessions are read-only at best."),
+                      optionalText(problems.permissions)});
         }
       });
 }
@@ -192,17 +180,10 @@ void AppModel::fetchRecords() {
       });
 }
 
-void AppModel::fetchSettings() {
-  fileWorker_.run(
-      this, [this] { return coordinator().settingsStore().current(); },
-      [this](const PrivacyRetentionSettings& settings) {
-        if (savesUnderWay_ == 0) publish(settings);
-      });
-}
-
 void AppModel::publish(BridgeStatus status) {
   // A snapshot that was under way when the user pressed the switch does not turn it back.
   status.mcpState = coordinator().operationState().current();
+  status.connectedClients = connectedClients(records_, clock()());
   auto known = status_;
   known.updatedAt = status.updatedAt;
   const bool changed = !(known == status);
@@ -220,17 +201,18 @@ void AppModel::publish(std::vector<MCPRequestRecord> records) {
   if (records_ == records) return;
   records_ = std::move(records);
   Q_EMIT recordsChanged();
+  publish(status_);  // it names the clients
 }
 
-void AppModel::publish(const PrivacyRetentionSettings& settings) {
-  if (settings_ == settings) return;
-  settings_ = settings;
-  Q_EMIT settingsChanged();
+QStringList AppModel::problems() const {
+  QStringList sentences;
+  for (const auto& problem : problems_) sentences.append(problem.text());
+  return sentences;
 }
 
-void AppModel::addProblem(const QString& problem) {
-  if (problems_.contains(problem)) return;
-  problems_.append(problem);
+void AppModel::addProblem(const Problem& problem) {
+  if (problems().contains(problem.text())) return;
+  problems_.push_back(problem);
   Q_EMIT problemsChanged();
 }
 
@@ -247,8 +229,8 @@ void AppModel::refreshAll() {
       this,
       [this] {
         // The sessions first: the status counts those that the listing registered.
-        auto sessions = coordinator().listSessions(options_.bridge.uuid(), screens(), {});
-        return Refreshed{std::move(sessions), coordinator().status(options_.bridge.uuid(), screens())};
+        auto sessions = coordinator().listSessions(options_.bridge.uuid(), ownClient(), {});
+        return Refreshed{std::move(sessions), coordinator().status(options_.bridge.uuid(), ownClient())};
       },
       [this](Refreshed refreshed) {
         if (refreshed.sessions.ok) {
@@ -256,7 +238,7 @@ void AppModel::refreshAll() {
         } else if (refreshed.sessions.error->code == ErrorCode::terminalNotRunning) {
           publish(std::vector<TerminalSession>());
         } else {
-          Q_EMIT sessionActionFailed(sentence(*refreshed.sessions.error));
+          Q_EMIT sessionActionFailed(asProblem(*refreshed.sessions.error));
         }
         if (refreshed.status.ok) publish(std::move(refreshed.status.data->status));
         fetchRecords();
@@ -272,6 +254,13 @@ void AppModel::setPaused(bool paused) {
   coordinator().setPaused(paused);  // only a flag: nothing to wait for
   publish(status_);
   poll();
+  fileWorker_.run(
+      this, [this] { return problemOf([this] { coordinator().keepPause(); }); },
+      [this](const QString& problem) {
+        if (!problem.isEmpty())
+          addProblem(
+              {QT_TRANSLATE_NOOP("Problem", "The pause could not be kept for the next start."), problem});
+      });
 }
 
 void AppModel::setPermission(SessionPermission permission, const Uuid& sessionId) {
@@ -293,7 +282,7 @@ void AppModel::setPermission(SessionPermission permission, const Uuid& sessionId
           }
           publish(std::move(sessions));
         } else {
-          Q_EMIT sessionActionFailed(outcome.second);
+          Q_EMIT sessionActionFailed({.why = outcome.second});
         }
         refreshAll();
       });
@@ -303,7 +292,7 @@ void AppModel::makeKnownSessionsReadOnly() {
   fileWorker_.run(
       this, [this] { return problemOf([this] { velmora::makeKnownSessionsReadOnly(coordinator()); }); },
       [this](const QString& problem) {
-        if (!problem.isEmpty()) Q_EMIT sessionActionFailed(problem);
+        if (!problem.isEmpty()) Q_EMIT sessionActionFailed({.why = problem});
         refreshAll();
       });
 }
@@ -316,72 +305,19 @@ void AppModel::focus(const Uuid& sessionId) {
   terminalWorker_.run(
       this,
       [this, sessionId] {
-        return coordinator().focusSession(options_.bridge.uuid(), screens(), {sessionId}).error;
+        return coordinator().focusSession(options_.bridge.uuid(), ownClient(), {sessionId}).error;
       },
       [this](const std::optional<StructuredError>& error) {
-        if (error) Q_EMIT sessionActionFailed(sentence(*error));
+        if (error) Q_EMIT sessionActionFailed(asProblem(*error));
         refreshAll();
       });
-}
-
-void AppModel::updateSettings(const PrivacyRetentionSettings& settings) {
-  changeSettings([settings](BridgeCoordinator& core) { core.applySettings(settings); },
-                 [this, wanted = settings](const ChangeOutcome& outcome) mutable {
-                   wanted.normalize();
-                   Q_EMIT settingsNotSaved(
-                       (outcome.after == wanted ? historyNotScrubbed : "The change could not be saved. ") +
-                       outcome.problem);
-                 });
-}
-
-void AppModel::finishIntroduction(SessionPolicy policy) {
-  introduced_ = true;
-  changeSettings(
-      [policy](BridgeCoordinator& core) {
-        meetKnownSessions(core, policy);
-        core.setPaused(false);
-        core.adoptSessionPolicy(policy);
-      },
-      [this](const ChangeOutcome& outcome) {
-        addProblem((outcome.after == outcome.before ? "The session policy could not be saved. "
-                                                    : historyNotScrubbed) +
-                   outcome.problem);
-      });
-  start();
-}
-
-void AppModel::changeSettings(std::function<void(BridgeCoordinator& core)> change,
-                              std::function<void(const ChangeOutcome& outcome)> failed) {
-  ++savesUnderWay_;
-  fileWorker_.run(
-      this,
-      [this, change = std::move(change)] {
-        const auto& stored = coordinator().settingsStore();
-        const auto before = stored.current();
-        auto problem = problemOf([&] { change(coordinator()); });
-        return ChangeOutcome{before, stored.current(), std::move(problem)};
-      },
-      [this, failed = std::move(failed)](const ChangeOutcome& outcome) {
-        // They may be saved although the history could not be.
-        const bool saved = outcome.problem.isEmpty() || outcome.after != outcome.before;
-        // Only the last of several counts: the screens already show what it will save.
-        if (--savesUnderWay_ == 0 && saved) publish(outcome.after);
-        if (!outcome.problem.isEmpty()) failed(outcome);
-        fetchRecords();
-      });
-}
-
-void AppModel::saveSettingsFromUI(PrivacyRetentionSettings settings) {
-  settings.normalize();
-  publish(settings);
-  updateSettings(settings);
 }
 
 void AppModel::clearHistory() {
   fileWorker_.run(
       this, [this] { return problemOf([this] { coordinator().clearHistory(); }); },
       [this](const QString& problem) {
-        if (!problem.isEmpty()) Q_EMIT historyNotCleared(problem);
+        if (!problem.isEmpty()) Q_EMIT historyNotCleared({.why = problem});
         publish(std::vector<MCPRequestRecord>());
         fetchRecords();
       });

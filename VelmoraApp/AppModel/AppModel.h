@@ -15,6 +15,7 @@
 #include "BridgeHost/BridgeHost.h"
 #include "VelmoraApp/AppModel/AppSection.h"
 #include "VelmoraApp/AppModel/CallGate.h"
+#include "VelmoraApp/AppModel/Problem.h"
 #include "VelmoraApp/AppModel/Serving.h"
 #include "VelmoraApp/AppModel/Worker.h"
 #include "VelmoraApp/Platform/StartupPermissionPrompter.h"
@@ -50,7 +51,7 @@ class AppModel : public QObject {
   const std::vector<MCPRequestRecord>& records() const { return records_; }  ///< Oldest first.
   const PrivacyRetentionSettings& settings() const { return settings_; }
   const std::optional<AppSection>& selectedSection() const { return selectedSection_; }
-  const QStringList& problems() const { return problems_; }  ///< What does not work; sentences.
+  QStringList problems() const;  ///< What does not work; sentences in the language of now.
   bool isRefreshing() const { return refresh_.isUnderWay(); }
   bool isStarted() const { return started_; }
   Serving& serving() { return serving_; }
@@ -64,6 +65,12 @@ class AppModel : public QObject {
   /// when it cannot be saved; that becomes one of the problems.
   void finishIntroduction(SessionPolicy policy);
 
+  /// Refreshes as soon as the stored state is loaded, also before the start.
+  void refreshWhenLoaded() {
+    fileWorker_.run(
+        this, [] { return true; }, [this](bool) { refreshAll(); });
+  }
+
   // What the user asks for. Failures arrive by the signals below.
   void refreshAll();
   void setPaused(bool paused);  ///< At once, also while the terminal hangs; nothing before the start.
@@ -72,11 +79,13 @@ class AppModel : public QObject {
   void makeKnownSessionsReadOnly();
   int knownSessionsToRestrict() const;  ///< How many that changes.
   void focus(const Uuid& sessionId);
-  void updateSettings(const PrivacyRetentionSettings& settings);
-  void saveSettingsFromUI(PrivacyRetentionSettings settings);  ///< Shows them before they are saved.
+  /// `page` is on whose behalf, for `settingsNotSaved`.
+  void updateSettings(const PrivacyRetentionSettings& settings, const QObject* page = nullptr);
+  /// Shows them before they are saved.
+  void saveSettingsFromUI(PrivacyRetentionSettings settings, const QObject* page = nullptr);
   void clearHistory();
   void selectSection(AppSection section);
-  void addProblem(const QString& problem);  ///< Once each.
+  void addProblem(const Problem& problem);  ///< Once each.
 
   /// For the end of the process: ends the server and, when the settings ask for it, deletes the history.
   void prepareForTermination();
@@ -95,9 +104,9 @@ class AppModel : public QObject {
   void selectedSectionChanged();
   void problemsChanged();
   void refreshingChanged();
-  void sessionActionFailed(const QString& problem);
-  void settingsNotSaved(const QString& problem);  ///< A whole sentence or two, as are the others.
-  void historyNotCleared(const QString& problem);
+  void sessionActionFailed(const velmora::Problem& problem);
+  void settingsNotSaved(const velmora::Problem& problem, const QObject* page);
+  void historyNotCleared(const velmora::Problem& problem);
 
  private:
   BridgeHostOptions bridgeOptions();
@@ -109,6 +118,7 @@ class AppModel : public QObject {
   void fetchStatus();
   void fetchRecords();
   void fetchSettings();
+  void showChanges();
   struct ChangeOutcome;
   void changeSettings(std::function<void(BridgeCoordinator& core)> change,
                       std::function<void(const ChangeOutcome& outcome)> failed);
@@ -125,7 +135,7 @@ class AppModel : public QObject {
   PrivacyRetentionSettings settings_;
   bool showsSettings_ = false;  // the stored ones were loaded, or could not be
   std::optional<AppSection> selectedSection_;
-  QStringList problems_;
+  std::vector<Problem> problems_;
 
   Serving serving_;
   bool introduced_;

@@ -41,6 +41,12 @@ class KeyedListModel : public QAbstractListModel {
     }
   }
 
+  /// Emits dataChanged for every row: what the views show may not be what the rows say, after a choice that
+  /// was refused or in another language.
+  void repeatAll() {
+    for (std::size_t index = 0; index < items_.size(); ++index) repeat(index);
+  }
+
  protected:
   const Row* rowAt(const QModelIndex& index) const {
     const bool exists = checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid);

@@ -7,24 +7,20 @@
 
 namespace velmora {
 
-namespace {
-
-QString cannotConnect(const std::string& reason) {
-  return "MCP clients cannot connect. " + text(reason) + ".";
-}
-
-}  // namespace
-
 Serving::Serving(BridgeHost& host, Worker& worker) : host_(host), worker_(worker) {
   auto state = stateOfHost();
   otherBridge_ = state.otherBridge;
   problem_ = state.problem;
 }
 
+Problem Serving::cannotConnect(const std::string& reason, const std::string& socket) {
+  return {QT_TRANSLATE_NOOP("Problem", "MCP clients cannot connect."), text(reason) + ".", text(socket)};
+}
+
 Serving::State Serving::stateOfHost() const {
   if (host_.otherBridge()) return {host_.otherBridge(), {}};
   if (host_.localServer() != nullptr) return {};
-  return {{}, cannotConnect(host_.socketURL().string() + ": " + host_.serverProblem())};
+  return {{}, cannotConnect(host_.serverProblem(), host_.socketURL().string())};
 }
 
 void Serving::fail(const std::string& reason) { show({otherBridge_, cannotConnect(reason)}); }
@@ -39,7 +35,7 @@ void Serving::restart() {
 void Serving::takeOver() {
   if (!otherBridge_) return;
   run([this, process = otherBridge_->process] {
-    endOtherBridge(host_.socketURL(), process);
+    host_.endOther(process);
     host_.renewServer();
   });
 }
@@ -54,7 +50,7 @@ void Serving::run(std::function<void()> work) {
           work();
           return stateOfHost();
         } catch (const std::exception& error) {
-          return State{host_.otherBridge(), text(error.what())};
+          return State{host_.otherBridge(), {.why = text(error.what())}};
         }
       },
       [this](State state) {

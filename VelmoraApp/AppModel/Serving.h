@@ -8,6 +8,7 @@
 #include <string>
 
 #include "BridgeHost/BridgeHost.h"
+#include "VelmoraApp/AppModel/Problem.h"
 #include "VelmoraApp/AppModel/Worker.h"
 
 namespace velmora {
@@ -24,7 +25,7 @@ class Serving : public QObject {
   /// terminal nor the files.
   const std::optional<OtherBridge>& otherBridge() const { return otherBridge_; }
   /// Why clients cannot connect, or why the other bridge could not be ended; a sentence, or empty.
-  const QString& problem() const { return problem_; }
+  QString problem() const { return problem_.text(); }
   bool isUnderWay() const { return isUnderWay_; }  ///< A restart, or taking over.
 
   /// Accepting has ended by itself.
@@ -41,9 +42,10 @@ class Serving : public QObject {
  private:
   struct State {
     std::optional<OtherBridge> otherBridge;
-    QString problem;
+    Problem problem;
   };
 
+  static Problem cannotConnect(const std::string& reason, const std::string& socket = {});
   State stateOfHost() const;
   void run(std::function<void()> work);
   void show(State state);
@@ -51,7 +53,7 @@ class Serving : public QObject {
   BridgeHost& host_;
   Worker& worker_;
   std::optional<OtherBridge> otherBridge_;
-  QString problem_;
+  Problem problem_;
   bool isUnderWay_ = false;
 };
 

@@ -2,6 +2,7 @@
 #include "VelmoraApp/AppModel/Texts.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QLocale>
 #include <cmath>
 
 namespace velmora {
@@ -14,11 +15,28 @@ QDateTime localTime(Date date) {
       static_cast<qint64>(std::floor(date.unixSeconds() * millisecondsPerSecond)));
 }
 
+// Short formats leave out the seconds, by which requests are told apart, and the century.
+QString timeFormat(const QLocale& locale, TimeDetail detail) {
+  if (locale.language() == QLocale::C) return detail == TimeDetail::seconds ? "HH:mm:ss" : "HH:mm";
+  auto format = locale.timeFormat(QLocale::ShortFormat);
+  if (detail == TimeDetail::seconds && !format.contains("ss")) format.replace("mm", "mm:ss");
+  return format;
+}
+
+QString dateFormat(const QLocale& locale) {
+  if (locale.language() == QLocale::C) return "yyyy-MM-dd";
+  auto format = locale.dateFormat(QLocale::ShortFormat);
+  return format.contains("yyyy") ? format : format.replace("yy", "yyyy");
+}
+
 }  // namespace
 
-QString timeText(Date date, Date now) {
+QString timeText(Date date, Date now, TimeDetail detail) {
+  const QLocale locale;
   const auto time = localTime(date);
-  return time.toString(time.date() == localTime(now).date() ? "HH:mm:ss" : "yyyy-MM-dd HH:mm:ss");
+  auto timeOfDay = locale.toString(time.time(), timeFormat(locale, detail));
+  if (time.date() == localTime(now).date()) return timeOfDay;
+  return locale.toString(time.date(), dateFormat(locale)) + " " + timeOfDay;
 }
 
 }  // namespace velmora

@@ -37,7 +37,10 @@ std::optional<Enum> fromWireText(const QString& name) {
   return fromWireName<Enum>(name.toStdString());
 }
 
-/// A point in time in the local time zone: "14:05:22" on the day of `now`, else "2026-11-21 14:05:22".
-QString timeText(Date date, Date now);
+enum class TimeDetail { seconds, minutes };
+
+/// A point in time in the local time zone, as QLocale's default writes it: the time of day on the day of
+/// `now`, else the date, too. Where no locale is set that is "14:05:22" and "2026-11-21 14:05:22".
+QString timeText(Date date, Date now, TimeDetail detail = TimeDetail::seconds);
 
 }  // namespace velmora

@@ -1,40 +1,73 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import Velmora
 import Velmora.Style
 
-// Each connected client's name and version.
+// Each client that called lately: its name and version, and what it asked for.
 Card {
     id: card
 
-    required property var clients
+    required property ClientListModel clients
 
-    implicitHeight: rows.implicitHeight
+    implicitHeight: Math.max(rows.implicitHeight, Theme.rowHeight)
 
+    Label {
+        x: Theme.large
+        height: Theme.rowHeight
+        verticalAlignment: Text.AlignVCenter
+        visible: repeater.count === 0
+        text: qsTr("No clients connected")
+        color: Theme.textSecondary
+    }
     Column {
         id: rows
         width: parent.width
 
         Repeater {
-            model: card.clients.length > 0 ? card.clients : [qsTr("No clients connected")]
+            id: repeater
+            model: card.clients
 
-            Label {
+            Item {
+                id: client
+
                 required property int index
-                required property string modelData
+                required property string name
+                required property string activity
 
                 objectName: "client" + index
                 width: rows.width
-                height: Theme.rowHeight
-                leftPadding: Theme.large
-                rightPadding: Theme.large
-                verticalAlignment: Text.AlignVCenter
-                text: modelData
-                elide: Text.ElideRight
-                color: card.clients.length > 0 ? Theme.text : Theme.textSecondary
+                height: content.implicitHeight + 2 * Theme.small
+                Accessible.role: Accessible.StaticText
+                Accessible.name: name + ", " + activity
 
+                Column {
+                    id: content
+                    x: Theme.large
+                    y: Theme.small
+                    width: parent.width - 2 * x
+                    spacing: Theme.focusWidth
+
+                    Label {
+                        objectName: "clientName"
+                        width: parent.width
+                        text: client.name
+                        elide: Text.ElideRight
+                        Accessible.ignored: true
+                    }
+                    Label {
+                        objectName: "clientActivity"
+                        width: parent.width
+                        text: client.activity
+                        font: Theme.caption
+                        color: Theme.textSecondary
+                        elide: Text.ElideRight
+                        Accessible.ignored: true
+                    }
+                }
                 Separator {
                     x: Theme.large
                     width: parent.width - 2 * x
-                    visible: parent.index > 0
+                    visible: client.index > 0
                 }
             }
         }

@@ -4,13 +4,13 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// The state of the bridge and of the terminal at a glance, and the switch that stops every change.
+// What agents do now and did last with the switch that stops them, who they are, and the state of the bridge and of the
+// terminal.
 ScrollPage {
     id: dashboard
 
     required property DashboardViewModel viewModel
     required property RecentRequestsViewModel recentRequests
-    readonly property bool wide: width >= Theme.wideScreen
 
     objectName: "dashboard"
 
@@ -26,13 +26,6 @@ ScrollPage {
                 enabled: !dashboard.viewModel.isLoading
                 onClicked: dashboard.viewModel.refresh()
             }
-            Button {
-                objectName: "togglePause"
-                text: dashboard.viewModel.pauseButtonText
-                symbol: dashboard.viewModel.paused ? "play" : "pause"
-                highlighted: dashboard.viewModel.paused
-                onClicked: dashboard.viewModel.togglePause()
-            }
         },
         Banner {
             objectName: "servingProblem"
@@ -44,6 +37,10 @@ ScrollPage {
             actionText: qsTr("Restart the bridge")
             actionEnabled: !dashboard.viewModel.isRestarting
             onActionRequested: dashboard.viewModel.restartBridge()
+        },
+        NowCard {
+            Layout.fillWidth: true
+            viewModel: dashboard.viewModel
         },
         // No layout: Qt 6.4 lays out rows that a changed model has just destroyed.
         Column {
@@ -68,17 +65,6 @@ ScrollPage {
 
     StatusFigures {
         Layout.fillWidth: true
-        columns: dashboard.wide ? 4 : 2
-        viewModel: dashboard.viewModel
-    }
-    Label {
-        Layout.topMargin: Theme.medium
-        text: dashboard.viewModel.terminalName
-        font: Theme.heading
-        color: Theme.textSecondary
-    }
-    TerminalCard {
-        Layout.fillWidth: true
         viewModel: dashboard.viewModel
     }
     Label {
@@ -89,7 +75,7 @@ ScrollPage {
     }
     ClientsCard {
         Layout.fillWidth: true
-        clients: dashboard.viewModel.connectedClients
+        clients: dashboard.viewModel.clients
     }
     Label {
         Layout.topMargin: Theme.medium
@@ -115,5 +101,15 @@ ScrollPage {
             interactive: false
             records: dashboard.recentRequests.records
         }
+    }
+    Label {
+        Layout.topMargin: Theme.medium
+        text: dashboard.viewModel.terminalName
+        font: Theme.heading
+        color: Theme.textSecondary
+    }
+    TerminalCard {
+        Layout.fillWidth: true
+        viewModel: dashboard.viewModel
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Layouts
 import Velmora.Style
 
-// One number or word of the status, large enough to read at a glance.
+// One number or word of the status, large enough to read at a glance, and what it means.
 Card {
     id: figure
 
@@ -10,6 +10,7 @@ Card {
     property alias label: label.text
     property alias value: value.text
     property alias valueColor: value.color
+    property alias caption: caption.text
 
     Layout.fillWidth: true
     // All figures in a row have the same width.
@@ -17,6 +18,7 @@ Card {
     implicitHeight: content.implicitHeight + 2 * Theme.large
     Accessible.role: Accessible.StaticText
     Accessible.name: label.text + ": " + value.text
+    Accessible.description: caption.text
 
     ColumnLayout {
         id: content
@@ -43,6 +45,15 @@ Card {
             Layout.fillWidth: true
             font: Theme.figure
             elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+        Label {
+            id: caption
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            font: Theme.caption
+            color: Theme.textSecondary
+            wrapMode: Text.Wrap
             Accessible.ignored: true
         }
     }

@@ -3,39 +3,38 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// The four figures at the head of the dashboard.
-GridLayout {
+// What changes of the status, each with what it means.
+RowLayout {
     id: figures
 
     required property DashboardViewModel viewModel
 
-    columnSpacing: Theme.medium
-    rowSpacing: Theme.medium
+    spacing: Theme.medium
 
     StatusFigure {
         objectName: "bridgeState"
+        Layout.fillHeight: true
         symbol: "bolt.horizontal"
         label: qsTr("Bridge")
         value: figures.viewModel.bridgeState
         valueColor: Theme.colorOf(figures.viewModel.bridgeMeaning)
+        caption: figures.viewModel.bridgeCaption
     }
     StatusFigure {
-        objectName: "automation"
-        symbol: "lock.shield"
-        label: qsTr("Automation")
-        value: figures.viewModel.automation
-        valueColor: Theme.colorOf(figures.viewModel.automationMeaning)
-    }
-    StatusFigure {
-        objectName: "windowCount"
-        symbol: "macwindow"
-        label: qsTr("Windows")
-        value: figures.viewModel.windowCount
+        objectName: "terminalState"
+        Layout.fillHeight: true
+        symbol: "terminal"
+        label: qsTr("Status")
+        value: figures.viewModel.terminalState
+        valueColor: Theme.colorOf(figures.viewModel.terminalMeaning)
+        caption: figures.viewModel.terminalCaption
     }
     StatusFigure {
         objectName: "sessionCount"
+        Layout.fillHeight: true
         symbol: "rectangle.stack"
         label: qsTr("Sessions")
         value: figures.viewModel.sessionCount
+        caption: figures.viewModel.sessionsCaption
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import Velmora
 import Velmora.Style
 
-// The state of the terminal, and the last request to it.
+// What hardly ever changes of the terminal, and the last request to it.
 Card {
     id: card
 
@@ -15,12 +15,20 @@ Card {
         width: parent.width
 
         StatusRow {
-            objectName: "terminalState"
+            objectName: "automation"
             width: parent.width
-            symbol: "terminal"
-            label: qsTr("Status")
-            value: card.viewModel.terminalState
-            valueColor: Theme.colorOf(card.viewModel.terminalMeaning)
+            symbol: "lock.shield"
+            label: qsTr("Automation")
+            value: card.viewModel.automation
+            valueColor: Theme.colorOf(card.viewModel.automationMeaning)
+            detail: card.viewModel.automationCaption
+        }
+        StatusRow {
+            objectName: "windowCount"
+            width: parent.width
+            symbol: "macwindow"
+            label: qsTr("Windows")
+            value: card.viewModel.windowCount
         }
         StatusRow {
             objectName: "lastRequest"

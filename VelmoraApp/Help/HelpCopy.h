@@ -5,61 +5,66 @@
 #include <string>
 #include <string_view>
 
-#include "VelmoraApp/Help/HelpLanguage.h"
+#include "VelmoraApp/AppModel/Language.h"
 #include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
 
 /// In reading order. Every instance has every text.
 struct HelpCopy {
-  std::string_view languageLabel;
+  std::string languageLabel;
 
-  std::string_view installationTitle;
-  std::string_view installationText;
-  std::string_view copyInstallPath;
+  std::string installationTitle;
+  std::string installationText;
+  std::string copyInstallPath;
 
-  std::string_view permissionsTitle;
-  std::string_view permissionsInstruction;
-  std::string_view permissionsRecovery;
+  std::string permissionsTitle;
+  std::string permissionsInstruction;
+  std::string permissionsRecovery;
 
-  std::string_view registrationTitle;
-  std::string_view registrationInstruction;
-  std::string_view copyMCPConfiguration;
-  std::string_view openClawJSONInstruction;
-  std::string_view copyOpenClawJSON;
-  std::string_view openClawCLIInstruction;
-  std::string_view copyOpenClawCLI;
-  std::string_view copyHelperPath;
-  std::string_view noNetworkText;
+  std::string registrationTitle;
+  std::string registrationInstruction;
+  std::string copyMCPConfiguration;
+  std::string openClawJSONInstruction;
+  std::string copyOpenClawJSON;
+  std::string openClawCLIInstruction;
+  std::string copyOpenClawCLI;
+  std::string copyHelperPath;
+  std::string noNetworkText;
 
-  std::string_view statusTitle;
-  std::string_view statusInstruction;
-  std::string_view statusNote;
+  std::string statusTitle;
+  std::string statusInstruction;
+  std::string statusNote;
 
-  std::string_view createSessionTitle;
-  std::string_view createSessionInstruction;
-  std::string_view createSessionNote;
+  std::string createSessionTitle;
+  std::string createSessionInstruction;
+  std::string createSessionNote;
 
-  std::string_view sendCommandTitle;
-  std::string_view sendCommandInstruction;
-  std::string_view sendCommandNote;
+  std::string sendCommandTitle;
+  std::string sendCommandInstruction;
+  std::string sendCommandNote;
 
-  std::string_view specialKeyTitle;
-  std::string_view specialKeyInstruction;
-  std::string_view specialKeyNote;
+  std::string specialKeyTitle;
+  std::string specialKeyInstruction;
+  std::string specialKeyNote;
 
-  std::string_view readOutputTitle;
-  std::string_view readOutputInstruction;
-  std::string_view readOutputNote;
+  std::string readOutputTitle;
+  std::string readOutputInstruction;
+  std::string readOutputNote;
 
-  std::string_view focusSessionTitle;
-  std::string_view focusSessionInstruction;
-  std::string_view focusSessionNote;
+  std::string focusSessionTitle;
+  std::string focusSessionInstruction;
+  std::string focusSessionNote;
 
-  std::string_view existingSessionTitle;
-  std::string_view existingSessionNote;
+  std::string existingSessionTitle;
+  std::string existingSessionNote;
 
-  std::string (*toolCallCopyHelp)(std::string_view toolName);
+  std::string toolCallCopyHelp(std::string_view toolName) const;
+
+  // The rest is on buttons.
+  std::string copyCallExample;  ///< "%1" stands for the tool.
+  std::string copy;
+  std::string copied;
 };
 BOOST_DESCRIBE_STRUCT(HelpCopy, (),
                       (languageLabel, installationTitle, installationText, copyInstallPath, permissionsTitle,
@@ -70,31 +75,10 @@ BOOST_DESCRIBE_STRUCT(HelpCopy, (),
                        createSessionInstruction, createSessionNote, sendCommandTitle, sendCommandInstruction,
                        sendCommandNote, specialKeyTitle, specialKeyInstruction, specialKeyNote,
                        readOutputTitle, readOutputInstruction, readOutputNote, focusSessionTitle,
-                       focusSessionInstruction, focusSessionNote, existingSessionTitle, existingSessionNote))
+                       focusSessionInstruction, focusSessionNote, existingSessionTitle, existingSessionNote,
+                       copyCallExample, copy, copied))
 
-/// The words on the copy buttons themselves; what each copies is in HelpCopy.
-struct HelpButtonWords {
-  std::string_view copy;
-  std::string_view copied;
-};
-
-/// What one language says. With tmux some texts differ from those for Terminal.app.
-struct HelpTexts {
-  HelpCopy copyForTerminalApp;
-  HelpCopy copyForTmux;
-  HelpButtonWords buttonWords;
-};
-
-extern const HelpTexts englishHelp;
-extern const HelpTexts koreanHelp;
-
-inline const HelpTexts& helpTexts(HelpLanguage language) {
-  return language == HelpLanguage::korean ? koreanHelp : englishHelp;
-}
-
-inline const HelpCopy& helpCopy(HelpLanguage language, GuidedTerminal terminal) {
-  const auto& texts = helpTexts(language);
-  return terminal == GuidedTerminal::tmux ? texts.copyForTmux : texts.copyForTerminalApp;
-}
+/// With tmux some texts differ from those for Terminal.app.
+HelpCopy helpCopy(Language language, GuidedTerminal terminal);
 
 }  // namespace velmora

@@ -23,30 +23,31 @@ QVariantMap valuesOf(const HelpSection& section) {
 
 }  // namespace
 
-HelpViewModel::HelpViewModel(GuideContext context)
-    : context_(std::move(context)), language_(helpLanguageFor(context_.preferredLanguages)) {}
+HelpViewModel::HelpViewModel(GuideContext context, Language language)
+    : context_(std::move(context)), language_(language), copy_(helpCopy(language_, context_.terminal)) {}
 
 QStringList HelpViewModel::languages() const {
   QStringList names;
-  for (const auto& traits : helpLanguages) names.append(text(traits.name));
+  for (const auto& traits : velmora::languages) names.append(text(traits.name));
   return names;
 }
 
 void HelpViewModel::setLanguageIndex(int index) {
-  if (index < 0 || index >= static_cast<int>(helpLanguages.size()) || index == languageIndex()) return;
-  language_ = static_cast<HelpLanguage>(index);
+  if (index < 0 || index >= static_cast<int>(velmora::languages.size()) || index == languageIndex()) return;
+  language_ = static_cast<Language>(index);
+  copy_ = helpCopy(language_, context_.terminal);
   Q_EMIT languageChanged();
 }
 
-QString HelpViewModel::languageLabel() const { return text(copy().languageLabel); }
+QString HelpViewModel::languageLabel() const { return text(copy_.languageLabel); }
 
-QString HelpViewModel::copyTitle() const { return text(helpTexts(language_).buttonWords.copy); }
+QString HelpViewModel::copyTitle() const { return text(copy_.copy); }
 
-QString HelpViewModel::copiedText() const { return text(helpTexts(language_).buttonWords.copied); }
+QString HelpViewModel::copiedText() const { return text(copy_.copied); }
 
 QVariantList HelpViewModel::sections() const {
   QVariantList sections;
-  for (const auto& section : helpSections(copy(), context_)) sections.append(valuesOf(section));
+  for (const auto& section : helpSections(copy_, context_)) sections.append(valuesOf(section));
   return sections;
 }
 

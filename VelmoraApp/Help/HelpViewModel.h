@@ -12,7 +12,8 @@
 
 namespace velmora {
 
-/// For the main thread. Opens in the user's language; another choice lasts until the application ends.
+/// For the main thread. Opens in the window's language; another choice lasts until the application ends or
+/// speaks another one itself.
 class HelpViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -25,9 +26,9 @@ class HelpViewModel : public QObject {
   Q_PROPERTY(QVariantList sections READ sections NOTIFY languageChanged)
 
  public:
-  explicit HelpViewModel(GuideContext context);
+  HelpViewModel(GuideContext context, Language language);
 
-  HelpLanguage language() const { return language_; }
+  Language language() const { return language_; }
   QStringList languages() const;  ///< Each by its own name.
   int languageIndex() const { return static_cast<int>(language_); }
   void setLanguageIndex(int index);  ///< Ignores what is no language.
@@ -42,10 +43,9 @@ class HelpViewModel : public QObject {
   void languageChanged();
 
  private:
-  const HelpCopy& copy() const { return helpCopy(language_, context_.terminal); }
-
   const GuideContext context_;
-  HelpLanguage language_;
+  Language language_;
+  HelpCopy copy_;
 };
 
 }  // namespace velmora

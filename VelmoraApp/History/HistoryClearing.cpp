@@ -3,7 +3,7 @@
 namespace velmora {
 
 HistoryClearing::HistoryClearing(AppModel& model) : model_(model) {
-  connect(&model_, &AppModel::historyNotCleared, this, [this](const QString& problem) {
+  connect(&model_, &AppModel::historyNotCleared, this, [this](const Problem& problem) {
     if (asked_) setProblem(problem);
   });
 }
@@ -31,8 +31,8 @@ void HistoryClearing::setConfirmClear(bool confirm) {
   Q_EMIT confirmClearChanged();
 }
 
-void HistoryClearing::setProblem(const QString& problem) {
-  if (problem == problem_) return;
+void HistoryClearing::setProblem(const Problem& problem) {
+  if (problem.text() == problem_.text()) return;
   problem_ = problem;
   Q_EMIT problemChanged();
 }

@@ -21,7 +21,7 @@ class HistoryClearing : public QObject {
   explicit HistoryClearing(AppModel& model);
 
   bool confirmClear() const { return confirmClear_; }  ///< Whether the user is being asked.
-  QString problem() const { return problem_; }         ///< Why clearing failed; empty when it did not.
+  QString problem() const { return problem_.text(); }  ///< Why clearing failed; empty when it did not.
 
   Q_INVOKABLE void request();
   Q_INVOKABLE void confirm();
@@ -34,12 +34,12 @@ class HistoryClearing : public QObject {
 
  private:
   void setConfirmClear(bool confirm);
-  void setProblem(const QString& problem);
+  void setProblem(const Problem& problem);
 
   AppModel& model_;
   bool confirmClear_ = false;
   bool asked_ = false;  // a problem of another screen's clearing is not this one's
-  QString problem_;
+  Problem problem_;
 };
 
 }  // namespace velmora

@@ -9,12 +9,32 @@ ScreenPage {
 
     required property HistoryViewModel viewModel
 
+    signal privacySettingsRequested
+
     objectName: "history"
+
+    Binding {
+        target: history.viewModel
+        property: "shown"
+        value: history.visible && history.Window.visibility !== Window.Hidden
+    }
+
+    function takeSearch() {
+        search.forceActiveFocus(Qt.ShortcutFocusReason);
+        search.selectAll();
+    }
 
     ScreenHeader {
         Layout.fillWidth: true
         title: qsTr("Request History")
 
+        CheckBox {
+            objectName: "includeOwn"
+            Layout.rightMargin: Theme.small
+            text: qsTr("Show Velmora's own")
+            checked: history.viewModel.includeOwn
+            onToggled: history.viewModel.includeOwn = checked
+        }
         Button {
             objectName: "clearHistory"
             text: qsTr("Clear")
@@ -35,6 +55,7 @@ ScreenPage {
         spacing: Theme.small
 
         SearchField {
+            id: search
             objectName: "searchHistory"
             Layout.fillWidth: true
             placeholderText: qsTr("Search history")
@@ -56,6 +77,24 @@ ScreenPage {
             model: history.viewModel.statusLabels
             currentIndex: history.viewModel.statusIndex
             onActivated: index => history.viewModel.statusIndex = index
+        }
+    }
+    RowLayout {
+        visible: history.viewModel.notKept.length > 0
+        spacing: Theme.small
+
+        Label {
+            objectName: "notKept"
+            text: history.viewModel.notKept
+            font: Theme.caption
+            color: Theme.textSecondary
+        }
+        Button {
+            objectName: "openPrivacySettings"
+            flat: true
+            font: Theme.caption
+            text: qsTr("Privacy settings")
+            onClicked: history.privacySettingsRequested()
         }
     }
     ListCard {

@@ -1,7 +1,8 @@
 #include "VelmoraApp/History/HistoryViewModel.h"
 
-#include <limits>
-
+#include "BridgeModels/Text.h"
+#include "VelmoraApp/AppModel/BridgeTexts.h"
+#include "VelmoraApp/AppModel/ClientActivity.h"
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -24,13 +25,23 @@ QString labelled(int index) {
   return wireTexts<Enum>().value(index - 1);
 }
 
+// Also by its error's sentence in the shown language, which the bridge does not know.
+bool isSought(const MCPRequestRecord& record, const HistoryFilter& filter) {
+  if (HistoryQueryService::matches(record, filter)) return true;
+  if (!record.error || filter.query.empty()) return false;
+  auto others = filter;
+  others.query.clear();
+  return HistoryQueryService::matches(record, others) &&
+         containsIgnoringCase(bridgeText(record.error->message).toStdString(), filter.query);
+}
+
 }  // namespace
 
-HistoryViewModel::HistoryViewModel(AppModel& model)
-    : model_(model), records_(model.clock()), clearing_(model) {
+HistoryViewModel::HistoryViewModel(AppModel& model, const SessionTitles& names)
+    : model_(model), names_(names), records_(model.clock()), clearing_(model) {
   connect(&model_, &AppModel::recordsChanged, this, &HistoryViewModel::update);
-  connect(&model_, &AppModel::sessionsChanged, this, [this] { records_.nameTargets(model_.sessions()); });
-  records_.nameTargets(model_.sessions());
+  connect(&names_, &SessionTitles::changed, this, &HistoryViewModel::update);
+  connect(&model_, &AppModel::settingsChanged, this, &HistoryViewModel::settingsChanged);
   update();
 }
 
@@ -54,7 +65,7 @@ int HistoryViewModel::toolIndex() const { return labelIndex<ToolName>(tool()); }
 
 void HistoryViewModel::setToolIndex(int index) { setTool(labelled<ToolName>(index)); }
 
-QStringList HistoryViewModel::toolLabels() const { return labels<ToolName>("All tools"); }
+QStringList HistoryViewModel::toolLabels() const { return labels<ToolName>(tr("All tools")); }
 
 QString HistoryViewModel::status() const {
   return filter_.statuses.empty() ? QString() : wireText(*filter_.statuses.begin());
@@ -71,7 +82,7 @@ int HistoryViewModel::statusIndex() const { return labelIndex<RequestStatus>(sta
 
 void HistoryViewModel::setStatusIndex(int index) { setStatus(labelled<RequestStatus>(index)); }
 
-QStringList HistoryViewModel::statusLabels() const { return labels<RequestStatus>("All statuses"); }
+QStringList HistoryViewModel::statusLabels() const { return labels<RequestStatus>(tr("All statuses")); }
 
 void HistoryViewModel::setFilter(HistoryFilter filter) {
   if (filter == filter_) return;
@@ -80,9 +91,45 @@ void HistoryViewModel::setFilter(HistoryFilter filter) {
   update();
 }
 
+QString HistoryViewModel::notKept() const {
+  const auto& settings = model_.settings();
+  if (settings.storeCommandBody && settings.storeOutputPreview) return {};
+  if (settings.storeCommandBody) return tr("Your settings keep no output.");
+  if (settings.storeOutputPreview) return tr("Your settings keep no text of commands.");
+  return tr("Your settings keep neither the text of commands nor output.");
+}
+
+void HistoryViewModel::setShown(bool shown) {
+  if (shown == shown_) return;
+  shown_ = shown;
+  Q_EMIT shownChanged();
+  if (shown_ && isStale_) update();
+}
+
+void HistoryViewModel::setIncludeOwn(bool include) {
+  if (include == includeOwn_) return;
+  includeOwn_ = include;
+  Q_EMIT filterChanged();
+  update();
+}
+
+void HistoryViewModel::retranslate() {
+  update();
+  records_.repeatAll();
+}
+
+// The names come first, so that the search finds what is shown.
 void HistoryViewModel::update() {
-  constexpr auto all = std::numeric_limits<std::size_t>::max();
-  records_.showRecords(HistoryQueryService::filter(model_.records(), filter_), all);
+  isStale_ = !shown_;
+  if (isStale_) return;
+  std::vector<MCPRequestRecord> all;
+  all.reserve(model_.records().size());
+  for (const auto& record : model_.records()) {
+    if (includeOwn_ || !isOwnRequest(record)) all.push_back(names_.named(record));
+  }
+  totalCount_ = static_cast<int>(all.size());
+  std::erase_if(all, [this](const auto& record) { return !isSought(record, filter_); });
+  records_.showRecords(std::move(all));
   Q_EMIT countChanged();
 }
 

@@ -19,6 +19,8 @@ class AppNavigation : public QObject {
   Q_PROPERTY(
       QString selectedSection READ selectedSection WRITE setSelectedSection NOTIFY selectedSectionChanged)
   Q_PROPERTY(int selectedIndex READ selectedIndex WRITE setSelectedIndex NOTIFY selectedSectionChanged)
+  Q_PROPERTY(bool showsSettings READ showsSettings NOTIFY selectedSectionChanged)
+  Q_PROPERTY(bool showsHelp READ showsHelp NOTIFY selectedSectionChanged)
 
  public:
   explicit AppNavigation(AppModel& model);
@@ -28,11 +30,18 @@ class AppNavigation : public QObject {
   void setSelectedSection(const QString& name);
   int selectedIndex() const;
   void setSelectedIndex(int index);
+  bool showsSettings() const { return shows(AppSection::settings); }
+  bool showsHelp() const { return shows(AppSection::help); }
+
+  Q_INVOKABLE void showHistory() { model_.selectSection(AppSection::history); }
+  Q_INVOKABLE void showSettings() { model_.selectSection(AppSection::settings); }
 
  Q_SIGNALS:
   void selectedSectionChanged();
 
  private:
+  bool shows(AppSection section) const { return model_.selectedSection() == section; }
+
   AppModel& model_;
   SectionListModel sections_;
 };

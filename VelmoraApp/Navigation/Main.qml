@@ -11,6 +11,7 @@ ApplicationWindow {
     required property ViewModels viewModels
     readonly property MainWindowViewModel mainWindow: viewModels.mainWindow
     readonly property bool introduces: viewModels.onboarding.needed && !viewModels.otherBridge.serves
+    readonly property bool browses: !viewModels.onboarding.needed && !viewModels.otherBridge.serves
 
     objectName: "mainWindow"
     title: mainWindow.applicationName
@@ -23,6 +24,39 @@ ApplicationWindow {
     Shortcut {
         sequence: "Ctrl+W"
         onActivated: window.close()
+    }
+    Shortcut {
+        sequences: ["F5"]
+        enabled: window.browses
+        onActivated: window.viewModels.dashboard.refresh()
+    }
+    Shortcut {
+        sequence: "Ctrl+F"
+        enabled: window.browses
+        onActivated: {
+            window.viewModels.navigation.showHistory();
+            history.takeSearch();
+        }
+    }
+    Shortcut {
+        sequence: "Ctrl+,"
+        enabled: window.browses
+        onActivated: window.viewModels.navigation.showSettings()
+    }
+    Repeater {
+        model: window.viewModels.navigation.sections
+
+        Item {
+            id: place
+
+            required property int index
+
+            Shortcut {
+                sequence: "Ctrl+" + (place.index + 1)
+                enabled: window.browses
+                onActivated: window.viewModels.navigation.selectedIndex = place.index
+            }
+        }
     }
 
     Repeater {
@@ -46,7 +80,7 @@ ApplicationWindow {
     }
     RowLayout {
         anchors.fill: parent
-        visible: !window.viewModels.otherBridge.serves && !window.introduces
+        visible: window.browses
         spacing: 0
         // What had the keyboard stood here before.
         onVisibleChanged: if (visible)
@@ -55,6 +89,7 @@ ApplicationWindow {
         Sidebar {
             Layout.fillHeight: true
             navigation: window.viewModels.navigation
+            narrow: window.width < Theme.roomyWindowWidth
             onAboutRequested: if (!window.mainWindow.showAbout())
                 about.open()
             onQuitRequested: window.mainWindow.quit()
@@ -72,17 +107,22 @@ ApplicationWindow {
                 viewModel: window.viewModels.sessions
             }
             HistoryView {
+                id: history
                 viewModel: window.viewModels.history
+                onPrivacySettingsRequested: {
+                    window.viewModels.settings.showPrivacy();
+                    window.viewModels.navigation.showSettings();
+                }
             }
             SectionLoader {
                 view: "SettingsView.qml"
                 viewModel: window.viewModels.settings
-                current: window.viewModels.navigation.selectedSection === "settings"
+                current: window.viewModels.navigation.showsSettings
             }
             SectionLoader {
                 view: "HelpView.qml"
                 viewModel: window.viewModels.help
-                current: window.viewModels.navigation.selectedSection === "help"
+                current: window.viewModels.navigation.showsHelp
             }
         }
     }
@@ -91,7 +131,7 @@ ApplicationWindow {
         id: about
         objectName: "aboutDialog"
         title: qsTr("About Velmora")
-        text: qsTr("%1 %2").arg(window.mainWindow.applicationName).arg(window.mainWindow.applicationVersion)
+        text: qsTr("%1 %2").arg(window.mainWindow.applicationName).arg(window.mainWindow.applicationVersion) + "\n\n" + window.mainWindow.notices
         confirmText: qsTr("OK")
         cancelText: ""
     }

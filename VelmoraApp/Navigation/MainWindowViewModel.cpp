@@ -1,25 +1,28 @@
 #include "VelmoraApp/Navigation/MainWindowViewModel.h"
 
-#include <utility>
-
 namespace velmora {
 
 QString MainWindowViewModel::applicationName() const { return "Velmora"; }
 
 QString MainWindowViewModel::applicationVersion() const { return VELMORA_VERSION; }
 
+QString MainWindowViewModel::notices() const {
+  const QString libraries =
+      "Qt (LGPL-3.0), Boost (BSL-1.0), ICU (Unicode-3.0), GLib (LGPL-2.1), Pango (LGPL-2.1), cairo (LGPL-2.1), "
+      "libpng (libpng-2.0), ncurses (X11), Phosphor Icons (MIT)";
+  return tr("© 2026 The Velmora authors. Free software under the Apache License, Version 2.0.") + "\n\n" +
+         tr("With the work of others, under their own licenses: %1.").arg(libraries);
+}
+
 QString MainWindowViewModel::closeExplanation() const {
-  const QString reason = !hasTrayPlace_ ? "This desktop has no tray to keep Velmora in"
-                         : desktop_.guideContext().terminal == GuidedTerminal::tmux
-                             ? "You switched Velmora's place in the tray off"
-                             : "You switched Velmora's place in the menu bar off";
-  return reason +
-         ", so closing the window quits it. MCP clients cannot use the terminal until you start Velmora again.";
+  return hasTrayPlace_
+             ? tr("You switched Velmora's place in the tray off, so closing the window quits it. MCP clients cannot use the terminal until you start Velmora again.")
+             : tr("This desktop has no tray to keep Velmora in, so closing the window quits it. MCP clients cannot use the terminal until you start Velmora again.");
 }
 
 bool MainWindowViewModel::closeRequested() {
-  if (hasTray_) return true;
-  if (std::exchange(explained_, true)) {
+  if (hasTray_ || desktop_.hasDockIcon()) return true;
+  if (explainsClosing_) {
     quit();
     return true;
   }

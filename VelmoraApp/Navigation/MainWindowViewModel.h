@@ -9,14 +9,15 @@
 
 namespace velmora {
 
-/// For the main thread. With a tray, closing hides the window and the bridge keeps running. Without one the
-/// user could no longer reach it, so closing quits, after saying so once.
+/// For the main thread. With a tray or a Dock, closing hides the window and the bridge keeps running. Without
+/// one the user could no longer reach it, so closing quits, after asking.
 class MainWindowViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
   QML_UNCREATABLE("Made by ViewModels")
   Q_PROPERTY(QString applicationName READ applicationName CONSTANT)
   Q_PROPERTY(QString applicationVersion READ applicationVersion CONSTANT)
+  Q_PROPERTY(QString notices READ notices NOTIFY explainsClosingChanged)
   Q_PROPERTY(QString closeExplanation READ closeExplanation NOTIFY explainsClosingChanged)
   Q_PROPERTY(bool explainsClosing READ explainsClosing NOTIFY explainsClosingChanged)
 
@@ -26,6 +27,7 @@ class MainWindowViewModel : public QObject {
 
   QString applicationName() const;
   QString applicationVersion() const;
+  QString notices() const;  ///< Whose work it is, and under which licences.
   QString closeExplanation() const;
   bool explainsClosing() const { return explainsClosing_; }
 
@@ -53,7 +55,6 @@ class MainWindowViewModel : public QObject {
   Desktop& desktop_;
   bool hasTray_ = false;
   bool hasTrayPlace_ = false;
-  bool explained_ = false;
   bool explainsClosing_ = false;
 };
 

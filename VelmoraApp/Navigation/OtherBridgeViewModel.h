@@ -16,7 +16,7 @@ class OtherBridgeViewModel : public QObject {
   QML_UNCREATABLE("Made by ViewModels")
   Q_PROPERTY(bool serves READ serves NOTIFY changed)
   Q_PROPERTY(QString title READ title NOTIFY changed)
-  Q_PROPERTY(QString text READ text CONSTANT)
+  Q_PROPERTY(QString text READ text NOTIFY changed)
   Q_PROPERTY(QString takeOverText READ takeOverText NOTIFY changed)
   Q_PROPERTY(bool isUnderWay READ isUnderWay NOTIFY changed)
   Q_PROPERTY(QString problem READ problem NOTIFY changed)

@@ -1,5 +1,7 @@
 #include "VelmoraApp/Navigation/SectionListModel.h"
 
+#include <QtCore/QCoreApplication>
+
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -21,7 +23,7 @@ QVariant SectionListModel::data(const QModelIndex& index, int role) const {
     case sectionRole:
       return wireText(traits.section);
     case titleRole:
-      return text(traits.title);
+      return QCoreApplication::translate("AppSection", traits.title);
     case symbolRole:
       return text(traits.symbol);
     default:

@@ -9,7 +9,7 @@
 
 namespace velmora {
 
-/// Never changes. Roles: section, title, symbol.
+/// Never changes but for the language. Roles: section, title, symbol.
 class SectionListModel : public QAbstractListModel {
   Q_OBJECT
   QML_ELEMENT
@@ -19,6 +19,8 @@ class SectionListModel : public QAbstractListModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   QHash<int, QByteArray> roleNames() const override;
+
+  void retranslate() { Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0)); }
 };
 
 }  // namespace velmora

@@ -4,16 +4,17 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// The sections, and below them the actions for the whole application.
+// The sections, and below them the actions for the whole application. Narrow, it shows the sections' symbols.
 Rectangle {
     id: sidebar
 
     required property AppNavigation navigation
+    property bool narrow: false
 
     signal aboutRequested
     signal quitRequested
 
-    implicitWidth: Theme.sidebarWidth
+    implicitWidth: narrow ? Theme.narrowSidebarWidth : Theme.sidebarWidth
     color: Theme.sidebar
 
     ColumnLayout {
@@ -47,6 +48,7 @@ Rectangle {
                 objectName: section + "Section"
                 width: list.width
                 text: title
+                iconOnly: sidebar.narrow
                 highlighted: ListView.isCurrentItem
                 focusPolicy: Qt.NoFocus
                 focusShown: ListView.isCurrentItem && list.activeFocus
@@ -57,12 +59,16 @@ Rectangle {
             objectName: "about"
             Layout.fillWidth: true
             text: qsTr("About Velmora")
+            shortText: qsTr("About")
+            narrow: sidebar.narrow
             onClicked: sidebar.aboutRequested()
         }
         SidebarButton {
             objectName: "quit"
             Layout.fillWidth: true
             text: qsTr("Quit Velmora")
+            shortText: qsTr("Quit")
+            narrow: sidebar.narrow
             onClicked: sidebar.quitRequested()
         }
     }

@@ -39,13 +39,14 @@ class ViewModels : public QObject {
       : navigation_(model),
         mainWindow_(sources.desktop),
         otherBridge_(model),
-        dashboard_(model, sources.desktop.guideContext().terminal),
+        names_(model),
+        dashboard_(model, names_, sources.desktop.guideContext().terminal),
         sessions_(model),
-        history_(model),
-        recentRequests_(model),
+        history_(model, names_),
+        recentRequests_(model, names_),
         settings_(model, sources),
-        help_(sources.desktop.guideContext()),
-        onboarding_(model, firstRun, sources.desktop.guideContext().terminal) {}
+        help_(sources.desktop.guideContext(), sources.language.language()),
+        onboarding_(model, firstRun, sources.desktop.guideContext()) {}
 
   AppNavigation* navigation() { return &navigation_; }
   MainWindowViewModel* mainWindow() { return &mainWindow_; }
@@ -58,10 +59,14 @@ class ViewModels : public QObject {
   HelpViewModel* help() { return &help_; }
   OnboardingViewModel* onboarding() { return &onboarding_; }
 
+  /// The application speaks this language from now on: every text is shown anew.
+  void retranslate(Language language);
+
  private:
   AppNavigation navigation_;
   MainWindowViewModel mainWindow_;
   OtherBridgeViewModel otherBridge_;
+  SessionTitles names_;
   DashboardViewModel dashboard_;
   SessionsViewModel sessions_;
   HistoryViewModel history_;

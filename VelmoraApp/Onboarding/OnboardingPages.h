@@ -17,8 +17,8 @@ inline constexpr std::size_t onboardingStepCount = enumCases<OnboardingStep>.siz
 struct OnboardingPage {
   OnboardingStep step;
   std::string_view symbol;
-  std::string_view title;
-  std::string_view text;  ///< Empty where there is something to choose instead.
+  const char* title;  ///< English, as is the text; the context "OnboardingPages" has them in other languages.
+  const char* text;   ///< Empty where there is something to choose instead.
 };
 
 /// One per step, in order.

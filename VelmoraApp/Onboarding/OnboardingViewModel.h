@@ -9,10 +9,12 @@
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
 #include "VelmoraApp/Onboarding/OnboardingPages.h"
+#include "VelmoraApp/Settings/MCPConnectionViewModel.h"
 
 namespace velmora {
 
-/// For the main thread. Before the last step is completed nothing is written and the application does not
+/// For the main thread. At tmux, which asks the user for no permission, it shows the sessions that the choice
+/// is about. Before the last step is completed nothing is written and the application does not
 /// start.
 class OnboardingViewModel : public QObject {
   Q_OBJECT
@@ -26,9 +28,13 @@ class OnboardingViewModel : public QObject {
   Q_PROPERTY(QString title READ title NOTIFY stepChanged)
   Q_PROPERTY(QString text READ text NOTIFY stepChanged)
   Q_PROPERTY(bool choosesPolicy READ choosesPolicy NOTIFY stepChanged)
-  Q_PROPERTY(QStringList policies READ policies CONSTANT)
-  Q_PROPERTY(QStringList policyCaptions READ policyCaptions CONSTANT)
+  Q_PROPERTY(QStringList policies READ policies NOTIFY policyChanged)
+  Q_PROPERTY(QStringList policyCaptions READ policyCaptions NOTIFY policyChanged)
   Q_PROPERTY(int policyIndex READ policyIndex WRITE setPolicyIndex NOTIFY policyChanged)
+  Q_PROPERTY(QString found READ found NOTIFY foundChanged)
+  Q_PROPERTY(QString consequence READ consequence NOTIFY foundChanged)
+  Q_PROPERTY(bool connects READ connects NOTIFY stepChanged)
+  Q_PROPERTY(velmora::MCPConnectionViewModel* connection READ connection CONSTANT)
   Q_PROPERTY(bool canGoBack READ canGoBack NOTIFY stepChanged)
   Q_PROPERTY(QString forwardText READ forwardText NOTIFY stepChanged)
 
@@ -36,7 +42,7 @@ class OnboardingViewModel : public QObject {
   using Step = OnboardingStep;
 
   /// Both must outlive it.
-  OnboardingViewModel(AppModel& model, FirstRunController& firstRun, GuidedTerminal terminal);
+  OnboardingViewModel(AppModel& model, FirstRunController& firstRun, const GuideContext& context);
 
   bool needed() const { return firstRun_.needsOnboarding(); }
   Step step() const { return step_; }
@@ -53,6 +59,10 @@ class OnboardingViewModel : public QObject {
   QStringList policyCaptions() const;  ///< What each of them means.
   int policyIndex() const { return static_cast<int>(policy_); }
   void setPolicyIndex(int index);  ///< Ignores what is no policy.
+  QString found() const;           ///< The sessions that there are now; empty where that is not known.
+  QString consequence() const;     ///< What the chosen policy means for them.
+  bool connects() const { return step_ == Step::connection; }
+  MCPConnectionViewModel* connection() { return &connection_; }
   bool canGoBack() const { return step_ != Step::scope; }
   QString forwardText() const;
 
@@ -64,6 +74,7 @@ class OnboardingViewModel : public QObject {
   void neededChanged();
   void stepChanged();
   void policyChanged();
+  void foundChanged();
 
  private:
   const OnboardingPage& page() const {
@@ -77,6 +88,9 @@ class OnboardingViewModel : public QObject {
   const GuidedTerminal terminal_;
   Step step_ = Step::scope;
   SessionPolicy policy_ = SessionPolicy::safe;
+  bool looking_ = false;
+  bool looked_ = false;  // what the model has are the sessions of now
+  MCPConnectionViewModel connection_;
 };
 
 }  // namespace velmora

@@ -12,6 +12,7 @@
 #include "System/Log.h"
 #include "VelmoraApp/Platform/PlatformUpdater.h"
 #include "VelmoraApp/Platform/StartupPermissionPrompter.h"
+#include "VelmoraApp/Platform/TrayIcon.h"
 #include "VelmoraApp/Platform/UserDefaults.h"
 
 namespace velmora {
@@ -73,6 +74,12 @@ class Desktop : public QObject {
   /// Whether there is a place for the menu-bar extra. A panel may start after the application, and end before
   /// it.
   bool hasTrayPlace() const { return hasTrayPlace_; }
+  /// Only once there is a place: Qt looks for one at the first icon and never again.
+  virtual std::unique_ptr<TrayIcon> makeTrayIcon(TrayIconUse use) = 0;
+
+  /// Whether the application keeps an icon outside of its window and of the menu bar, such as the Dock's,
+  /// that leads back to the window.
+  virtual bool hasDockIcon() const = 0;
 
   /// Opens the system's own panel with name and version. False where there is none: the window shows them
   /// then.

@@ -28,6 +28,28 @@ QString defaultsFile(const Environment& environment) {
   return QString::fromStdString((directory / "Velmora" / "Velmora.conf").string());
 }
 
+// Qt itself follows a panel that starts again.
+class LinuxTrayIcon final : public TrayIcon {
+ public:
+  explicit LinuxTrayIcon(const TrayIconUse& use) {
+    QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_,
+                     [open = use.openWindow](QSystemTrayIcon::ActivationReason reason) {
+                       if (reason == QSystemTrayIcon::Trigger) open();
+                     });
+    icon_.setToolTip("Velmora");
+    icon_.setContextMenu(&use.menu);
+  }
+
+  void setIcon(const QIcon& icon) override {
+    icon_.setIcon(icon);
+    icon_.show();  // without an icon Qt shows none
+  }
+  void tell(const QString& sentence) override { icon_.showMessage("Velmora", sentence, icon_.icon()); }
+
+ private:
+  QSystemTrayIcon icon_;
+};
+
 class LinuxDesktop final : public Desktop {
  public:
   LinuxDesktop(const Environment& environment, const Log& log)
@@ -56,6 +78,10 @@ class LinuxDesktop final : public Desktop {
     QTimer::singleShot(panelStart, this, [this] {
       if (!hasTrayPlace() && QSystemTrayIcon::isSystemTrayAvailable()) setHasTrayPlace(true);
     });
+  }
+
+  std::unique_ptr<TrayIcon> makeTrayIcon(TrayIconUse use) override {
+    return std::make_unique<LinuxTrayIcon>(use);
   }
 
   GuideContext guideContext() const override {
@@ -89,6 +115,7 @@ class LinuxDesktop final : public Desktop {
     return defaults_.boolean(automaticallyChecksForUpdatesKey, /*absent=*/false);
   }
 
+  bool hasDockIcon() const override { return false; }
   bool showAboutPanel() override { return false; }
   void openSettingsPane(SystemSettingsLink) override {}
 

@@ -1,17 +1,19 @@
+#include <QtCore/QBuffer>
+#include <QtCore/QCoreApplication>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTimer>
-#include <QtGui/QAction>
 #include <QtWidgets/QMenu>
-#include <QtWidgets/QMenuBar>
 #include <chrono>
 #include <stdexcept>
 #include <utility>
 
 #include "MacPlatform/Application.h"
 #include "MacPlatform/Permissions.h"
+#include "MacPlatform/StatusItem.h"
 #include "MacPlatform/Updater.h"
 #include "MacPlatform/UserDefaults.h"
 #include "TerminalAutomation/AppleScript/AppleScriptExecutor.h"
+#include "VelmoraApp/Platform/AboutMenu.h"
 #include "VelmoraApp/Platform/Desktop.h"
 
 namespace velmora {
@@ -20,6 +22,8 @@ namespace {
 
 // The updater does not say when it has checked, whether by itself or in its own windows.
 constexpr std::chrono::seconds lookAgain{5};
+
+QString translated(const char* text) { return QCoreApplication::translate("DesktopMac", text); }
 
 // The user defaults of the bundle identifier.
 class StandardDefaults final : public UserDefaults {
@@ -66,8 +70,10 @@ class FrameworkUpdater final : public PlatformUpdater {
   }
   QString caption() const override {
     return isAvailable()
-               ? "Updates are downloaded from the maker's update source and installed only after you approve them."
-               : "This build of Velmora has no updater.";
+               ? translated(QT_TRANSLATE_NOOP(
+                     "DesktopMac",
+                     "Updates are downloaded from the maker's update source and installed only after you approve them."))
+               : translated(QT_TRANSLATE_NOOP("DesktopMac", "This build of Velmora has no updater."));
   }
   QString checkResult() const override { return {}; }
 
@@ -75,6 +81,24 @@ class FrameworkUpdater final : public PlatformUpdater {
   const std::unique_ptr<mac::Updater> updater_ = mac::makeUpdater();
   std::optional<Date> shownDate_ = lastUpdateCheckDate();
   QTimer timer_;
+};
+
+// A status item of our own, because Qt's opens the window with each click, and ends the application on some
+// systems.
+class MacTrayIcon final : public TrayIcon {
+ public:
+  explicit MacTrayIcon(QMenu& menu) : item_(mac::makeStatusItem("Velmora", menu.toNSMenu())) {}
+
+  void setIcon(const QIcon& icon) override {
+    QByteArray png;
+    QBuffer buffer(&png);
+    icon.pixmap(QSize(mac::statusImageSize, mac::statusImageSize), 2.0).toImage().save(&buffer, "PNG");
+    item_->setImage(png.toStdString());
+  }
+  void tell(const QString&) override {}  // the updater has windows of its own
+
+ private:
+  const std::unique_ptr<mac::StatusItem> item_;
 };
 
 // The stand-by adapter has nothing to ask for.
@@ -89,12 +113,13 @@ class MacDesktop final : public Desktop {
 
   void start() override {
     setHasTrayPlace(true);
-    // Qt moves an action with this role into the application menu.
-    auto* bar = new QMenuBar;
-    connect(this, &QObject::destroyed, bar, &QObject::deleteLater);
-    auto* about = bar->addMenu("Velmora")->addAction("About Velmora");
-    about->setMenuRole(QAction::AboutRole);
-    connect(about, &QAction::triggered, bar, &mac::showAboutPanel);
+    mac::stayAwake("MCP clients wait for answers");
+    auto* menu = new AboutMenu(&mac::showAboutPanel);
+    connect(this, &QObject::destroyed, menu, &QObject::deleteLater);
+  }
+
+  std::unique_ptr<TrayIcon> makeTrayIcon(TrayIconUse use) override {
+    return std::make_unique<MacTrayIcon>(use.menu);
   }
 
   GuideContext guideContext() const override {
@@ -127,6 +152,7 @@ class MacDesktop final : public Desktop {
   // It keeps the user's choice itself, and acts on it from its creation on.
   bool updatesFromTheStart() override { return true; }
 
+  bool hasDockIcon() const override { return true; }
   bool showAboutPanel() override {
     mac::showAboutPanel();
     return true;

@@ -24,9 +24,9 @@ PackageKitTransaction::PackageKitTransaction(const QDBusConnection& bus, Package
           &PackageKitTransaction::takeDisappearance);
   deadline_.setSingleShot(true);
   connect(&deadline_, &QTimer::timeout, this,
-          [this] { fail(outcome_.failure.value_or("The package manager did not answer.")); });
+          [this] { fail(outcome_.failure.value_or(QT_TR_NOOP("The package manager did not answer."))); });
   if (!bus_.isConnected()) {  // a call on it would never end
-    outcome_ = {.failure = "There is no system bus.", .hasNoService = true};
+    outcome_ = {.failure = QT_TR_NOOP("There is no system bus."), .hasNoService = true};
     deadline_.start(std::chrono::milliseconds(0));
     return;
   }
@@ -41,12 +41,22 @@ PackageKitTransaction::~PackageKitTransaction() {
 }
 
 void PackageKitTransaction::begin(const QDBusMessage& answer) {
-  owner_ = answer.service();
-  path_ = answer.arguments().value(0).value<QDBusObjectPath>().path();
-  if (path_.isEmpty()) {
-    fail("The package manager gave no transaction.");
+  const auto path = answer.arguments().value(0).value<QDBusObjectPath>().path();
+  if (path.isEmpty()) {
+    fail(QT_TR_NOOP("The package manager gave no transaction."));
     return;
   }
+  // Qt 6.4 says whose answer this is, Qt 6.8 does not.
+  auto question = QDBusMessage::createMethodCall("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                                 "org.freedesktop.DBus", "GetNameOwner");
+  question.setArguments({packageKit::service});
+  call(question,
+       [this, path](const QDBusMessage& owner) { run(owner.arguments().value(0).toString(), path); });
+}
+
+void PackageKitTransaction::run(const QString& owner, const QString& path) {
+  owner_ = owner;
+  path_ = path;
   ownerWatcher_.addWatchedService(owner_);
   listen();
   const QString interactive = request_.interactive ? "true" : "false";
@@ -110,13 +120,13 @@ void PackageKitTransaction::takeEnd(const QDBusMessage& signal) {
     outcome_.failure.reset();
     end();
   } else {
-    fail(outcome_.failure.value_or("The package manager did not finish."));
+    fail(outcome_.failure.value_or(QT_TR_NOOP("The package manager did not finish.")));
   }
 }
 
 void PackageKitTransaction::takeDisappearance() {
   path_.clear();
-  fail("The package manager ended before it answered.");
+  fail(QT_TR_NOOP("The package manager ended before it answered."));
 }
 
 void PackageKitTransaction::fail(const QString& failure) {

@@ -38,8 +38,8 @@ struct PackageKitOutcome {
   };
 
   /// What went wrong, in PackageKit's or the bus's words; `packages` counts only without it.
-  std::optional<QString> failure{};
-  bool hasNoService = false;  ///< The failure is that there is no PackageKit.
+  std::optional<QString> failure{};  ///< English, where it is ours: for `tr` when it is shown.
+  bool hasNoService = false;         ///< The failure is that there is no PackageKit.
   std::vector<Package> packages{};
 };
 
@@ -66,6 +66,7 @@ class PackageKitTransaction : public QObject {
   Q_SLOT void takeDisappearance();
 
   void begin(const QDBusMessage& answer);
+  void run(const QString& owner, const QString& path);
   void listen();
   void send(const QString& method, const QVariantList& arguments);
   void call(const QDBusMessage& message, const std::function<void(const QDBusMessage&)>& then);

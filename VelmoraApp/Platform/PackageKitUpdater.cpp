@@ -43,15 +43,31 @@ void PackageKitUpdater::setAutomaticallyChecksForUpdates(bool automatically) {
 QString PackageKitUpdater::caption() const {
   switch (origin_) {
     case Origin::asking:
-      return "Asking the system's package manager.";
+      return tr("Asking the system's package manager.");
     case Origin::package:
-      return "Updates come from your system's package sources and are installed only after you approve them.";
+      return tr(
+          "Updates come from your system's package sources and are installed only after you approve them.");
     case Origin::noPackage:
-      return "This copy of Velmora was not installed by the system's package manager, so it cannot look for updates.";
+      return tr(
+          "This copy of Velmora was not installed by the system's package manager, so it cannot look for updates.");
     case Origin::noService:
-      return "Velmora looks for updates through PackageKit, which this system does not have.";
+      return tr("Velmora looks for updates through PackageKit, which this system does not have.");
     case Origin::noAnswer:
-      return "The system's package manager does not answer, so Velmora cannot look for updates.";
+      return tr("The system's package manager does not answer, so Velmora cannot look for updates.");
+  }
+  return {};
+}
+
+QString PackageKitUpdater::checkResult() const {
+  switch (result_.kind) {
+    case Result::Kind::none:
+      break;
+    case Result::Kind::failed:
+      return tr("The check failed: %1").arg(PackageKitTransaction::tr(result_.detail.toUtf8().constData()));
+    case Result::Kind::upToDate:
+      return tr("Velmora is up to date.");
+    case Result::Kind::found:
+      return tr("Version %1 is available. Install it with your system's updates.").arg(result_.detail);
   }
   return {};
 }
@@ -111,13 +127,13 @@ void PackageKitUpdater::checkWhenDue() {
 void PackageKitUpdater::check(Asker asker) {
   if (!isAvailable() || isChecking_) return;
   isChecking_ = true;
-  checkResult_.clear();
+  result_ = {};
   Q_EMIT changed();
   const bool interactive = asker == Asker::user;
   run({.method = "RefreshCache", .arguments = {false}, .interactive = interactive},
       [this, asker, interactive](const PackageKitOutcome& refreshed) {
         if (refreshed.failure) {
-          finishCheck("The check failed: " + *refreshed.failure);
+          finishCheck({Result::Kind::failed, *refreshed.failure});
           return;
         }
         run({.method = "GetUpdates",
@@ -129,7 +145,7 @@ void PackageKitUpdater::check(Asker asker) {
 
 void PackageKitUpdater::takeUpdates(Asker asker, const PackageKitOutcome& outcome) {
   if (outcome.failure) {
-    finishCheck("The check failed: " + *outcome.failure);
+    finishCheck({Result::Kind::failed, *outcome.failure});
     return;
   }
   if (asker == Asker::timer) {
@@ -139,20 +155,20 @@ void PackageKitUpdater::takeUpdates(Asker asker, const PackageKitOutcome& outcom
   const auto found = std::find_if(outcome.packages.begin(), outcome.packages.end(),
                                   [this](const auto& package) { return package.name == packageName_; });
   if (found == outcome.packages.end()) {
-    finishCheck("Velmora is up to date.");
+    finishCheck({Result::Kind::upToDate});
     return;
   }
-  finishCheck("Version " + found->version + " is available. Install it with your system's updates.");
+  finishCheck({Result::Kind::found, found->version});
   if (asker == Asker::user) {
     options_.open(softwareCentrePage);
   } else if (std::exchange(toldVersion_, found->version) != found->version) {
-    Q_EMIT updateFound(checkResult_);
+    Q_EMIT updateFound(checkResult());
   }
 }
 
-void PackageKitUpdater::finishCheck(const QString& result) {
+void PackageKitUpdater::finishCheck(Result result) {
   isChecking_ = false;
-  checkResult_ = result;
+  result_ = std::move(result);
   askLastRefresh();
   Q_EMIT changed();
 }

@@ -42,12 +42,18 @@ class PackageKitUpdater final : public PlatformUpdater {
   bool isChecking() const override { return isChecking_; }
   std::optional<Date> lastUpdateCheckDate() const override { return lastRefresh_; }
   QString caption() const override;
-  QString checkResult() const override { return checkResult_; }
+  QString checkResult() const override;
 
  private:
   /// Where the running program comes from.
   enum class Origin { asking, package, noPackage, noService, noAnswer };
   enum class Asker { user, timer };
+  /// What the last check came to. It becomes a sentence when it is shown, in the language of that moment.
+  struct Result {
+    enum class Kind { none, failed, upToDate, found };
+    Kind kind = Kind::none;
+    QString detail{};  ///< Why it failed, in English, or the version that was found.
+  };
 
   void askOrigin();
   void takeOrigin(const PackageKitOutcome& outcome);
@@ -55,14 +61,14 @@ class PackageKitUpdater final : public PlatformUpdater {
   void checkWhenDue();
   void check(Asker asker);
   void takeUpdates(Asker asker, const PackageKitOutcome& outcome);
-  void finishCheck(const QString& result);
+  void finishCheck(Result result);
   void run(PackageKitRequest request, PackageKitTransaction::Finish finish);
 
   PackageKitUpdaterOptions options_;
   Origin origin_ = Origin::asking;
   QString packageName_;
   bool isChecking_ = false;
-  QString checkResult_;
+  Result result_;
   QString toldVersion_;
   std::optional<Date> lastRefresh_;
   std::optional<Date> lastAutomaticCheck_;

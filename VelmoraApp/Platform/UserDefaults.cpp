@@ -25,8 +25,7 @@ void IniFileDefaults::write(const QString& key, const QVariant& value) {
   settings_.setValue(key, value);
   settings_.sync();
   if (settings_.status() == QSettings::NoError) return;
-  reportNotKept("Your choices for this window will be forgotten: " +
-                QDir::toNativeSeparators(settings_.fileName()) + " could not be written.");
+  reportNotKept(QDir::toNativeSeparators(settings_.fileName()));
 }
 
 }  // namespace velmora

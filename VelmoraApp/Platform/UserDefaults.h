@@ -22,19 +22,19 @@ class UserDefaults {
   virtual void set(const QString& key, bool value) = 0;
   virtual void set(const QString& key, const QString& value) = 0;
 
-  /// `hear` is called with a sentence for each choice that could not be written.
-  void whenNotKept(std::function<void(const QString& problem)> hear) { notKept_ = std::move(hear); }
+  /// `hear` is called for each choice that could not be written, with the name of the file.
+  void whenNotKept(std::function<void(const QString& file)> hear) { notKept_ = std::move(hear); }
 
  protected:
-  void reportNotKept(const QString& problem) const {
-    if (notKept_) notKept_(problem);
+  void reportNotKept(const QString& file) const {
+    if (notKept_) notKept_(file);
   }
 
  private:
   virtual std::optional<bool> storedBoolean(const QString& key) const = 0;
   virtual std::optional<QString> storedText(const QString& key) const = 0;
 
-  std::function<void(const QString& problem)> notKept_;
+  std::function<void(const QString& file)> notKept_;
 };
 
 /// User defaults in an INI file.
@@ -58,6 +58,7 @@ namespace userDefault {
 inline constexpr const char* onboardingCompleted = "onboardingCompleted";
 inline constexpr const char* sessionPolicy = "sessionPolicy";
 inline constexpr const char* menuBarEnabled = "menuBarEnabled";
+inline constexpr const char* language = "language";
 }  // namespace userDefault
 
 }  // namespace velmora

@@ -10,6 +10,8 @@ ListView {
     required property RecordListModel records
     // The one request that is shown in full.
     property string unfoldedRequest
+    // The keyboard leads to the current row, which stays in sight.
+    property bool walks: false
 
     objectName: "requests"
     model: records
@@ -26,8 +28,32 @@ ListView {
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Requests")
 
+    function showCurrent() {
+        if (walks && currentIndex >= 0)
+            positionViewAtIndex(currentIndex, ListView.Contain);
+    }
     function toggleFold(requestId: string) {
+        walks = false;
         unfoldedRequest = unfoldedRequest === requestId ? "" : requestId;
+    }
+
+    onMovementStarted: walks = false
+    // Qt guesses where a row far away is, and lays out its texts only later.
+    Timer {
+        id: settling
+
+        interval: 0
+        onTriggered: list.showCurrent()
+    }
+    Connections {
+        target: list.walks ? list.currentItem : null
+
+        function onYChanged() {
+            settling.restart();
+        }
+        function onHeightChanged() {
+            settling.restart();
+        }
     }
 
     onActiveFocusChanged: if (activeFocus && currentIndex < 0)
@@ -40,8 +66,11 @@ ListView {
         const page = Math.max(1, Math.floor(height / Theme.rowHeight / 2));
         const steps = new Map([[Qt.Key_PageUp, -page], [Qt.Key_PageDown, page], [Qt.Key_Home, -count], [Qt.Key_End, count]]);
         event.accepted = steps.has(event.key);
-        if (event.accepted)
-            currentIndex = Math.max(0, Math.min(count - 1, currentIndex + steps.get(event.key)));
+        if (!event.accepted)
+            return;
+        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + steps.get(event.key)));
+        walks = true;
+        showCurrent();
     }
 
     delegate: RequestRow {

@@ -1,16 +1,20 @@
-// The newest requests, for the dashboard.
+// The newest requests of clients, for the dashboard.
 #pragma once
 
 #include <QtQml/qqmlregistration.h>
 
 #include <QtCore/QObject>
+#include <algorithm>
+#include <vector>
 
 #include "VelmoraApp/AppModel/AppModel.h"
+#include "VelmoraApp/AppModel/ClientActivity.h"
 #include "VelmoraApp/RecentRequests/RecordListModel.h"
+#include "VelmoraApp/RecentRequests/SessionTitles.h"
 
 namespace velmora {
 
-/// For the main thread.
+/// For the main thread. What the screens ask for themselves is left out.
 class RecentRequestsViewModel : public QObject {
   Q_OBJECT
   QML_ELEMENT
@@ -21,10 +25,11 @@ class RecentRequestsViewModel : public QObject {
  public:
   static constexpr std::size_t most = 5;
 
-  explicit RecentRequestsViewModel(AppModel& model) : model_(model), records_(model.clock()) {
+  /// Both must outlive it.
+  RecentRequestsViewModel(AppModel& model, const SessionTitles& names)
+      : model_(model), names_(names), records_(model.clock()) {
     connect(&model_, &AppModel::recordsChanged, this, &RecentRequestsViewModel::update);
-    connect(&model_, &AppModel::sessionsChanged, this, [this] { records_.nameTargets(model_.sessions()); });
-    records_.nameTargets(model_.sessions());
+    connect(&names_, &SessionTitles::changed, this, &RecentRequestsViewModel::update);
     update();
   }
 
@@ -36,11 +41,18 @@ class RecentRequestsViewModel : public QObject {
 
  private:
   void update() {
-    records_.showRecords(model_.records(), most);
+    std::vector<MCPRequestRecord> newest;
+    const auto& all = model_.records();
+    for (auto record = all.rbegin(); record != all.rend() && newest.size() < most; ++record) {
+      if (!isOwnRequest(*record)) newest.push_back(names_.named(*record));
+    }
+    std::reverse(newest.begin(), newest.end());
+    records_.showRecords(newest);
     Q_EMIT countChanged();
   }
 
   AppModel& model_;
+  const SessionTitles& names_;
   RecordListModel records_;
 };
 

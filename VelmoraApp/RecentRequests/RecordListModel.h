@@ -4,10 +4,8 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <unordered_map>
 
 #include "BridgeModels/MCPRequestRecord.h"
-#include "BridgeModels/TerminalSession.h"
 #include "VelmoraApp/AppModel/KeyedListModel.h"
 
 namespace velmora {
@@ -31,8 +29,10 @@ struct std::hash<velmora::RecordKey> {
 
 namespace velmora {
 
-/// For the main thread. Roles that are texts, possibly empty: requestId, toolName, status, target, received,
-/// completed, command, output, note, error, client, duration. The role `meaning` is the status's Meaning.
+/// For the main thread. Roles that are texts, possibly empty: requestId, toolName, status, statusText,
+/// target, received,
+/// completed, command, commandGap (why there is none), output, note, error, client, duration. The role
+/// `meaning` is the status's Meaning.
 class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   Q_OBJECT
   QML_ELEMENT
@@ -44,17 +44,11 @@ class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   QVariant data(const QModelIndex& index, int role) const override;
   QHash<int, QByteArray> roleNames() const override;
 
-  /// `records` are oldest first, as the recorder has them; the rows are newest first, and at most `most`.
-  void showRecords(const std::vector<MCPRequestRecord>& records, std::size_t most);
-
-  /// Records know only the ids of their targets; the titles come from these sessions.
-  void nameTargets(const std::vector<TerminalSession>& sessions);
+  /// `records` are oldest first, as the recorder has them; the rows are newest first.
+  void showRecords(std::vector<MCPRequestRecord> records);
 
  private:
-  QString target(const MCPRequestRecord& record) const;
-
   const Clock now_;
-  std::unordered_map<Uuid, QString> names_;
 };
 
 }  // namespace velmora

@@ -9,6 +9,7 @@ Item {
     required property string requestId
     required property string toolName
     required property string status
+    required property string statusText
     required property int meaning
     required property string target
     required property string received
@@ -16,6 +17,7 @@ Item {
     required property string client
     required property string duration
     required property string command
+    required property string commandGap
     required property string output
     required property string note
     required property string error
@@ -36,6 +38,7 @@ Item {
     implicitHeight: content.implicitHeight + 2 * Theme.medium
     Accessible.role: Accessible.ListItem
     Accessible.name: joined([toolName, status, target, received, completed], ", ")
+    Accessible.description: statusText
 
     ColumnLayout {
         id: content
@@ -65,7 +68,8 @@ Item {
             Badge {
                 objectName: "status"
                 text: row.status
-                meaning: Theme.colorOf(row.meaning)
+                meaning: row.meaning
+                help: row.statusText
             }
         }
         Label {
@@ -94,6 +98,15 @@ Item {
             label: qsTr("Command")
             text: row.command
             unfolded: row.unfolded
+        }
+        Label {
+            objectName: "commandGap"
+            Layout.fillWidth: true
+            visible: text.length > 0
+            text: row.commandGap
+            font: Theme.caption
+            color: Theme.textSecondary
+            elide: Text.ElideRight
         }
         RequestText {
             id: output

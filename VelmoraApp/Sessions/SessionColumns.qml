@@ -6,8 +6,6 @@ import Velmora.Style
 RowLayout {
     id: columns
 
-    property bool roomy: false
-
     spacing: Theme.medium
     height: Theme.headerHeight
 
@@ -20,7 +18,7 @@ RowLayout {
     }
     Label {
         Layout.preferredWidth: Theme.pickerWidth
-        Layout.rightMargin: Theme.large + Theme.medium + (columns.roomy ? Theme.showButtonWidth : Theme.controlHeight)
+        Layout.rightMargin: Theme.large + Theme.medium + Theme.controlHeight
         text: qsTr("Permission")
         font: Theme.caption
         color: Theme.textSecondary

@@ -1,5 +1,7 @@
 #include "VelmoraApp/Sessions/SessionListModel.h"
 
+#include <QtCore/QStringList>
+
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -17,9 +19,36 @@ enum Role {
   bridgeCreatedRole,
   positionRole,
   lastRequestRole,
+  detailRole,
 };
 
 }  // namespace
+
+QString SessionListModel::permissionText(SessionPermission permission) {
+  switch (permission) {
+    case SessionPermission::managed:
+      return tr("Agents read and type");
+    case SessionPermission::allowed:
+      return tr("Agents read and type, as you allowed");
+    case SessionPermission::readOnly:
+      return tr("Agents read only");
+    case SessionPermission::blocked:
+      break;
+  }
+  return tr("Agents neither read nor type");
+}
+
+QString SessionListModel::positionText(const TerminalSession& session) {
+  return tr("Window %1, tab %2").arg(session.windowIndex).arg(session.tabIndex);
+}
+
+QString SessionListModel::detailText(const TerminalSession& session) const {
+  QStringList parts{text(session.tty)};
+  if (session.bridgeCreated) parts.append(tr("opened by an agent"));
+  if (session.lastRequestAt) parts.append(tr("last used %1").arg(timeText(*session.lastRequestAt, now_())));
+  parts.append(positionText(session));
+  return parts.join("  ·  ");
+}
 
 QVariant SessionListModel::data(const QModelIndex& index, int role) const {
   const auto* session = rowAt(index);
@@ -42,9 +71,11 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
     case bridgeCreatedRole:
       return session->bridgeCreated;
     case positionRole:
-      return QString("Window %1, tab %2").arg(session->windowIndex).arg(session->tabIndex);
+      return positionText(*session);
     case lastRequestRole:
       return session->lastRequestAt ? timeText(*session->lastRequestAt, now_()) : QString();
+    case detailRole:
+      return detailText(*session);
     default:
       return {};
   }
@@ -60,7 +91,8 @@ QHash<int, QByteArray> SessionListModel::roleNames() const {
           {selectedRole, "selected"},
           {bridgeCreatedRole, "bridgeCreated"},
           {positionRole, "position"},
-          {lastRequestRole, "lastRequest"}};
+          {lastRequestRole, "lastRequest"},
+          {detailRole, "detail"}};
 }
 
 void SessionListModel::showSessions(const std::vector<TerminalSession>& sessions) {
@@ -71,10 +103,6 @@ void SessionListModel::showSessions(const std::vector<TerminalSession>& sessions
     items.back().row.lastSeenAt = {};  // changes with every listing and is not shown
   }
   show(std::move(items));
-}
-
-void SessionListModel::repeatAll() {
-  for (std::size_t index = 0; index < items().size(); ++index) repeat(index);
 }
 
 }  // namespace velmora

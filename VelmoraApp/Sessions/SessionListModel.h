@@ -9,7 +9,8 @@
 namespace velmora {
 
 /// For the main thread. Roles: sessionId, title, tty, busy, permission, permissionIndex, selected,
-/// bridgeCreated, position ("Window 1, tab 2"), lastRequest (a time, or empty).
+/// bridgeCreated, position ("Window 1, tab 2"), lastRequest (a time, or empty), detail (what to show of these
+/// below the title).
 class SessionListModel : public KeyedListModel<TerminalSession, Uuid> {
   Q_OBJECT
   QML_ELEMENT
@@ -23,10 +24,13 @@ class SessionListModel : public KeyedListModel<TerminalSession, Uuid> {
 
   void showSessions(const std::vector<TerminalSession>& sessions);
 
-  /// Emits dataChanged for every row: a view may still show a choice that was refused.
-  void repeatAll();
+  /// What the permission lets an agent do, in a few words.
+  static QString permissionText(SessionPermission permission);
 
  private:
+  static QString positionText(const TerminalSession& session);
+  QString detailText(const TerminalSession& session) const;
+
   const Clock now_;
 };
 

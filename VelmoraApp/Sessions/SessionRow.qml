@@ -8,13 +8,12 @@ Item {
 
     required property string sessionId
     required property string title
-    required property string tty
-    required property string position
+    required property string detail
     required property bool busy
     required property int permissionIndex
 
     required property var permissions
-    property bool roomy: false
+    required property var permissionCaptions
 
     signal permissionPicked(int permissionIndex)
     signal showRequested
@@ -25,6 +24,7 @@ Item {
     implicitHeight: Math.max(Theme.sessionHeight, content.implicitHeight + 2 * Theme.small)
     Accessible.role: Accessible.ListItem
     Accessible.name: title
+    Accessible.description: detail
 
     RowLayout {
         id: content
@@ -47,9 +47,9 @@ Item {
                 elide: Text.ElideRight
             }
             Label {
-                objectName: "sessionTty"
+                objectName: "sessionDetail"
                 Layout.fillWidth: true
-                text: row.position ? row.tty + "  ·  " + row.position : row.tty
+                text: row.detail
                 font: Theme.caption
                 color: Theme.textSecondary
                 elide: Text.ElideRight
@@ -63,11 +63,17 @@ Item {
             Accessible.ignored: false
             Accessible.role: Accessible.StaticText
             Accessible.name: qsTr("Busy")
+
+            HoverTip {
+                text: qsTr("Busy: a program is running, so agents may not type.")
+            }
         }
         ComboBox {
             objectName: "permissionPicker"
             Accessible.name: qsTr("Permission")
             model: row.permissions
+            captions: row.permissionCaptions
+            listWidth: Theme.captionedListWidth
             currentIndex: row.permissionIndex
             onActivated: index => row.permissionPicked(index)
             onActiveFocusChanged: if (activeFocus)
@@ -77,8 +83,7 @@ Item {
             objectName: "showInTerminal"
             text: qsTr("Show in Terminal")
             symbol: "arrow.up.forward.app"
-            Layout.preferredWidth: row.roomy ? Theme.showButtonWidth : Theme.controlHeight
-            display: row.roomy ? Button.TextBesideIcon : Button.IconOnly
+            display: Button.IconOnly
             onClicked: row.showRequested()
             onActiveFocusChanged: if (activeFocus)
                 row.entered()

@@ -9,7 +9,6 @@ ScreenPage {
     id: sessions
 
     required property SessionsViewModel viewModel
-    readonly property bool roomy: width >= Theme.wideScreen
 
     objectName: "sessions"
 
@@ -19,7 +18,7 @@ ScreenPage {
 
         CheckBox {
             objectName: "includeBusy"
-            text: qsTr("Busy")
+            text: qsTr("Show busy")
             checked: sessions.viewModel.includeBusy
             onToggled: sessions.viewModel.includeBusy = checked
         }
@@ -27,7 +26,7 @@ ScreenPage {
             objectName: "includeReadOnly"
             Layout.leftMargin: Theme.small
             Layout.rightMargin: Theme.small
-            text: qsTr("Read-only")
+            text: qsTr("Show read-only")
             checked: sessions.viewModel.includeReadOnly
             onToggled: sessions.viewModel.includeReadOnly = checked
         }
@@ -62,7 +61,6 @@ ScreenPage {
             id: columns
             width: parent.width
             visible: list.visible
-            roomy: sessions.roomy
         }
         ListView {
             id: list
@@ -85,11 +83,12 @@ ScreenPage {
                 required property int index
 
                 width: list.width
-                roomy: sessions.roomy
                 permissions: sessions.viewModel.permissions
+                permissionCaptions: sessions.viewModel.permissionCaptions
                 onPermissionPicked: row => sessions.viewModel.setPermission(sessionId, row)
                 onShowRequested: sessions.viewModel.focus(sessionId)
-                onEntered: list.currentIndex = index
+                // Not as the current item, which Qt gives the focus anew: the ring would go.
+                onEntered: list.positionViewAtIndex(index, ListView.Contain)
             }
         }
         EmptyState {

@@ -21,8 +21,9 @@ class SessionsViewModel : public QObject {
   Q_PROPERTY(bool includeBusy READ includeBusy WRITE setIncludeBusy NOTIFY filterChanged)
   Q_PROPERTY(bool includeReadOnly READ includeReadOnly WRITE setIncludeReadOnly NOTIFY filterChanged)
   Q_PROPERTY(QStringList permissions READ permissions CONSTANT)
-  Q_PROPERTY(QString permissionsText READ permissionsText CONSTANT)
-  Q_PROPERTY(QString emptyTitle READ emptyTitle CONSTANT)
+  Q_PROPERTY(QStringList permissionCaptions READ permissionCaptions NOTIFY countChanged)
+  Q_PROPERTY(QString permissionsText READ permissionsText NOTIFY countChanged)
+  Q_PROPERTY(QString emptyTitle READ emptyTitle NOTIFY countChanged)
   Q_PROPERTY(QString emptyText READ emptyText NOTIFY countChanged)
   Q_PROPERTY(bool isLoading READ isLoading NOTIFY isLoadingChanged)
   Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
@@ -37,11 +38,12 @@ class SessionsViewModel : public QObject {
   bool includeReadOnly() const { return includeReadOnly_; }
   void setIncludeReadOnly(bool include);
   QStringList permissions() const;
-  QString permissionsText() const;  ///< What a permission can do, and what it cannot.
-  QString emptyTitle() const { return "No Terminal sessions"; }
+  QStringList permissionCaptions() const;  ///< What each of them lets an agent do.
+  QString permissionsText() const;         ///< What a permission can do, and what it cannot.
+  QString emptyTitle() const { return tr("No Terminal sessions"); }
   QString emptyText() const;  ///< What to do when no session is listed.
   bool isLoading() const { return model_.isRefreshing(); }
-  QString problem() const { return problem_; }  ///< Why the last action failed; empty when it did not.
+  QString problem() const { return problem_.text(); }  ///< Why the last action failed; empty when it did not.
 
   /// Both ignore ids and rows of `permissions` that do not exist.
   Q_INVOKABLE void setPermission(const QString& sessionId, int row);
@@ -57,13 +59,13 @@ class SessionsViewModel : public QObject {
 
  private:
   void update();
-  void fail(const QString& problem);
+  void fail(const Problem& problem);
 
   AppModel& model_;
   SessionListModel sessions_;
   bool includeBusy_ = true;
   bool includeReadOnly_ = true;
-  QString problem_;
+  Problem problem_;
 };
 
 }  // namespace velmora

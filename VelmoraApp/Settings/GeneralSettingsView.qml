@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Velmora
 import Velmora.Style
 
-// Start-up, updates and what the system has to allow.
+// Start-up, updates, what the system has to allow, agents' windows, the tmux server and the language.
 SettingsPage {
     id: page
 
@@ -111,6 +111,76 @@ SettingsPage {
                     onOpenRequested: page.viewModel.openPermission(index)
                 }
             }
+        }
+    }
+    SettingsSectionBlock {
+        Layout.fillWidth: true
+        title: qsTr("Windows that agents open")
+
+        Switch {
+            objectName: "ownBusyInput"
+            Layout.fillWidth: true
+            text: qsTr("Busy windows that an agent opened accept input")
+            checked: page.viewModel.ownBusyInput
+            onToggled: page.viewModel.ownBusyInput = checked
+        }
+        SettingsCaption {
+            text: page.viewModel.usesTmux ? qsTr("Agents can answer and interrupt what they started. A window that you have looked at counts as yours.") : qsTr("Has no effect with Terminal.app, which does not tell whether you have typed in a window.")
+        }
+        Separator {
+            Layout.fillWidth: true
+            visible: page.viewModel.usesTmux
+        }
+        Switch {
+            objectName: "shellIntegration"
+            Layout.fillWidth: true
+            visible: page.viewModel.usesTmux
+            text: qsTr("Shell integration")
+            checked: page.viewModel.shellIntegration
+            onToggled: page.viewModel.shellIntegration = checked
+        }
+        SettingsCaption {
+            visible: page.viewModel.usesTmux
+            text: qsTr("bash, zsh and fish in new windows of agents tell how each command ended. None of your files is changed.")
+        }
+    }
+    SettingsSectionBlock {
+        Layout.fillWidth: true
+        visible: page.viewModel.usesTmux
+        title: qsTr("tmux server")
+
+        TextField {
+            objectName: "tmuxSocket"
+            Layout.fillWidth: true
+            placeholderText: qsTr("The usual server")
+            inputMethodHints: Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
+            text: page.viewModel.tmuxSocket
+            Accessible.name: qsTr("Path of the tmux server's socket")
+            onEditingFinished: page.viewModel.tmuxSocket = text
+        }
+        SettingsCaption {
+            text: qsTr("The path of its socket, for a server that you start with tmux -L or -S: /tmp/tmux-1000/work, for example. Takes effect when Velmora starts next.")
+        }
+    }
+    // Of this and the group above.
+    SettingsCaption {
+        objectName: "settingsProblem"
+        visible: text.length > 0
+        text: page.viewModel.settingsProblem
+        color: Theme.danger
+        Accessible.role: Accessible.AlertMessage
+    }
+    SettingsSectionBlock {
+        Layout.fillWidth: true
+        title: qsTr("Language")
+
+        ComboBox {
+            objectName: "languagePicker"
+            Layout.preferredWidth: Theme.widePickerWidth
+            Accessible.name: qsTr("Language")
+            model: page.viewModel.languageLabels
+            currentIndex: page.viewModel.languageIndex
+            onActivated: index => page.viewModel.languageIndex = index
         }
     }
 }

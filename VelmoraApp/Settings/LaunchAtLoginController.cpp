@@ -9,17 +9,21 @@ void LaunchAtLoginController::setEnabled(bool enabled) {
   try {
     desktop_.setStartsAtLogin(enabled);
     enabled_ = desktop_.startsAtLogin();
-    setErrorMessage({});
+    setFailed(false);
   } catch (const std::exception& error) {
     desktop_.log().warning("login item", error.what());
-    setErrorMessage("Login item could not be changed. Review Login Items in System Settings.");
+    setFailed(true);
   }
   Q_EMIT enabledChanged();
 }
 
-void LaunchAtLoginController::setErrorMessage(const QString& message) {
-  if (message == errorMessage_) return;
-  errorMessage_ = message;
+QString LaunchAtLoginController::errorMessage() const {
+  return failed_ ? tr("Login item could not be changed. Review Login Items in System Settings.") : QString();
+}
+
+void LaunchAtLoginController::setFailed(bool failed) {
+  if (failed == failed_) return;
+  failed_ = failed;
   Q_EMIT errorMessageChanged();
 }
 

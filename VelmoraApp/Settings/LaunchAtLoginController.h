@@ -23,7 +23,7 @@ class LaunchAtLoginController : public QObject {
   explicit LaunchAtLoginController(Desktop& desktop);
 
   bool enabled() const { return enabled_; }
-  QString errorMessage() const { return errorMessage_; }  ///< Empty unless the last change failed.
+  QString errorMessage() const;  ///< Empty unless the last change failed.
 
   /// A failed call changes `errorMessage` only, but emits enabledChanged() too, so that the switch snaps
   /// back.
@@ -34,11 +34,11 @@ class LaunchAtLoginController : public QObject {
   void errorMessageChanged();
 
  private:
-  void setErrorMessage(const QString& message);
+  void setFailed(bool failed);
 
   Desktop& desktop_;
   bool enabled_;
-  QString errorMessage_;
+  bool failed_ = false;
 };
 
 }  // namespace velmora

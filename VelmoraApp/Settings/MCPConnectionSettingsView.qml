@@ -26,6 +26,16 @@ SettingsPage {
         SettingsCaption {
             text: page.viewModel.caption
         }
+        Switch {
+            objectName: "extendedForm"
+            Layout.fillWidth: true
+            text: qsTr("Extended form of the tools")
+            checked: page.viewModel.extended
+            onToggled: page.viewModel.extended = checked
+        }
+        SettingsCaption {
+            text: qsTr("The same nine tools with further optional arguments: waiting for a command's end and its exit code, single keys, new lines only. The texts on this page ask for it when it is on; a client that is connected already keeps the form that it has.")
+        }
         SettingsCodeBlock {
             objectName: "configuration"
             name: qsTr("Configuration")
@@ -53,24 +63,28 @@ SettingsPage {
         }
         Separator {
             Layout.fillWidth: true
+            visible: page.viewModel.openClawCommands.length > 0
         }
         SettingsCaption {
+            visible: page.viewModel.openClawCommands.length > 0
             text: qsTr("OpenClaw CLI can save the same MCP server definition and probe it without editing JSON by hand.")
         }
         SettingsCodeBlock {
             objectName: "openClawCommands"
+            visible: page.viewModel.openClawCommands.length > 0
             name: qsTr("OpenClaw CLI")
             text: page.viewModel.openClawCommands
         }
         SettingsCopyButton {
             objectName: "copyOpenClawCommands"
+            visible: page.viewModel.openClawCommands.length > 0
             title: qsTr("Copy OpenClaw CLI")
             value: page.viewModel.openClawCommands
         }
     }
     SettingsSectionBlock {
         Layout.fillWidth: true
-        title: qsTr("Other clients")
+        title: qsTr("Each client")
 
         ComboBox {
             objectName: "clientPicker"
@@ -99,6 +113,14 @@ SettingsPage {
     SettingsSectionBlock {
         Layout.fillWidth: true
         title: qsTr("Helper")
+
+        ConnectionTestView {
+            Layout.fillWidth: true
+            test: page.viewModel.test
+        }
+        Separator {
+            Layout.fillWidth: true
+        }
 
         SettingsCodeBlock {
             objectName: "helperPath"

@@ -43,6 +43,10 @@ SettingsPage {
             checked: page.viewModel.deleteOnAppExit
             onToggled: page.viewModel.deleteOnAppExit = checked
         }
+        SettingsCaption {
+            objectName: "historyCaption"
+            text: page.viewModel.historyCaption
+        }
         Separator {
             Layout.fillWidth: true
         }
@@ -50,7 +54,7 @@ SettingsPage {
             objectName: "retentionDays"
             Layout.fillWidth: true
             title: qsTr("Retention")
-            valueText: value => qsTr("%1 days").arg(value)
+            valueText: value => qsTr("%1 days").arg(Number(value).toLocaleString(Qt.locale(), "f", 0))
             value: page.viewModel.retentionDays
             range: page.viewModel.retentionDaysRange
             onPicked: value => page.viewModel.retentionDays = value
@@ -62,7 +66,7 @@ SettingsPage {
             objectName: "maximumRecordCount"
             Layout.fillWidth: true
             title: qsTr("Maximum records")
-            valueText: value => qsTr("%1 records").arg(value)
+            valueText: value => qsTr("%1 records").arg(Number(value).toLocaleString(Qt.locale(), "f", 0))
             value: page.viewModel.maximumRecordCount
             range: page.viewModel.maximumRecordCountRange
             step: 100
@@ -102,7 +106,7 @@ SettingsPage {
             objectName: "outputPreviewMaxCharacters"
             Layout.fillWidth: true
             title: qsTr("Preview limit")
-            valueText: value => qsTr("%1 characters").arg(value)
+            valueText: value => qsTr("%1 characters").arg(Number(value).toLocaleString(Qt.locale(), "f", 0))
             value: page.viewModel.outputPreviewMaxCharacters
             range: page.viewModel.outputPreviewMaxCharactersRange
             step: 100

@@ -21,7 +21,9 @@ PrivacySettingsViewModel::PrivacySettingsViewModel(AppModel& model)
   connect(&model_, &AppModel::sessionsChanged, this, &PrivacySettingsViewModel::knownSessionsChanged);
   connect(this, &PrivacySettingsViewModel::draftChanged, this,
           &PrivacySettingsViewModel::knownSessionsChanged);
-  connect(&model_, &AppModel::settingsNotSaved, this, &PrivacySettingsViewModel::setProblem);
+  connect(&model_, &AppModel::settingsNotSaved, this, [this](const Problem& problem, const QObject* page) {
+    if (page == this) setProblem(problem);
+  });
 }
 
 void PrivacySettingsViewModel::setPersistentHistoryEnabled(bool enabled) {
@@ -30,6 +32,13 @@ void PrivacySettingsViewModel::setPersistentHistoryEnabled(bool enabled) {
 
 void PrivacySettingsViewModel::setDeleteOnAppExit(bool deletes) {
   change(&PrivacyRetentionSettings::deleteOnAppExit, deletes);
+}
+
+QString PrivacySettingsViewModel::historyCaption() const {
+  if (!draft_.persistentHistoryEnabled) return tr("The history is kept in memory only, until Velmora ends.");
+  if (draft_.deleteOnAppExit)
+    return tr("The history is on disk while Velmora runs, and deleted when it ends.");
+  return tr("The history stays on disk when Velmora ends.");
 }
 
 QVariantMap PrivacySettingsViewModel::retentionDaysRange() {
@@ -83,9 +92,7 @@ bool PrivacySettingsViewModel::restrictsKnownSessions() const {
 }
 
 QString PrivacySettingsViewModel::restrictText() const {
-  const int count = model_.knownSessionsToRestrict();
-  return count == 1 ? "Make the 1 known session read-only now"
-                    : QString("Make the %1 known sessions read-only now").arg(count);
+  return tr("Make the %n known session(s) read-only now", nullptr, model_.knownSessionsToRestrict());
 }
 
 void PrivacySettingsViewModel::enableAfterWarning() {
@@ -110,7 +117,7 @@ void PrivacySettingsViewModel::change(Value PrivacyRetentionSettings::*field,
   auto draft = draft_;
   draft.*field = value;
   dismissProblem();
-  model_.saveSettingsFromUI(draft);
+  model_.saveSettingsFromUI(draft, this);
 }
 
 void PrivacySettingsViewModel::changeStored(bool PrivacyRetentionSettings::*flag, bool store,
@@ -126,8 +133,8 @@ void PrivacySettingsViewModel::setWarning(std::optional<StorageWarning> warning)
   Q_EMIT warningChanged();
 }
 
-void PrivacySettingsViewModel::setProblem(const QString& problem) {
-  if (problem == problem_) return;
+void PrivacySettingsViewModel::setProblem(const Problem& problem) {
+  if (problem.text() == problem_.text()) return;
   problem_ = problem;
   Q_EMIT problemChanged();
 }

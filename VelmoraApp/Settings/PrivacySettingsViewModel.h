@@ -25,6 +25,7 @@ class PrivacySettingsViewModel : public QObject {
   Q_PROPERTY(bool persistentHistoryEnabled READ persistentHistoryEnabled WRITE setPersistentHistoryEnabled
                  NOTIFY draftChanged)
   Q_PROPERTY(bool deleteOnAppExit READ deleteOnAppExit WRITE setDeleteOnAppExit NOTIFY draftChanged)
+  Q_PROPERTY(QString historyCaption READ historyCaption NOTIFY draftChanged)
   Q_PROPERTY(QVariantMap retentionDaysRange READ retentionDaysRange CONSTANT)
   Q_PROPERTY(QVariantMap maximumRecordCountRange READ maximumRecordCountRange CONSTANT)
   Q_PROPERTY(QVariantMap outputPreviewMaxCharactersRange READ outputPreviewMaxCharactersRange CONSTANT)
@@ -37,8 +38,8 @@ class PrivacySettingsViewModel : public QObject {
   Q_PROPERTY(bool allowBusySessionInput READ allowBusySessionInput WRITE setAllowBusySessionInput NOTIFY
                  draftChanged)
   Q_PROPERTY(int sessionPolicyIndex READ sessionPolicyIndex WRITE setSessionPolicyIndex NOTIFY draftChanged)
-  Q_PROPERTY(QStringList sessionPolicyLabels READ sessionPolicyLabels CONSTANT)
-  Q_PROPERTY(QStringList sessionPolicyCaptions READ sessionPolicyCaptions CONSTANT)
+  Q_PROPERTY(QStringList sessionPolicyLabels READ sessionPolicyLabels NOTIFY draftChanged)
+  Q_PROPERTY(QStringList sessionPolicyCaptions READ sessionPolicyCaptions NOTIFY draftChanged)
   Q_PROPERTY(bool restrictsKnownSessions READ restrictsKnownSessions NOTIFY knownSessionsChanged)
   Q_PROPERTY(QString restrictText READ restrictText NOTIFY knownSessionsChanged)
   Q_PROPERTY(bool warns READ warns NOTIFY warningChanged)
@@ -52,6 +53,7 @@ class PrivacySettingsViewModel : public QObject {
   void setPersistentHistoryEnabled(bool enabled);
   bool deleteOnAppExit() const { return draft_.deleteOnAppExit; }
   void setDeleteOnAppExit(bool deletes);
+  QString historyCaption() const;  ///< What the two together come to.
   // Each {minimum, maximum}, both inclusive.
   static QVariantMap retentionDaysRange();
   static QVariantMap maximumRecordCountRange();
@@ -83,7 +85,8 @@ class PrivacySettingsViewModel : public QObject {
   Q_INVOKABLE void enableAfterWarning();
   Q_INVOKABLE void cancelWarning();
 
-  QString problem() const { return problem_; }  ///< Why the last change was not saved; empty when it was.
+  /// Why the last change made on this page was not saved; empty when it was.
+  QString problem() const { return problem_.text(); }
   Q_INVOKABLE void dismissProblem();
 
   HistoryClearing* clearing() { return &clearing_; }
@@ -99,12 +102,12 @@ class PrivacySettingsViewModel : public QObject {
   void change(Value PrivacyRetentionSettings::*field, std::type_identity_t<Value> value);
   void changeStored(bool PrivacyRetentionSettings::*flag, bool store, StorageWarning warning);
   void setWarning(std::optional<StorageWarning> warning);
-  void setProblem(const QString& problem);
+  void setProblem(const Problem& problem);
 
   AppModel& model_;
   PrivacyRetentionSettings draft_;
   std::optional<StorageWarning> warning_;
-  QString problem_;
+  Problem problem_;
   HistoryClearing clearing_;
 };
 

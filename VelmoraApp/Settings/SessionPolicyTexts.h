@@ -1,6 +1,7 @@
 // The session policies as the user reads them.
 #pragma once
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QStringList>
 #include <optional>
 
@@ -10,13 +11,16 @@ namespace velmora {
 
 /// In the order of the cases.
 inline QStringList sessionPolicyLabels() {
-  return {"Safe: managed sessions only", "Selective: existing sessions start read-only"};
+  return {QCoreApplication::translate("SessionPolicy", "Safe: managed sessions only"),
+          QCoreApplication::translate("SessionPolicy", "Selective: existing sessions start read-only")};
 }
 
 /// What each means, in the same order.
 inline QStringList sessionPolicyCaptions() {
-  return {"Agents may type into every idle session of yours.",
-          "Agents may read your sessions, and type only into windows that they opened."};
+  return {
+      QCoreApplication::translate("SessionPolicy", "Agents may type into every idle session of yours."),
+      QCoreApplication::translate(
+          "SessionPolicy", "Agents may read your sessions, and type only into windows that they opened.")};
 }
 
 /// The policy at a row of the labels; nothing for any other row.

@@ -32,6 +32,8 @@ class SettingsViewModel : public QObject {
     Q_EMIT pageChanged();
   }
 
+  Q_INVOKABLE void showPrivacy() { setPage(privacyPage); }
+
   GeneralSettingsViewModel* general() { return &general_; }
   PrivacySettingsViewModel* privacy() { return &privacy_; }
   MCPConnectionViewModel* connection() { return &connection_; }
@@ -40,6 +42,8 @@ class SettingsViewModel : public QObject {
   void pageChanged();
 
  private:
+  static constexpr int privacyPage = 1;
+
   int page_ = 0;
   GeneralSettingsViewModel general_;
   PrivacySettingsViewModel privacy_;

@@ -28,7 +28,7 @@ QDateTime UpdaterService::lastUpdateCheckDateTime() const {
 
 QString UpdaterService::lastCheckedText() const {
   const auto date = lastUpdateCheckDate();
-  return date ? "Last checked " + timeText(*date, now_()) : QString();
+  return date ? tr("Last checked %1").arg(timeText(*date, now_())) : QString();
 }
 
 void UpdaterService::setAutomaticallyChecksForUpdates(bool automatically) {

@@ -21,6 +21,10 @@ void MainWindow::show(const QByteArray& activationToken) {
   window_->requestActivate();
 }
 
+void MainWindow::retranslate() {
+  if (engine_) engine_->retranslate();
+}
+
 void MainWindow::load() {
   engine_ = std::make_unique<QQmlApplicationEngine>();
   addModules(*engine_);

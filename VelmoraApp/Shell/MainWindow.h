@@ -23,6 +23,9 @@ class MainWindow {
   /// Throws std::runtime_error when the window cannot be made.
   void show(const QByteArray& activationToken = {});
 
+  /// Shows the texts that are its own anew; those of the view models follow their signals.
+  void retranslate();
+
   /// Null before the first `show`.
   QQuickWindow* window() const { return window_; }
 

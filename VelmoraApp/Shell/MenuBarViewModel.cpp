@@ -1,5 +1,6 @@
 #include "VelmoraApp/Shell/MenuBarViewModel.h"
 
+#include "VelmoraApp/AppModel/BridgeTexts.h"
 #include "VelmoraApp/AppModel/Texts.h"
 
 namespace velmora {
@@ -12,24 +13,24 @@ MenuBarViewModel::MenuBarViewModel(AppModel& model, Desktop& desktop) : model_(m
 QString MenuBarViewModel::symbol() const { return paused() ? "pause.circle.fill" : "terminal"; }
 
 QString MenuBarViewModel::stateText() const {
-  if (servesElsewhere()) return "Another bridge is serving";
-  return paused() ? "MCP Paused" : "MCP Active";
+  if (servesElsewhere()) return tr("Another bridge is serving");
+  return paused() ? tr("MCP Paused") : tr("MCP Active");
 }
 
 QString MenuBarViewModel::clientsText() const {
-  return QString("Clients: %1").arg(model_.status().connectedClients.size());
+  return tr("Clients: %1").arg(model_.status().connectedClients.size());
 }
 
 QString MenuBarViewModel::sessionsText() const {
-  return QString("Managed sessions: %1").arg(model_.status().controllableSessionCount);
+  return tr("Managed sessions: %1").arg(model_.status().controllableSessionCount);
 }
 
 QString MenuBarViewModel::errorText() const {
   const auto& error = model_.status().lastError;
-  return error ? "Last error: " + text(error->message) : QString();
+  return error ? tr("Last error: %1").arg(bridgeText(error->message)) : QString();
 }
 
-QString MenuBarViewModel::pauseText() const { return paused() ? "Resume changes" : "Pause changes"; }
+QString MenuBarViewModel::pauseText() const { return paused() ? tr("Resume changes") : tr("Pause changes"); }
 
 QString MenuBarViewModel::terminalName() const { return text(model_.automation().displayName()); }
 

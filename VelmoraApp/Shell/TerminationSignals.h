@@ -1,4 +1,4 @@
-// Turns the signals that end a program into one of Qt's.
+// Turns the signals that end the program, and the one that pauses it, into Qt's.
 #pragma once
 
 #include <QtCore/QObject>
@@ -17,6 +17,7 @@ class TerminationSignals : public QObject {
 
  Q_SIGNALS:
   void received();
+  void pauseAsked();  ///< SIGUSR1, which anyone may send who may end the program.
 
  private:
   QSocketNotifier notifier_;

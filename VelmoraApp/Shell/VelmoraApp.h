@@ -7,8 +7,11 @@
 
 #include "VelmoraApp/AppModel/AppModel.h"
 #include "VelmoraApp/AppModel/FirstRunController.h"
+#include "VelmoraApp/AppModel/LanguagePreference.h"
 #include "VelmoraApp/AppModel/MenuBarPreference.h"
+#include "VelmoraApp/AppModel/Translation.h"
 #include "VelmoraApp/Navigation/ViewModels.h"
+#include "VelmoraApp/Shell/DockReopening.h"
 #include "VelmoraApp/Shell/ExitHandler.h"
 #include "VelmoraApp/Shell/MainWindow.h"
 #include "VelmoraApp/Shell/VelmoraMenuBar.h"
@@ -26,6 +29,8 @@ class VelmoraApp : public QObject {
   /// Opens the window, or brings it forward.
   void openWindow(const QByteArray& activationToken = {}) { window_.show(activationToken); }
 
+  void pause() { model_.setPaused(true); }
+
   /// Null before the window was opened.
   QQuickWindow* window() const { return window_.window(); }
 
@@ -35,10 +40,13 @@ class VelmoraApp : public QObject {
 
  private:
   void updateMenuBar();
+  void speak();
   UpdaterService& updater();
   void tellOfUpdate(const QString& sentence);
 
   const std::unique_ptr<Desktop> desktop_;
+  LanguagePreference language_;
+  std::unique_ptr<Translation> translation_;  // before all that says something
   FirstRunController firstRun_;
   MenuBarPreference menuBarPreference_;
   LaunchAtLoginController launchAtLogin_;
@@ -47,6 +55,7 @@ class VelmoraApp : public QObject {
   MainWindow window_;
   MenuBarViewModel menuBarViewModel_;
   std::optional<VelmoraMenuBar> menuBar_;
+  std::optional<DockReopening> reopening_;
   const ExitHandler exitHandler_{[this] {
     const QSignalBlocker quiet(model_);  // the screens draw no more: parts of Qt have ended by then
     model_.prepareForTermination();

@@ -2,7 +2,7 @@
 
 namespace velmora {
 
-VelmoraMenuBar::VelmoraMenuBar(MenuBarViewModel& viewModel)
+VelmoraMenuBar::VelmoraMenuBar(MenuBarViewModel& viewModel, Desktop& desktop)
     : viewModel_(viewModel),
       state_(menu_.addAction(QString())),
       clients_(menu_.addAction(QString())),
@@ -12,27 +12,30 @@ VelmoraMenuBar::VelmoraMenuBar(MenuBarViewModel& viewModel)
   pause_ = menu_.addAction(QString());
   connect(pause_, &QAction::triggered, &viewModel_, &MenuBarViewModel::togglePause);
   menu_.addSeparator();
-  connect(menu_.addAction("Open Velmora"), &QAction::triggered, this, &VelmoraMenuBar::openRequested);
-  addPermissionPanes();
-  connect(&icon_, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
-    if (reason == QSystemTrayIcon::Trigger) Q_EMIT openRequested();
-  });
+  open_ = menu_.addAction(QString());
+  connect(open_, &QAction::triggered, this, &VelmoraMenuBar::openRequested);
+  panes_ = menu_.addMenu(QString());
   connect(&viewModel_, &MenuBarViewModel::changed, this, &VelmoraMenuBar::update);
-  icon_.setToolTip("Velmora");
-  icon_.setContextMenu(&menu_);
-  update();
-  icon_.show();
+  icon_ = desktop.makeTrayIcon({.menu = menu_, .openWindow = [this] { Q_EMIT openRequested(); }});
+  retranslate();
 }
 
-void VelmoraMenuBar::addPermissionPanes() {
-  auto* panes = menu_.addMenu("Open Permission Settings");
+void VelmoraMenuBar::retranslate() {
+  open_->setText(tr("Open Velmora"));
+  panes_->setTitle(tr("Open Permission Settings"));
+  showPermissionPanes();
+  update();
+}
+
+void VelmoraMenuBar::showPermissionPanes() {
+  panes_->clear();
   for (const auto& row : viewModel_.permissions()) {
     if (!row.link) continue;
-    connect(panes->addAction(row.title), &QAction::triggered, this,
+    connect(panes_->addAction(row.title), &QAction::triggered, this,
             [this, link = *row.link] { viewModel_.openPane(link); });
   }
-  if (!panes->isEmpty()) return;
-  panes->addAction(viewModel_.terminalName() + " needs no permission")->setEnabled(false);
+  if (!panes_->isEmpty()) return;
+  panes_->addAction(tr("%1 needs no permission").arg(viewModel_.terminalName()))->setEnabled(false);
 }
 
 void VelmoraMenuBar::update() {
@@ -48,7 +51,7 @@ void VelmoraMenuBar::update() {
   symbol_ = viewModel_.symbol();
   QIcon icon(":/velmora/icons/" + symbol_ + ".svg");
   icon.setIsMask(true);  // drawn in the menu bar's own colour where the system does so
-  icon_.setIcon(icon);
+  icon_->setIcon(icon);
 }
 
 }  // namespace velmora

@@ -6,6 +6,8 @@ import QtQuick.Templates as T
 T.ComboBox {
     id: control
 
+    // What each entry means, shown below it in the open list; as many as entries, or none.
+    property var captions: []
     // The width of the open list, for entries that are wider than the closed picker.
     property real listWidth: 0
 
@@ -17,6 +19,9 @@ T.ComboBox {
     focusPolicy: Qt.StrongFocus
     Accessible.description: displayText
     Keys.forwardTo: [press]
+    ToolTip.visible: hovered && !popup.visible && ToolTip.text.length > 0
+    ToolTip.text: captions[currentIndex] ?? ""
+    ToolTip.delay: Theme.patience
 
     // A closed picker opens on the arrows too; an arrow meant for the surrounding list never changes it.
     Keys.onUpPressed: event => openBy(event)
@@ -44,6 +49,7 @@ T.ComboBox {
         objectName: control.objectName + "Choice" + index
         width: ListView.view ? ListView.view.width : implicitWidth
         text: control.textAt(index)
+        caption: control.captions[index] ?? ""
         symbol: ""
         highlighted: control.highlightedIndex === index
         hoverEnabled: control.hoverEnabled
@@ -98,7 +104,7 @@ T.ComboBox {
             radius: Theme.controlRadius + Theme.tight
             color: Theme.card
             border.width: Theme.hair
-            border.color: Theme.outline
+            border.color: Theme.frame
         }
     }
 }

@@ -70,7 +70,7 @@ T.Dialog {
         radius: Theme.cardRadius
         color: Theme.card
         border.width: Theme.hair
-        border.color: Theme.outline
+        border.color: Theme.frame
     }
 
     T.Overlay.modal: Rectangle {

@@ -7,6 +7,9 @@ T.ItemDelegate {
     id: control
 
     property string symbol
+    // What the choice means, in a quieter voice.
+    property string caption
+    property bool iconOnly: false
     property bool focusShown: visualFocus
     readonly property bool current: highlighted || checked
 
@@ -17,7 +20,11 @@ T.ItemDelegate {
     spacing: Theme.small
     font: Theme.body
     Accessible.name: text
+    Accessible.description: caption
     Keys.forwardTo: [press]
+    ToolTip.visible: iconOnly && hovered
+    ToolTip.text: text
+    ToolTip.delay: Theme.patience
 
     Press {
         id: press
@@ -33,12 +40,27 @@ T.ItemDelegate {
             symbol: control.symbol
             color: control.current ? Theme.accent : Theme.textSecondary
         }
-        Label {
-            Layout.fillWidth: true
-            text: control.text
-            font: control.font
-            elide: Text.ElideRight
-            Accessible.ignored: true
+        ColumnLayout {
+            visible: control.text.length > 0 && !control.iconOnly
+            spacing: 0
+
+            Label {
+                Layout.fillWidth: true
+                text: control.text
+                font: control.font
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
+            Label {
+                objectName: "choiceCaption"
+                Layout.fillWidth: true
+                visible: control.caption.length > 0
+                text: control.caption
+                font: Theme.caption
+                color: Theme.textSecondary
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
         }
     }
 

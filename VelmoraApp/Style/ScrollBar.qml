@@ -15,6 +15,6 @@ T.ScrollBar {
         implicitWidth: Theme.scrollBarWidth
         implicitHeight: Theme.scrollBarWidth
         radius: width / 2
-        color: control.pressed || control.hovered ? Theme.textSecondary : Theme.outline
+        color: control.pressed || control.hovered ? Theme.textSecondary : Theme.frame
     }
 }

@@ -5,9 +5,13 @@ import QtQuick.Templates as T
 T.Button {
     id: control
 
+    // Shown instead of the text where there is no room for it.
+    property string shortText
+    property bool narrow: false
+
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: Math.max(Theme.controlHeight, implicitContentHeight + topPadding + bottomPadding)
-    horizontalPadding: Theme.medium
+    horizontalPadding: narrow ? Theme.tight : Theme.medium
     verticalPadding: Theme.tight
     font: Theme.caption
     focusPolicy: Qt.StrongFocus
@@ -21,10 +25,11 @@ T.Button {
     }
 
     contentItem: Label {
-        text: control.text
+        text: control.narrow ? control.shortText : control.text
         font: control.font
         color: Theme.textSecondary
         elide: Text.ElideRight
+        horizontalAlignment: control.narrow ? Text.AlignHCenter : Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
     }

@@ -2,7 +2,7 @@ import QtQuick
 
 // One entry of the sidebar.
 ItemDelegate {
-    horizontalPadding: Theme.medium
+    horizontalPadding: iconOnly ? (Theme.narrowSidebarWidth - Theme.symbol) / 2 - Theme.small : Theme.medium
     verticalPadding: Theme.small
     spacing: Theme.medium
     focusPolicy: Qt.StrongFocus

@@ -20,12 +20,14 @@ QtObject {
     readonly property color selection: dark ? "#264c9bff" : "#1a0a63d1"
     readonly property color shade: dark ? "#99000000" : "#52000000"
 
-    // Lines: between rows, and around controls, which must be found without their text.
+    // Lines: between rows, around what floats above the rest, and around controls, which must be found without their
+    // text.
     readonly property color hairline: dark ? "#38383c" : "#e3e3e7"
-    readonly property color outline: dark ? "#56565b" : "#c9c9cf"
+    readonly property color frame: dark ? "#56565b" : "#c9c9cf"
+    readonly property color outline: dark ? "#8a8a91" : "#85858c"
 
     // The switch.
-    readonly property color switchOff: dark ? "#5c5c62" : "#c4c4cb"
+    readonly property color switchOff: outline
     readonly property color knob: "#ffffff"
 
     // Text.
@@ -62,18 +64,21 @@ QtObject {
     readonly property int switchHeight: 5 * grid
     readonly property int scrollBarWidth: 6
     readonly property int symbol: 4 * grid
+    readonly property int symbolMedium: 6 * grid
     readonly property int symbolLarge: 10 * grid
     readonly property int sidebarWidth: 44 * grid
+    readonly property int narrowSidebarWidth: 16 * grid
     readonly property int pickerWidth: 32 * grid
     readonly property int widePickerWidth: 44 * grid
     readonly property int pickerListWidth: 60 * grid
-    readonly property int showButtonWidth: 42 * grid
+    readonly property int captionedListWidth: 72 * grid
     readonly property int headerHeight: 8 * grid
     readonly property int sessionHeight: 14 * grid
     readonly property int dialogWidth: 112 * grid
     readonly property int measure: 120 * grid
-    readonly property int wideScreen: 180 * grid
-    readonly property int minimumWindowWidth: 720
+    // Below this the sidebar shows symbols only.
+    readonly property int roomyWindowWidth: 720
+    readonly property int minimumWindowWidth: 600
     readonly property int minimumWindowHeight: 480
     readonly property int windowWidth: 960
     readonly property int windowHeight: 640

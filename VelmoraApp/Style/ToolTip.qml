@@ -25,6 +25,6 @@ T.ToolTip {
         radius: Theme.controlRadius
         color: Theme.control
         border.width: Theme.hair
-        border.color: Theme.outline
+        border.color: Theme.frame
     }
 }

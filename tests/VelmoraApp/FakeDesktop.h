@@ -1,6 +1,7 @@
 // What a desktop gives the application, in memory.
 #pragma once
 
+#include <QtCore/QCoreApplication>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -33,7 +34,9 @@ class FakeUpdater final : public PlatformUpdater {
   }
   bool isChecking() const override { return checking; }
   std::optional<Date> lastUpdateCheckDate() const override { return lastCheck; }
-  QString caption() const override { return "Updates come from your system's package manager."; }
+  QString caption() const override {
+    return QCoreApplication::translate("velmora::PackageKitUpdater", "Asking the system's package manager.");
+  }
   QString checkResult() const override { return result; }
 
   void finish(QString with) {
@@ -41,6 +44,29 @@ class FakeUpdater final : public PlatformUpdater {
     result = std::move(with);
     Q_EMIT changed();
   }
+};
+
+/// An icon in the tray, whose memory outlives it.
+class FakeTrayIcon final : public TrayIcon {
+ public:
+  struct State {
+    QMenu* menu = nullptr;      ///< Null while there is no icon.
+    std::vector<bool> masks{};  ///< Of each icon that was set: whether only its shape counts.
+    std::vector<QString> told{};
+    std::function<void()> click{};
+  };
+
+  FakeTrayIcon(State& state, TrayIconUse use) : state_(state) {
+    state_.menu = &use.menu;
+    state_.click = std::move(use.openWindow);
+  }
+  ~FakeTrayIcon() override { state_.menu = nullptr; }
+
+  void setIcon(const QIcon& icon) override { state_.masks.push_back(icon.isMask()); }
+  void tell(const QString& sentence) override { state_.told.push_back(sentence); }
+
+ private:
+  State& state_;
 };
 
 class FakeDesktop final : public Desktop {
@@ -57,9 +83,14 @@ class FakeDesktop final : public Desktop {
   bool refusesLoginItem = false;
   bool ignoresLoginItem = false;  ///< As while the user's approval is awaited.
   bool hasAboutPanel = false;
+  bool isInDock = false;
   std::vector<SystemSettingsLink> openedPanes;
+  FakeTrayIcon::State tray;
 
   void start() override {}
+  std::unique_ptr<TrayIcon> makeTrayIcon(TrayIconUse use) override {
+    return std::make_unique<FakeTrayIcon>(tray, std::move(use));
+  }
   GuideContext guideContext() const override { return context; }
   UserDefaults& userDefaults() override { return defaults; }
   StartupPermissionPrompter permissionPrompter() const override { return {}; }
@@ -70,6 +101,7 @@ class FakeDesktop final : public Desktop {
   }
   std::unique_ptr<PlatformUpdater> makeUpdater() override { return std::make_unique<FakeUpdater>(); }
   bool updatesFromTheStart() override { return false; }
+  bool hasDockIcon() const override { return isInDock; }
   bool showAboutPanel() override { return hasAboutPanel; }
   void openSettingsPane(SystemSettingsLink link) override { openedPanes.push_back(link); }
 };

@@ -1,4 +1,10 @@
 // What the user does on the screens.
+#include <QtCore/QLocale>
+
+#include "LocalControl/LocalControlCodec.h"
+#include "LocalControl/PersonMessages.h"
+#include "LocalControl/UnixSocketClient.h"
+#include "VelmoraApp/AppModel/Translation.h"
 #include "tests/VelmoraApp/AppFixture.h"
 
 namespace velmora {
@@ -18,8 +24,16 @@ class AppModelActionsTest : public testing::AppFixture {
   template <class Signal>
   std::shared_ptr<std::vector<std::string>> sentencesOf(Signal signal) {
     auto sentences = std::make_shared<std::vector<std::string>>();
-    QObject::connect(app.get(), signal, app.get(),
-                     [sentences](const QString& sentence) { sentences->push_back(sentence.toStdString()); });
+    QObject::connect(app.get(), signal, app.get(), [sentences](const Problem& problem) {
+      sentences->push_back(problem.text().toStdString());
+    });
+    return sentences;
+  }
+  auto unsavedSettings() {
+    auto sentences = std::make_shared<std::vector<std::string>>();
+    QObject::connect(app.get(), &AppModel::settingsNotSaved, app.get(), [sentences](const Problem& problem) {
+      sentences->push_back(problem.text().toStdString());
+    });
     return sentences;
   }
 };
@@ -34,6 +48,35 @@ TEST_F(AppModelActionsTest, PausingStopsChangesAtOnceAndResumingLetsThemPass) {
   app->setPaused(false);
   EXPECT_EQ(app->status().mcpState, MCPState::active);
   EXPECT_TRUE(sendCommand("ls").ok);
+}
+
+TEST_F(AppModelActionsTest, APauseHoldsWhenTheApplicationStartsAgainUntilTheUserResumes) {
+  const auto kept = [this] { return std::filesystem::exists(directory / "data/Velmora/paused"); };
+  startApp().setPaused(true);
+  ASSERT_TRUE(spinUntil(kept));
+  app.reset();
+  options.bridge.makeTerminal = [](const auto&) { return std::make_unique<testing::FakeTerminal>(); };
+  startApp();
+  EXPECT_EQ(app->status().mcpState, MCPState::paused);
+  app->setPaused(false);
+  EXPECT_TRUE(spinUntil([&] { return !kept(); }));
+}
+
+TEST_F(AppModelActionsTest, ShowsAtOnceWhatTheUserChangesInATerminal) {
+  startApp();
+  auto connection = UnixSocketClient::connect(directory / "app.velmora.Velmora/person-v1.sock");
+  const auto ask = [&](PersonVerb verb, JSONObject arguments) {
+    connection.writeFrame(
+        LocalControlCodec::frame(PersonRequest{.operation = verb, .arguments = std::move(arguments)}));
+    EXPECT_TRUE(LocalControlCodec::decode<LocalControlResponse>(connection.readFrame()).ok);
+  };
+  ask(PersonVerb::pause, {});
+  EXPECT_TRUE(spinUntil([this] { return app->status().mcpState == MCPState::paused; }));
+  const auto id = app->sessions()[0].sessionId;
+  ask(PersonVerb::permit, {{"session", id.toString()}, {"permission", "blocked"}});
+  EXPECT_TRUE(spinUntil([this] { return app->sessions()[0].permission == SessionPermission::blocked; }));
+  ask(PersonVerb::policy, {{"policy", "selective"}});
+  EXPECT_TRUE(spinUntil([this] { return app->settings().sessionPolicy == SessionPolicy::selective; }));
 }
 
 TEST_F(AppModelActionsTest, ASnapshotUnderWayDoesNotTurnThePauseSwitchBack) {
@@ -168,6 +211,20 @@ TEST_F(AppModelActionsTest, ThePolicyIsAdoptedBeforeTheStartAndTheOtherSettingsS
   for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
 }
 
+TEST_F(AppModelActionsTest, NoCommandResumesBeforeTheIntroductionIsAnswered) {
+  options.onboardingCompleted = false;
+  app = std::make_unique<AppModel>(options);
+  auto connection = UnixSocketClient::connect(directory / "app.velmora.Velmora/person-v1.sock");
+  connection.writeFrame(LocalControlCodec::frame(PersonRequest{.operation = PersonVerb::resume}));
+  const auto answer = LocalControlCodec::decode<LocalControlResponse>(connection.readFrame());
+  EXPECT_THAT(answer.error.value().message, HasSubstr("waits for you to choose"));
+  EXPECT_EQ(app->coordinator().operationState().current(), MCPState::paused);
+  app->finishIntroduction(SessionPolicy::safe);
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(app->status().mcpState, MCPState::active);
+  EXPECT_FALSE(app->coordinator().pauseIsHeld());
+}
+
 TEST_F(AppModelActionsTest, APolicyThatCannotBeSavedHoldsAndIsReported) {
   std::filesystem::remove_all(directory / "data" / "Velmora");
   testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
@@ -207,7 +264,7 @@ TEST_F(AppModelActionsTest, AChangeThatIsSavedIsNotCalledUnsavedWhenTheHistorySt
   writeSettings({.persistentHistoryEnabled = true});
   startApp();
   std::filesystem::create_directories(historyFile() / "a folder in its place");
-  const auto sentences = sentencesOf(&AppModel::settingsNotSaved);
+  const auto sentences = unsavedSettings();
   app->saveSettingsFromUI({.persistentHistoryEnabled = false});
   ASSERT_TRUE(spinUntil([&] { return sentences->size() == 1; }));
   EXPECT_THAT((*sentences)[0],
@@ -215,6 +272,18 @@ TEST_F(AppModelActionsTest, AChangeThatIsSavedIsNotCalledUnsavedWhenTheHistorySt
                                     "removed from the history. "));
   EXPECT_FALSE(app->coordinator().settingsStore().load().persistentHistoryEnabled);
   EXPECT_FALSE(app->settings().persistentHistoryEnabled);
+}
+
+TEST_F(AppModelActionsTest, WhatCouldNotBeLoadedIsSaidInTheLanguageOfNow) {
+  testing::writeFile(settingsFile(), "no settings");
+  startApp();
+  ASSERT_THAT(app->problems(), ::testing::SizeIs(1));
+  EXPECT_TRUE(app->problems()[0].startsWith("The settings could not be loaded; the defaults hold. "));
+  {
+    const auto korean = Translation::installed(Language::korean);
+    EXPECT_TRUE(app->problems()[0].startsWith("설정을 불러올 수 없어"));
+  }
+  QLocale::setDefault(QLocale::system());
 }
 
 TEST_F(AppModelActionsTest, KnownSessionsBecomeReadOnlyWhenAsked) {
@@ -229,7 +298,7 @@ TEST_F(AppModelActionsTest, AFailedSaveKeepsTheDraftUntilARefreshShowsWhatIsStor
   startApp();
   std::filesystem::remove_all(directory / "data" / "Velmora");
   testing::writeFile(directory / "data" / "Velmora", "a file where the folder should be");
-  const auto sentences = sentencesOf(&AppModel::settingsNotSaved);
+  const auto sentences = unsavedSettings();
   app->saveSettingsFromUI({.retentionDays = 30});
   ASSERT_TRUE(spinUntil([&] { return sentences->size() == 1; }));
   EXPECT_EQ(app->settings().retentionDays, 30);

@@ -39,6 +39,15 @@ TEST_F(AppModelTest, StartsWithNothingToShow) {
   EXPECT_THAT(app->problems(), IsEmpty());
 }
 
+TEST_F(AppModelTest, TheEndOfTheIntroductionDoesNotLiftAPauseThatTheUserMade) {
+  options.onboardingCompleted = false;
+  testing::writeFile(directory / "data/Velmora/paused", "");
+  app = std::make_unique<AppModel>(options);
+  app->finishIntroduction(SessionPolicy::safe);
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  EXPECT_EQ(app->status().mcpState, MCPState::paused);
+}
+
 TEST_F(AppModelTest, OnAFirstLaunchServesButNeitherPromptsNorPollsUntilItIsStarted) {
   options.onboardingCompleted = false;
   options.pollInterval = std::chrono::milliseconds(1);
@@ -283,7 +292,7 @@ TEST_F(AppModelTest, AtTheEndTheShownSettingsHoldThoughTheyCouldNotBeSaved) {
 
 TEST_F(AppModelTest, ReportsAProblemOnce) {
   app = std::make_unique<AppModel>(options);
-  for (int count = 0; count < 2; ++count) app->addProblem("The disk is full.");
+  for (int count = 0; count < 2; ++count) app->addProblem({.what = "The disk is full."});
   EXPECT_EQ(app->problems(), QStringList{"The disk is full."});
 }
 

@@ -9,7 +9,7 @@ TEST(AppSection, TheTableHasEverySectionInItsOrder) {
   std::size_t index = 0;
   for (const auto& entry : enumCases<AppSection>) EXPECT_EQ(appSections.at(index++).section, entry.value);
   EXPECT_EQ(index, appSections.size());
-  EXPECT_EQ(appSections[0].title, "Dashboard");
+  EXPECT_STREQ(appSections[0].title, "Dashboard");
   EXPECT_EQ(appSections[2].symbol, "clock.arrow.circlepath");
 }
 

@@ -1,8 +1,10 @@
 // Whether clients reach the application, over real sockets and beside the real program.
+#include <QtCore/QLocale>
 #include <cstdlib>
 
 #include "LocalControl/LocalControlClient.h"
 #include "VelmoraApp/AppModel/Serving.h"
+#include "VelmoraApp/AppModel/Translation.h"
 #include "tests/LocalControl/OtherUser.h"
 #include "tests/VelmoraApp/AppFixture.h"
 #include "tests/support/ChildProgram.h"
@@ -132,6 +134,11 @@ TEST_F(ServingTest, WithoutAServerEverythingElseWorksAndItSaysWhy) {
   EXPECT_TRUE(app->serving().problem().startsWith("MCP clients cannot connect. " +
                                                   text(socketURL().string()) + ": "));
   EXPECT_THAT(app->serving().problem().toStdString(), ::testing::Not(HasSubstr("unsafeEndpoint")));
+  {
+    const auto korean = Translation::installed(Language::korean);
+    EXPECT_FALSE(app->serving().problem().contains("MCP clients cannot connect"));
+  }
+  QLocale::setDefault(QLocale::system());
   EXPECT_THAT(app->sessions(), SizeIs(2));
   andRefresh([this] { app->setPermission(SessionPermission::allowed, app->sessions()[0].sessionId); });
   EXPECT_EQ(app->sessions()[0].permission, SessionPermission::allowed);

@@ -1,8 +1,8 @@
+#include "VelmoraApp/AppModel/ClientActivity.h"
 #include "VelmoraApp/Dashboard/DashboardViewModel.h"
 #include "tests/VelmoraApp/AppFixture.h"
 #include "tests/VelmoraApp/ModelRows.h"
 #include "tests/support/LocalTimeZone.h"
-#include "tests/support/SampleRecords.h"
 
 namespace velmora {
 namespace {
@@ -16,11 +16,16 @@ class DashboardViewModelTest : public testing::AppFixture {
  protected:
   void start() {
     startApp();
-    dashboard = std::make_unique<DashboardViewModel>(*app, terminalOfTheTexts);
+    names = std::make_unique<SessionTitles>(*app);
+    dashboard = std::make_unique<DashboardViewModel>(*app, *names, terminalOfTheTexts);
   }
-  ~DashboardViewModelTest() override { dashboard.reset(); }
+  ~DashboardViewModelTest() override {
+    dashboard.reset();
+    names.reset();
+  }
 
   GuidedTerminal terminalOfTheTexts = GuidedTerminal::tmux;
+  std::unique_ptr<SessionTitles> names;
   std::unique_ptr<DashboardViewModel> dashboard;
 };
 
@@ -37,17 +42,25 @@ TEST_F(DashboardViewModelTest, ShowsTheStatus) {
   EXPECT_EQ(dashboard->sessionCount(), 2);
   EXPECT_EQ(dashboard->lastRequest().toStdString(), time.now().toIso8601().substr(11, 8));
   EXPECT_EQ(dashboard->recentError(), "");
-  EXPECT_THAT(texts(dashboard->connectedClients()), IsEmpty());
+  EXPECT_EQ(dashboard->bridgeCaption(), "Agents may use your sessions.");
+  EXPECT_EQ(dashboard->terminalCaption(), "Fake is running.");
+  EXPECT_EQ(dashboard->automationCaption(), "Velmora may use Fake.");
+  EXPECT_EQ(dashboard->sessionsCaption(), "Agents may type into all of them.");
+  EXPECT_EQ(dashboard->clients()->rowCount(), 0);
   EXPECT_THAT(texts(dashboard->warnings()), IsEmpty());
 }
 
 TEST_F(DashboardViewModelTest, ShowsNothingOfRequestsBeforeThereIsOne) {
   options.onboardingCompleted = false;
   app = std::make_unique<AppModel>(options);
-  const DashboardViewModel fresh(*app, GuidedTerminal::tmux);
+  const SessionTitles none(*app);
+  const DashboardViewModel fresh(*app, none, GuidedTerminal::tmux);
   EXPECT_EQ(fresh.lastRequest(), "");
   EXPECT_EQ(fresh.terminalState(), "notRunning");
+  EXPECT_EQ(fresh.terminalCaption(), "Fake is not running.");
   EXPECT_EQ(fresh.automation(), "unknown");
+  EXPECT_EQ(fresh.automationCaption(), "Not known yet.");
+  EXPECT_EQ(fresh.sessionsCaption(), "None was found.");
 }
 
 TEST_F(DashboardViewModelTest, PausesAndResumes) {
@@ -88,14 +101,42 @@ TEST_F(DashboardViewModelTest, ShowsTheLastErrorUntilARequestForTheStatusSucceed
   EXPECT_TRUE(spinUntil([this] { return dashboard->recentError().isEmpty(); }));
 }
 
-TEST_F(DashboardViewModelTest, NamesTheConnectedClients) {
+TEST_F(DashboardViewModelTest, NamesTheClientsThatCalledLately) {
   start();
-  auto nameless = testing::sampleClient();
-  nameless.version.reset();
-  app->coordinator().statusService().updateClients({testing::sampleClient(), nameless});
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  EXPECT_THAT(testing::column(*dashboard->clients(), "name"), ElementsAre("a client 2.0"));
+  ASSERT_EQ(dashboard->status().connectedClients.size(), 1u);
+  EXPECT_EQ(dashboard->status().connectedClients[0].name, "a client");
+}
+
+TEST_F(DashboardViewModelTest, AClientThatStoppedCallingGoesByItself) {
+  start();
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  time.advance(connectedForSeconds + 1);
   app->poll();
-  ASSERT_TRUE(spinUntil([this] { return dashboard->connectedClients().size() == 2; }));
-  EXPECT_THAT(texts(dashboard->connectedClients()), ElementsAre("some client 1.2.3", "some client"));
+  ASSERT_TRUE(spinUntil([this] { return dashboard->clients()->rowCount() == 0; }));
+  EXPECT_THAT(dashboard->status().connectedClients, IsEmpty());
+}
+
+TEST_F(DashboardViewModelTest, WhatAgentsAreToldDoesNotNameTheOthers) {
+  start();
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  const auto told = app->coordinator().status(options.bridge.uuid(), {"other", {}});
+  EXPECT_THAT(told.data->status.connectedClients, IsEmpty());
+}
+
+TEST_F(DashboardViewModelTest, SaysHowManySessionsMayBeTypedInto) {
+  start();
+  app->coordinator().setPermission(SessionPermission::readOnly, app->sessions().at(0).sessionId);
+  app->poll();
+  ASSERT_TRUE(
+      spinUntil([this] { return dashboard->sessionsCaption() == "Agents may type into 1 of them."; }));
+  app->coordinator().setPermission(SessionPermission::blocked, app->sessions().at(1).sessionId);
+  app->poll();
+  ASSERT_TRUE(spinUntil([this] { return dashboard->sessionsCaption() == "Agents may type into none."; }));
 }
 
 TEST_F(DashboardViewModelTest, WarnsOfAutomationThatIsDeniedInTheAdaptersWords) {

@@ -30,7 +30,7 @@ std::vector<NamedText> textsOf(const HelpCopy& copy) {
   return texts;
 }
 
-std::vector<NamedText> textsOf(HelpLanguage language, GuidedTerminal terminal) {
+std::vector<NamedText> textsOf(Language language, GuidedTerminal terminal) {
   return textsOf(helpCopy(language, terminal));
 }
 
@@ -96,6 +96,9 @@ const std::vector<NamedText> englishForTerminalApp{
      "Use terminal_list_sessions to inspect sessions. With the default policy, existing sessions are "
      "registered as managed; with Selective policy, they are registered as readOnly. Closed or "
      "changed sessionIds are not replaced with other tabs."},
+    {"copyCallExample", "Copy %1 call example"},
+    {"copy", "Copy"},
+    {"copied", "Copied"},
 };
 
 // What tmux has no use for, or does otherwise.
@@ -121,18 +124,18 @@ std::multiset<std::string> namesIn(const NamedText& text) {
   return found;
 }
 
-class HelpCopyTest : public ::testing::TestWithParam<std::tuple<HelpLanguage, GuidedTerminal>> {
+class HelpCopyTest : public ::testing::TestWithParam<std::tuple<Language, GuidedTerminal>> {
  protected:
   std::vector<NamedText> texts = textsOf(std::get<0>(GetParam()), std::get<1>(GetParam()));
 };
 
 INSTANTIATE_TEST_SUITE_P(Everywhere, HelpCopyTest,
-                         ::testing::Combine(::testing::Values(HelpLanguage::english, HelpLanguage::korean),
+                         ::testing::Combine(::testing::Values(Language::english, Language::korean),
                                             ::testing::Values(GuidedTerminal::terminalApp,
                                                               GuidedTerminal::tmux)));
 
 TEST_P(HelpCopyTest, IsComplete) {
-  ASSERT_THAT(texts, SizeIs(36));
+  ASSERT_THAT(texts, SizeIs(39));
   for (const auto& [name, text] : texts) {
     EXPECT_THAT(text, Not(IsEmpty())) << name;
     EXPECT_EQ(velmora::text(text).trimmed(), velmora::text(text)) << name;
@@ -156,12 +159,12 @@ TEST_P(HelpCopyTest, NamesEveryKey) {
 }
 
 TEST(HelpCopy, ForTerminalAppInEnglishIsWordForWord) {
-  EXPECT_THAT(textsOf(HelpLanguage::english, GuidedTerminal::terminalApp),
+  EXPECT_THAT(textsOf(Language::english, GuidedTerminal::terminalApp),
               ElementsAreArray(englishForTerminalApp));
 }
 
 TEST(HelpCopy, InKoreanHasTheSettledWords) {
-  const auto& copy = helpCopy(HelpLanguage::korean, GuidedTerminal::terminalApp);
+  const auto copy = helpCopy(Language::korean, GuidedTerminal::terminalApp);
   EXPECT_EQ(copy.copyInstallPath, "설치 경로 복사");
   EXPECT_EQ(copy.permissionsTitle, "1. macOS 권한 허용");
   EXPECT_EQ(copy.copyMCPConfiguration, "MCP 설정 복사");
@@ -171,8 +174,8 @@ TEST(HelpCopy, InKoreanHasTheSettledWords) {
 
 TEST(HelpCopy, InKoreanSaysTheSameInTheSameOrder) {
   for (const auto terminal : {GuidedTerminal::terminalApp, GuidedTerminal::tmux}) {
-    const auto english = textsOf(HelpLanguage::english, terminal);
-    const auto korean = textsOf(HelpLanguage::korean, terminal);
+    const auto english = textsOf(Language::english, terminal);
+    const auto korean = textsOf(Language::korean, terminal);
     ASSERT_EQ(english.size(), korean.size());
     for (std::size_t index = 0; index < english.size(); ++index) {
       const auto& [name, text] = korean[index];
@@ -185,9 +188,9 @@ TEST(HelpCopy, InKoreanSaysTheSameInTheSameOrder) {
 
 TEST(HelpCopy, InKoreanKeepsTheFormalStyle) {
   for (const auto terminal : {GuidedTerminal::terminalApp, GuidedTerminal::tmux}) {
-    for (const auto& [name, text] : textsOf(HelpLanguage::korean, terminal)) {
+    for (const auto& [name, text] : textsOf(Language::korean, terminal)) {
       for (const auto& sentence : velmora::text(text).split(". ")) {
-        const bool isTitle = name.ends_with("Title") || name.starts_with("copy") || name == "languageLabel";
+        const bool isTitle = name.ends_with("Title") || name.starts_with("cop") || name == "languageLabel";
         EXPECT_EQ(QString(sentence).remove('.').endsWith("니다"), !isTitle) << name << ": " << text;
         if (isTitle) break;
       }
@@ -196,7 +199,7 @@ TEST(HelpCopy, InKoreanKeepsTheFormalStyle) {
 }
 
 TEST(HelpCopy, WithTmuxDiffersWhereItMustInBothLanguages) {
-  for (const auto language : {HelpLanguage::english, HelpLanguage::korean}) {
+  for (const auto language : {Language::english, Language::korean}) {
     const auto terminalApp = textsOf(language, GuidedTerminal::terminalApp);
     const auto tmux = textsOf(language, GuidedTerminal::tmux);
     std::vector<std::string> different;
@@ -212,7 +215,7 @@ TEST(HelpCopy, WithTmuxNeverSpeaksOfMacOS) {
                                           "System Events", "Applications", "Terminal",        "Accessib",
                                           "Screen Recor",  "손쉬운 사용",  "접근성",          "화면 기록",
                                           "개인정보"};
-  for (const auto language : {HelpLanguage::english, HelpLanguage::korean}) {
+  for (const auto language : {Language::english, Language::korean}) {
     for (const auto& [name, text] : textsOf(language, GuidedTerminal::tmux)) {
       for (const auto& word : macWords) EXPECT_THAT(text, Not(HasSubstr(word))) << name;
     }
@@ -221,18 +224,18 @@ TEST(HelpCopy, WithTmuxNeverSpeaksOfMacOS) {
 
 TEST(HelpCopy, NamesTheToolWhoseCallIsCopied) {
   for (const auto terminal : {GuidedTerminal::terminalApp, GuidedTerminal::tmux}) {
-    EXPECT_EQ(helpCopy(HelpLanguage::english, terminal).toolCallCopyHelp("terminal_status"),
+    EXPECT_EQ(helpCopy(Language::english, terminal).toolCallCopyHelp("terminal_status"),
               "Copy terminal_status call example");
-    EXPECT_EQ(helpCopy(HelpLanguage::korean, terminal).toolCallCopyHelp("terminal_status"),
+    EXPECT_EQ(helpCopy(Language::korean, terminal).toolCallCopyHelp("terminal_status"),
               "terminal_status 호출 예시 복사");
   }
 }
 
 TEST(HelpCopy, HasTheWordsOnTheButtons) {
-  EXPECT_EQ(helpTexts(HelpLanguage::english).buttonWords.copy, "Copy");
-  EXPECT_EQ(helpTexts(HelpLanguage::english).buttonWords.copied, "Copied");
-  EXPECT_EQ(helpTexts(HelpLanguage::korean).buttonWords.copy, "복사");
-  EXPECT_EQ(helpTexts(HelpLanguage::korean).buttonWords.copied, "복사됨");
+  EXPECT_EQ(helpCopy(Language::english, GuidedTerminal::tmux).copy, "Copy");
+  EXPECT_EQ(helpCopy(Language::english, GuidedTerminal::tmux).copied, "Copied");
+  EXPECT_EQ(helpCopy(Language::korean, GuidedTerminal::tmux).copy, "복사");
+  EXPECT_EQ(helpCopy(Language::korean, GuidedTerminal::tmux).copied, "복사됨");
 }
 
 }  // namespace

@@ -12,9 +12,9 @@ using ::testing::ElementsAreArray;
 using ::testing::SizeIs;
 using testing::texts;
 
-GuideContext contextFor(const QStringList& languages, GuidedTerminal terminal = GuidedTerminal::terminalApp) {
+GuideContext contextFor(GuidedTerminal terminal = GuidedTerminal::terminalApp) {
   return {.terminal = terminal,
-          .preferredLanguages = languages,
+          .preferredLanguages = {},
           .installPath = "/Applications/Velmora.app",
           .helperPath = "/somewhere/velmora"};
 }
@@ -55,14 +55,13 @@ std::vector<std::string> wordsOf(const HelpViewModel& help) {
   return words;
 }
 
-TEST(HelpViewModel, OpensInThePersonsLanguage) {
-  EXPECT_EQ(HelpViewModel(contextFor({"ko-KR", "en-US"})).language(), HelpLanguage::korean);
-  EXPECT_EQ(HelpViewModel(contextFor({"en-US", "ko-KR"})).language(), HelpLanguage::english);
-  EXPECT_EQ(HelpViewModel(contextFor({})).language(), HelpLanguage::english);
+TEST(HelpViewModel, OpensInTheLanguageOfTheWindow) {
+  EXPECT_EQ(HelpViewModel(contextFor(), Language::korean).language(), Language::korean);
+  EXPECT_EQ(HelpViewModel(contextFor(), Language::english).language(), Language::english);
 }
 
 TEST(HelpViewModel, OffersBothLanguagesByTheirOwnNames) {
-  HelpViewModel help(contextFor({}));
+  HelpViewModel help(contextFor(), Language::english);
   EXPECT_THAT(texts(help.languages()), ElementsAre("English", "한국어"));
   const auto changes = testing::countOf(help, &HelpViewModel::languageChanged);
   EXPECT_EQ(help.languageLabel(), "Language");
@@ -80,12 +79,12 @@ TEST(HelpViewModel, OffersBothLanguagesByTheirOwnNames) {
 }
 
 TEST(HelpViewModel, ShowsEveryTextInItsOrder) {
-  for (const auto language : {HelpLanguage::english, HelpLanguage::korean}) {
+  for (const auto language : {Language::english, Language::korean}) {
     for (const auto terminal : {GuidedTerminal::terminalApp, GuidedTerminal::tmux}) {
-      HelpViewModel help(contextFor({}, terminal));
+      HelpViewModel help(contextFor(terminal), Language::english);
       help.setLanguageIndex(static_cast<int>(language));
-      const auto& copy = helpCopy(language, terminal);
-      const auto call = copy.toolCallCopyHelp;
+      const auto copy = helpCopy(language, terminal);
+      const auto call = [&copy](const char* tool) { return copy.toolCallCopyHelp(tool); };
       EXPECT_THAT(wordsOf(help),
                   ElementsAreArray(std::vector<std::string>{std::string(copy.languageLabel),
                                                             std::string(copy.installationTitle),
@@ -134,7 +133,7 @@ TEST(HelpViewModel, ShowsEveryTextInItsOrder) {
 }
 
 TEST(HelpViewModel, OffersTheInstallPathAndTheConfigurationsOfTheHelper) {
-  const HelpViewModel help(contextFor({}));
+  const HelpViewModel help(contextFor(), Language::english);
   const auto sections = help.sections();
   const auto path = codeOf(sections[0]);
   ASSERT_THAT(path, SizeIs(1));
@@ -151,7 +150,7 @@ TEST(HelpViewModel, OffersTheInstallPathAndTheConfigurationsOfTheHelper) {
 }
 
 TEST(HelpViewModel, ShowsAnExampleCallInEachToolSection) {
-  const HelpViewModel help(contextFor({}));
+  const HelpViewModel help(contextFor(), Language::english);
   const auto sections = help.sections();
   ASSERT_THAT(sections, SizeIs(10));
   const std::vector<ToolName> tools{ToolName::status,  ToolName::createSession, ToolName::sendCommand,
@@ -165,7 +164,7 @@ TEST(HelpViewModel, ShowsAnExampleCallInEachToolSection) {
 }
 
 TEST(HelpViewModel, HasTheSameShapeAndCodeInBothLanguages) {
-  HelpViewModel help(contextFor({}));
+  HelpViewModel help(contextFor(), Language::english);
   const auto english = help.sections();
   help.setLanguageIndex(1);
   const auto korean = help.sections();

@@ -1,5 +1,7 @@
+#include <QtCore/QLocale>
 #include <QtTest/QAbstractItemModelTester>
 
+#include "VelmoraApp/AppModel/Translation.h"
 #include "VelmoraApp/History/HistoryViewModel.h"
 #include "tests/VelmoraApp/AppFixture.h"
 #include "tests/VelmoraApp/ModelRows.h"
@@ -19,13 +21,15 @@ class HistoryViewModelTest : public testing::AppFixture {
  protected:
   void start() {
     startApp();
-    history = std::make_unique<HistoryViewModel>(*app);
+    names = std::make_unique<SessionTitles>(*app);
+    history = std::make_unique<HistoryViewModel>(*app, *names);
     tester = std::make_unique<QAbstractItemModelTester>(
         history->records(), QAbstractItemModelTester::FailureReportingMode::Fatal);
   }
   ~HistoryViewModelTest() override {
     tester.reset();
     history.reset();
+    names.reset();
   }
 
   static MCPRequestRecord record(std::uint64_t number, ToolName tool, RequestStatus status,
@@ -47,6 +51,7 @@ class HistoryViewModelTest : public testing::AppFixture {
   }
   std::vector<std::string> clients() { return column(*history->records(), "client"); }
 
+  std::unique_ptr<SessionTitles> names;
   std::unique_ptr<HistoryViewModel> history;
   std::unique_ptr<QAbstractItemModelTester> tester;
 };
@@ -123,6 +128,67 @@ TEST_F(HistoryViewModelTest, TellsOfAFilterOnlyWhenItChanges) {
   EXPECT_EQ(*changes, 1);
 }
 
+TEST_F(HistoryViewModelTest, TheSearchFindsTheTitlesThatItShows) {
+  start();
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  EXPECT_THAT(column(*history->records(), "target"), ElementsAre("title of /dev/ttys001 (/dev/ttys001)"));
+  history->setQuery("TITLE of /dev/ttys001");
+  EXPECT_EQ(history->count(), 1);
+  history->setQuery("title of /dev/ttys002");
+  EXPECT_EQ(history->count(), 0);
+}
+
+TEST_F(HistoryViewModelTest, TheSearchFindsTheErrorsThatItShowsInTheirLanguage) {
+  start();
+  auto refused = record(4, ToolName::sendCommand, RequestStatus::rejected, "fourth");
+  refused.error = StructuredError{.code = ErrorCode::sessionBusy, .message = "The Terminal session is busy."};
+  replace({record(3, ToolName::sendCommand, RequestStatus::delivered, "third"), refused});
+  history->setQuery("session is BUSY");
+  EXPECT_THAT(clients(), ElementsAre("fourth"));
+  history->setTool("terminal_status");
+  EXPECT_THAT(clients(), IsEmpty());
+  history->setTool("");
+  {
+    const auto korean = Translation::installed(Language::korean);
+    history->retranslate();
+    EXPECT_THAT(clients(), IsEmpty());
+    history->setQuery("세션이 사용 중");
+    EXPECT_THAT(clients(), ElementsAre("fourth"));
+  }
+  QLocale::setDefault(QLocale::system());
+}
+
+TEST_F(HistoryViewModelTest, TheScreensOwnRequestsAreListedOnlyWhenAskedFor) {
+  start();
+  EXPECT_EQ(history->count(), 0);
+  EXPECT_EQ(history->totalCount(), 0);
+  history->setIncludeOwn(true);
+  EXPECT_THAT(column(*history->records(), "toolName"),
+              ElementsAre("terminal_status", "terminal_list_sessions"));
+  EXPECT_EQ(history->totalCount(), 2);
+  history->setIncludeOwn(false);
+  EXPECT_EQ(history->count(), 0);
+}
+
+TEST_F(HistoryViewModelTest, SaysWhatTheSettingsLeaveOut) {
+  start();
+  const auto changes = countOf(*history, &HistoryViewModel::settingsChanged);
+  EXPECT_EQ(history->notKept(), "Your settings keep neither the text of commands nor output.");
+  auto settings = app->settings();
+  settings.persistentHistoryEnabled = true;
+  settings.storeCommandBody = true;
+  app->saveSettingsFromUI(settings);
+  EXPECT_EQ(*changes, 1);
+  EXPECT_EQ(history->notKept(), "Your settings keep no output.");
+  settings.storeOutputPreview = true;
+  app->saveSettingsFromUI(settings);
+  EXPECT_EQ(history->notKept(), "");
+  settings.storeCommandBody = false;
+  app->saveSettingsFromUI(settings);
+  EXPECT_EQ(history->notKept(), "Your settings keep no text of commands.");
+}
+
 TEST_F(HistoryViewModelTest, ClearsOnlyWhatThePersonConfirmed) {
   start();
   replaceWithThree();
@@ -157,8 +223,26 @@ TEST_F(HistoryViewModelTest, SaysWhyTheFileCouldNotBeDeleted) {
   history->clearing()->confirm();
   ASSERT_TRUE(spinUntil([this] { return !history->clearing()->problem().isEmpty(); }));
   EXPECT_TRUE(history->clearing()->problem().startsWith("History could not be deleted."));
+  {
+    const auto korean = Translation::installed(Language::korean);
+    EXPECT_TRUE(history->clearing()->problem().startsWith("기록을 삭제"));
+  }
+  QLocale::setDefault(QLocale::system());
   history->clearing()->dismissProblem();
   EXPECT_EQ(history->clearing()->problem(), "");
+}
+
+TEST_F(HistoryViewModelTest, ListsNothingNewWhileNobodySeesIt) {
+  start();
+  replaceWithThree();
+  ASSERT_THAT(clients(), ElementsAre("third", "second", "first"));
+  history->setShown(false);
+  const auto changes = countOf(*history, &HistoryViewModel::countChanged);
+  replace({record(4, ToolName::status, RequestStatus::readComplete, "fourth")});
+  EXPECT_EQ(*changes, 0);
+  EXPECT_THAT(clients(), ElementsAre("third", "second", "first"));
+  history->setShown(true);
+  EXPECT_THAT(clients(), ElementsAre("fourth"));
 }
 
 }  // namespace

@@ -11,22 +11,23 @@ using ::testing::Not;
 
 TEST(OnboardingPages, ForTerminalAppAreWordForWord) {
   const auto& pages = onboardingPages(GuidedTerminal::terminalApp);
-  EXPECT_EQ(pages[0].title, "Velmora Bridge");
-  EXPECT_EQ(pages[0].text,
-            "Commands run in Apple's Terminal.app. This app does not create a PTY, render a terminal, or "
-            "inspect shell internals.");
-  EXPECT_EQ(pages[1].title, "Terminal automation");
+  EXPECT_STREQ(pages[0].title, "Velmora Bridge");
+  EXPECT_STREQ(pages[0].text,
+               "Commands run in Apple's Terminal.app. This app does not create a PTY, render a terminal, or "
+               "inspect shell internals.");
+  EXPECT_STREQ(pages[1].title, "Terminal automation");
   EXPECT_EQ(pages[1].symbol, "checkmark.shield");
-  EXPECT_EQ(pages[1].text,
-            "macOS permission is used only to read official Terminal scripting properties and deliver "
-            "commands to explicitly identified sessions.");
-  EXPECT_EQ(pages[2].title, "Session policy");
+  EXPECT_STREQ(pages[1].text,
+               "macOS permission is used only to read official Terminal scripting properties and deliver "
+               "commands to explicitly identified sessions.");
+  EXPECT_STREQ(pages[2].title, "Session policy");
   EXPECT_EQ(pages[2].symbol, "lock.shield");
-  EXPECT_EQ(pages[2].text, "");
-  EXPECT_EQ(pages[3].title, "Local MCP connection");
-  EXPECT_EQ(pages[3].text,
-            "Configure your MCP client to launch the bundled velmora helper over stdio. No network port is "
-            "opened.");
+  EXPECT_STREQ(pages[2].text, "");
+  EXPECT_STREQ(pages[3].title, "Local MCP connection");
+  EXPECT_STREQ(
+      pages[3].text,
+      "Configure your MCP client to launch the bundled velmora helper over stdio. No network port is "
+      "opened.");
 }
 
 TEST(OnboardingPages, WithTmuxNeverSpeakOfMacOSAndSayAsMuch) {
@@ -37,8 +38,8 @@ TEST(OnboardingPages, WithTmuxNeverSpeakOfMacOSAndSayAsMuch) {
       EXPECT_THAT(std::string(pages[index].title), Not(HasSubstr(word)));
       EXPECT_THAT(std::string(pages[index].text), Not(HasSubstr(word)));
     }
-    EXPECT_FALSE(pages[index].title.empty());
-    EXPECT_EQ(pages[index].text.empty(), others[index].text.empty());
+    EXPECT_STRNE(pages[index].title, "");
+    EXPECT_EQ(std::string(pages[index].text).empty(), std::string(others[index].text).empty());
   }
 }
 

@@ -14,12 +14,23 @@ using Step = OnboardingViewModel::Step;
 
 class OnboardingViewModelTest : public testing::AppFixture {
  protected:
-  OnboardingViewModelTest() {
+  explicit OnboardingViewModelTest(SessionPolicy stored = SessionPolicy::safe) {
+    if (stored != SessionPolicy::safe) writeSettings({.sessionPolicy = stored});
     options.onboardingCompleted = false;
     app = std::make_unique<AppModel>(options);
-    onboarding.emplace(*app, firstRun, GuidedTerminal::tmux);
+    onboarding.emplace(*app, firstRun, context);
   }
 
+  /// Goes to the choice of the policy and waits for the sessions.
+  void choose() {
+    for (int step = 0; step < 2; ++step) onboarding->next();
+    ASSERT_TRUE(spinUntil([this] { return !onboarding->found().isEmpty(); }));
+  }
+
+  GuideContext context{.terminal = GuidedTerminal::tmux,
+                       .preferredLanguages = {"en"},
+                       .installPath = "/usr/bin/velmora-app",
+                       .helperPath = "/usr/bin/velmora"};
   IniFileDefaults defaults{QString::fromStdString((directory / "some.conf").string())};
   FirstRunController firstRun{defaults};
   std::optional<OnboardingViewModel> onboarding;
@@ -96,17 +107,21 @@ TEST_F(OnboardingViewModelTest, FinishingStoresThePolicyAndStartsTheApplication)
   EXPECT_EQ(*changes, 1);
   EXPECT_TRUE(defaults.boolean("onboardingCompleted", false));
   EXPECT_EQ(defaults.text("sessionPolicy"), "selective");
-  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(2); }));
   EXPECT_EQ(app->settings().sessionPolicy, SessionPolicy::selective);
   EXPECT_EQ(app->coordinator().settingsStore().load().sessionPolicy, SessionPolicy::selective);
   EXPECT_THAT(prompts, ::testing::SizeIs(4));
   for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
 }
 
-class EachPolicy : public OnboardingViewModelTest, public ::testing::WithParamInterface<SessionPolicy> {};
+// The loading, which is not waited for, must not change the policy for a moment.
+class EachPolicy : public OnboardingViewModelTest, public ::testing::WithParamInterface<SessionPolicy> {
+ protected:
+  EachPolicy() : OnboardingViewModelTest(SessionPolicy::selective) {}
+};
 
 TEST_P(EachPolicy, HoldsForSessionsThatAgentsListedMeanwhile) {
-  app->coordinator().setSessionPolicy(SessionPolicy::selective);  // as the loading, not waited for here, does
+  app->coordinator().setSessionPolicy(SessionPolicy::selective);  // as the loading does
   const auto listed = app->coordinator().listSessions(options.bridge.uuid(), {"a client", {}}, {});
   const auto id = listed.data->sessions.at(0).sessionId;
   const auto send = [&] {
@@ -115,7 +130,7 @@ TEST_P(EachPolicy, HoldsForSessionsThatAgentsListedMeanwhile) {
   EXPECT_EQ(send()->code, ErrorCode::mcpPaused);
   onboarding->setPolicyIndex(static_cast<int>(GetParam()));
   for (int step = 0; step < 4; ++step) onboarding->forward();
-  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(2); }));
   EXPECT_EQ(app->status().mcpState, MCPState::active);
   const auto error = send();
   EXPECT_EQ(error ? std::optional(error->code) : std::nullopt,
@@ -125,9 +140,50 @@ TEST_P(EachPolicy, HoldsForSessionsThatAgentsListedMeanwhile) {
 INSTANTIATE_TEST_SUITE_P(OnboardingViewModel, EachPolicy,
                          ::testing::Values(SessionPolicy::safe, SessionPolicy::selective));
 
+TEST_F(OnboardingViewModelTest, ShowsTheSessionsAndWhatTheChoiceMeansForThem) {
+  terminal->tabs[1].busy = true;
+  EXPECT_EQ(onboarding->found(), "");
+  choose();
+  EXPECT_EQ(onboarding->found(), "Open now: title of /dev/ttys001, title of /dev/ttys002");
+  EXPECT_EQ(onboarding->consequence(),
+            "Agents will be able to type into all of these; into the busy ones (1) when they are idle.");
+  const auto changes = countOf(*onboarding, &OnboardingViewModel::foundChanged);
+  onboarding->setPolicyIndex(1);
+  EXPECT_EQ(*changes, 1);
+  EXPECT_EQ(onboarding->consequence(), "Agents will type into none of these unless you allow it.");
+  for (const auto& session : app->sessions()) EXPECT_EQ(session.permission, SessionPermission::readOnly);
+  EXPECT_FALSE(app->isStarted());
+}
+
+TEST_F(OnboardingViewModelTest, NamesAFewSessionsAndCountsTheOthers) {
+  for (int number = 3; number <= 6; ++number)
+    terminal->tabs.push_back(testing::tab("/dev/ttys00" + std::to_string(number), number, number));
+  terminal->tabs[0].title = std::string(100, 'x');
+  choose();
+  EXPECT_EQ(onboarding->found(),
+            "Open now: " + QString(29, 'x') + "…, title of /dev/ttys002, title of /dev/ttys003, 3 more");
+  EXPECT_EQ(onboarding->consequence(), "Agents will be able to type into all of these.");
+}
+
+TEST_F(OnboardingViewModelTest, WithoutSessionsItSaysSo) {
+  terminal->tabs.clear();
+  choose();
+  EXPECT_EQ(onboarding->found(), "No session is open now.");
+  EXPECT_EQ(onboarding->consequence(), "");
+}
+
+TEST_F(OnboardingViewModelTest, ATerminalThatAsksForPermissionIsLeftAlone) {
+  context.terminal = GuidedTerminal::terminalApp;
+  onboarding.emplace(*app, firstRun, context);
+  for (int step = 0; step < 3; ++step) onboarding->next();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(onboarding->found(), "");
+  EXPECT_THAT(terminal->calls(), IsEmpty());
+}
+
 TEST_F(OnboardingViewModelTest, FinishesOnce) {
   for (int step = 0; step < 4; ++step) onboarding->forward();
-  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(1); }));
+  ASSERT_TRUE(spinUntil([this] { return hasRefreshed(2); }));
   firstRun.complete(SessionPolicy::selective);
   onboarding->forward();
   EXPECT_EQ(defaults.text("sessionPolicy"), "selective") << "a second press changes nothing any more";

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTranslator>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
@@ -17,6 +19,16 @@ constexpr int kPatience = 20000;
 constexpr double kHour = 3600;
 const QString kProgram = "/usr/bin/velmora-app";
 const QString kUpdate = "velmora;0.2.0-1;amd64;debian";
+
+// A language in which every text begins with a mark.
+class MarkedLanguage : public QTranslator {
+ public:
+  MarkedLanguage() { QCoreApplication::installTranslator(this); }
+  QString translate(const char*, const char* source, const char*, int) const override {
+    return "~" + QString::fromUtf8(source);
+  }
+  bool isEmpty() const override { return false; }
+};
 
 class PackageKitUpdaterTest : public ::testing::Test {
  protected:
@@ -169,6 +181,25 @@ TEST_F(PackageKitUpdaterTest, ARefusalOrAFailureEndsTheCheckAndIsSaid) {
   EXPECT_EQ(updater->checkResult(), "Velmora is up to date.");
 }
 
+TEST_F(PackageKitUpdaterTest, TheResultIsSaidInTheLanguageOfNow) {
+  startInstalled();
+  updater->checkForUpdates();
+  finishCheck();
+  {
+    const MarkedLanguage language;
+    EXPECT_EQ(updater->checkResult(), "~Velmora is up to date.");
+  }
+  packageKit.scripts["GetUpdates"].packages = {kUpdate};
+  updater->checkForUpdates();
+  finishCheck();
+  {
+    const MarkedLanguage language;
+    EXPECT_EQ(updater->checkResult(),
+              "~Version 0.2.0-1 is available. Install it with your system's updates.");
+  }
+  EXPECT_EQ(updater->checkResult(), "Version 0.2.0-1 is available. Install it with your system's updates.");
+}
+
 TEST_F(PackageKitUpdaterTest, SurvivesAServiceThatDiesDuringTheCheck) {
   startInstalled();
   packageKit.scripts["RefreshCache"].answers = false;
@@ -191,6 +222,8 @@ TEST_F(PackageKitUpdaterTest, SurvivesAServiceThatNeverAnswersTheCheck) {
   updater->checkForUpdates();
   finishCheck();
   EXPECT_EQ(updater->checkResult(), "The check failed: The package manager did not answer.");
+  const MarkedLanguage language;
+  EXPECT_EQ(updater->checkResult(), "~The check failed: ~The package manager did not answer.");
 }
 
 TEST_F(PackageKitUpdaterTest, CanGoWhileACheckIsUnderWay) {

@@ -27,27 +27,13 @@ class RecordListModelTest : public ::testing::Test {
             .toolName = ToolName::sendCommand,
             .status = status};
   }
-  void show(const std::vector<MCPRequestRecord>& records, std::size_t most = 1000) {
-    model.showRecords(records, most);
-  }
+  void show(std::vector<MCPRequestRecord> records) { model.showRecords(std::move(records)); }
 
   const LocalTimeZone zone{"UTC"};
   testing::FakeTime time{100};
   RecordListModel model{time.clock()};
   QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
-
-TEST_F(RecordListModelTest, SaysWhatEachStatusMeans) {
-  const std::pair<RequestStatus, Meaning> cases[] = {
-      {RequestStatus::received, Meaning::Quiet},     {RequestStatus::processing, Meaning::Quiet},
-      {RequestStatus::delivered, Meaning::Positive}, {RequestStatus::readComplete, Meaning::Positive},
-      {RequestStatus::rejected, Meaning::Caution},   {RequestStatus::cancelled, Meaning::Caution},
-      {RequestStatus::failed, Meaning::Danger}};
-  for (const auto& [status, meaning] : cases) {
-    show({record(1, status)});
-    EXPECT_EQ(testing::cell(model, 0, "meaning").value<Meaning>(), meaning) << wireName(status);
-  }
-}
 
 TEST_F(RecordListModelTest, SaysEverythingOfARequest) {
   auto full = record(1);
@@ -61,6 +47,8 @@ TEST_F(RecordListModelTest, SaysEverythingOfARequest) {
   EXPECT_EQ(textCell(model, 0, "requestId"), numberedUuid(1).toString());
   EXPECT_EQ(textCell(model, 0, "toolName"), "terminal_send_command");
   EXPECT_EQ(textCell(model, 0, "status"), "delivered");
+  EXPECT_EQ(textCell(model, 0, "statusText"), "It reached the terminal. What came of it is not tracked.");
+  EXPECT_EQ(testing::cell(model, 0, "meaning").value<Meaning>(), Meaning::Quiet);
   EXPECT_EQ(textCell(model, 0, "target"), "build — 한국어 👩‍👩‍👧 (/dev/ttys003)");
   EXPECT_EQ(textCell(model, 0, "received"), "Received 00:00:01");
   EXPECT_EQ(textCell(model, 0, "completed"), "Completed 00:00:03");
@@ -91,12 +79,19 @@ TEST_F(RecordListModelTest, OnlyADeliveredCommandCarriesTheNote) {
               ElementsAre("Delivered to Terminal; execution result is not tracked.", "", ""));
 }
 
-TEST_F(RecordListModelTest, ShowsTheNewestFirstAndNoMoreThanAsked) {
+TEST_F(RecordListModelTest, SaysThatTheTextOfACommandWasNotKept) {
+  auto kept = record(2);
+  kept.commandSummary = "ls";
+  auto key = record(3);
+  key.toolName = ToolName::sendKey;
+  show({record(1), kept, key, record(4, RequestStatus::rejected)});
+  EXPECT_THAT(column(model, "commandGap"), ElementsAre("", "", "", "The text of this command was not kept."));
+}
+
+TEST_F(RecordListModelTest, ShowsTheNewestFirst) {
   show({record(1), record(2), record(3)});
   EXPECT_THAT(column(model, "received"),
               ElementsAre("Received 00:00:03", "Received 00:00:02", "Received 00:00:01"));
-  show({record(1), record(2), record(3), record(4)}, 2);
-  EXPECT_THAT(column(model, "received"), ElementsAre("Received 00:00:04", "Received 00:00:03"));
 }
 
 TEST_F(RecordListModelTest, ANewRequestIsOneRowMoreAndAFinishedOneARowThatChanges) {
@@ -120,20 +115,6 @@ TEST_F(RecordListModelTest, TwoRequestsWithOneIdAreTwoRows) {
   EXPECT_THAT(column(model, "received"), ElementsAre("Received 00:00:05", "Received 00:00:01"));
   show({record(1), twin, record(2)});
   EXPECT_EQ(model.rowCount(), 3);
-}
-
-TEST_F(RecordListModelTest, NamesTargetsByTheSessionsThatAreKnown) {
-  auto unnamed = record(1);
-  const auto session = testing::sampleSession();
-  unnamed.sessionSnapshot = SessionReference{.sessionId = session.sessionId};
-  show({unnamed});
-  EXPECT_EQ(textCell(model, 0, "target"), session.sessionId.toString());
-  int changes = 0;
-  QObject::connect(&model, &RecordListModel::dataChanged, &model, [&] { ++changes; });
-  model.nameTargets({session});
-  model.nameTargets({session});
-  EXPECT_EQ(textCell(model, 0, "target"), "build — 한국어 👩‍👩‍👧 (/dev/ttys003)");
-  EXPECT_EQ(changes, 1);
 }
 
 }  // namespace

@@ -34,6 +34,20 @@ TEST(SessionListModel, SaysEverythingOfASession) {
   EXPECT_EQ(textCell(model, 0, "lastRequest"), session.lastRequestAt->toIso8601().substr(11, 8));
 }
 
+TEST(SessionListModel, BelowTheTitleItSaysWhoOpenedTheSessionAndWhenItWasUsed) {
+  const LocalTimeZone zone("UTC");
+  auto session = testing::sampleSession();
+  SessionListModel model(clockAt(*session.lastRequestAt));
+  model.showSessions({session});
+  EXPECT_EQ(textCell(model, 0, "detail"), "/dev/ttys003  ·  opened by an agent  ·  last used " +
+                                              session.lastRequestAt->toIso8601().substr(11, 8) +
+                                              "  ·  Window 1, tab 2");
+  session.bridgeCreated = false;
+  session.lastRequestAt.reset();
+  model.showSessions({session});
+  EXPECT_EQ(textCell(model, 0, "detail"), "/dev/ttys003  ·  Window 1, tab 2");
+}
+
 TEST(SessionListModel, BeingSeenAgainIsNoChange) {
   SessionListModel model(clockAt({}));
   auto session = testing::sampleSession();

@@ -1,5 +1,7 @@
+#include <QtCore/QLocale>
 #include <QtTest/QAbstractItemModelTester>
 
+#include "VelmoraApp/AppModel/Translation.h"
 #include "VelmoraApp/Sessions/SessionsViewModel.h"
 #include "tests/VelmoraApp/AppFixture.h"
 #include "tests/VelmoraApp/ModelRows.h"
@@ -52,6 +54,22 @@ TEST_F(SessionsViewModelTest, ListsTheKnownSessions) {
   EXPECT_THAT(column(rows(), "lastRequest"), ElementsAre("", ""));
   EXPECT_THAT(testing::texts(viewModel->permissions()),
               ElementsAre("managed", "allowed", "readOnly", "blocked"));
+}
+
+TEST_F(SessionsViewModelTest, SaysWhatEachPermissionLetsAgentsDo) {
+  start();
+  EXPECT_THAT(testing::texts(viewModel->permissionCaptions()),
+              ElementsAre("Agents read and type", "Agents read and type, as you allowed", "Agents read only",
+                          "Agents neither read nor type"));
+}
+
+TEST_F(SessionsViewModelTest, FollowsWhenASessionWasUsed) {
+  start();
+  EXPECT_EQ(textCell(rows(), 0, "lastRequest"), "");
+  EXPECT_TRUE(sendCommand("ls").ok);
+  pollRecords();
+  EXPECT_NE(textCell(rows(), 0, "lastRequest"), "");
+  EXPECT_EQ(textCell(rows(), 1, "lastRequest"), "");
 }
 
 TEST_F(SessionsViewModelTest, ABlockedSessionStaysListedWithThatPermission) {
@@ -139,6 +157,18 @@ TEST_F(SessionsViewModelTest, SaysWhyAnActionFailedUntilTheNext) {
   ASSERT_TRUE(spinUntil([this] { return !viewModel->problem().isEmpty() && !viewModel->isLoading(); }));
   viewModel->dismissProblem();
   EXPECT_EQ(viewModel->problem(), "");
+}
+
+TEST_F(SessionsViewModelTest, SaysWhyAnActionFailedInTheLanguageOfNow) {
+  start();
+  app->setPaused(true);
+  andRefresh([this] { viewModel->focus(idOf(1)); });
+  EXPECT_TRUE(viewModel->problem().startsWith("MCP change operations are paused."));
+  {
+    const auto korean = Translation::installed(Language::korean);
+    EXPECT_FALSE(viewModel->problem().contains("MCP change operations"));
+  }
+  QLocale::setDefault(QLocale::system());
 }
 
 TEST_F(SessionsViewModelTest, IgnoresWhatDoesNotExist) {

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "BridgeModels/Json/JsonReader.h"
 #include "VelmoraApp/Settings/MCPConnectionViewModel.h"
 #include "tests/VelmoraApp/ModelRows.h"
@@ -10,8 +12,6 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::HasSubstr;
-using ::testing::Not;
-using ::testing::StartsWith;
 
 constexpr const char* awkwardPath = "/opt/my \"own\" tools/한국어/velmora";
 
@@ -41,6 +41,23 @@ TEST(MCPConnectionViewModel, WritesTheCommandsOfOpenClaw) {
       "openclaw mcp add terminal --command \"/opt/my tools/velmora\"\nopenclaw mcp doctor terminal --probe");
 }
 
+TEST(MCPConnectionViewModel, ShowsTheFormThatIsChosenEverywhere) {
+  MCPConnectionViewModel page(contextWith("/opt/velmora"));
+  EXPECT_FALSE(page.extended());
+  const auto plain = page.configuration();
+  EXPECT_FALSE(plain.contains("--extended"));
+  page.setExtended(true);
+  for (const auto& text : {page.configuration(), page.openClawConfiguration(), page.clientSnippet()})
+    EXPECT_TRUE(text.contains("--extended")) << text.toStdString();
+  EXPECT_EQ(page.openClawCommands(), "") << "they cannot ask for it";
+  for (int index = 0; index < static_cast<int>(page.clientNames().size()); ++index) {
+    page.setClientIndex(index);
+    EXPECT_TRUE(page.clientSnippet().contains("--extended")) << page.clientNames()[index].toStdString();
+  }
+  page.setExtended(false);
+  EXPECT_EQ(page.configuration(), plain);
+}
+
 TEST(MCPConnectionViewModel, SaysWhenTheHelperIsMissing) {
   EXPECT_TRUE(MCPConnectionViewModel(contextWith(awkwardPath, /*isThere=*/false)).helperMissing());
   EXPECT_FALSE(MCPConnectionViewModel(contextWith(awkwardPath)).helperMissing());
@@ -57,11 +74,11 @@ TEST(MCPConnectionViewModel, SaysWhereTheHelperIsTakenToBe) {
       "This configuration assumes Velmora.app is installed in /Applications. No URL, port, or network authentication is used.");
 }
 
-TEST(MCPConnectionViewModel, HasTheSnippetOfEveryOtherClient) {
+TEST(MCPConnectionViewModel, HasTheSnippetOfEveryClient) {
   MCPConnectionViewModel page(contextWith(awkwardPath));
   const auto names = testing::texts(page.clientNames());
   EXPECT_THAT(names, Contains("VS Code"));
-  EXPECT_THAT(names, Not(Contains(StartsWith("OpenClaw"))));
+  EXPECT_EQ(std::count(names.begin(), names.end(), "OpenClaw"), 1) << "not its commands too";
   for (int index = 0; index < static_cast<int>(names.size()); ++index) {
     page.setClientIndex(index);
     EXPECT_EQ(page.clientIndex(), index);

@@ -54,6 +54,17 @@ TEST_F(PrivacySettingsViewModelTest, ShowsWhatIsStored) {
               ElementsAre("Safe: managed sessions only", "Selective: existing sessions start read-only"));
 }
 
+TEST_F(PrivacySettingsViewModelTest, SaysWhatKeepingAndDeletingComeToTogether) {
+  start();
+  EXPECT_EQ(settings->historyCaption(), "The history is kept in memory only, until Velmora ends.");
+  settings->setPersistentHistoryEnabled(true);
+  settings->setDeleteOnAppExit(true);
+  EXPECT_EQ(settings->historyCaption(),
+            "The history is on disk while Velmora runs, and deleted when it ends.");
+  settings->setDeleteOnAppExit(false);
+  EXPECT_EQ(settings->historyCaption(), "The history stays on disk when Velmora ends.");
+}
+
 TEST_F(PrivacySettingsViewModelTest, EveryControlSavesAtOnce) {
   start();
   PrivacyRetentionSettings expected;

@@ -17,35 +17,36 @@ def sessions(window):
 
 def run(window):
     for section in ("Dashboard", "Sessions", "History", "Settings", "Help"):
-        window.see("list item", section)
+        window.see("page tab", section)
 
     window.press("push button", "Pause MCP changes")
     window.see("label", "Bridge: Paused")
     window.press("push button", "Resume MCP changes")
     window.see("label", "Bridge: Active")
 
-    window.press("list item", "Sessions")
+    window.press("page tab", "Sessions")
     everything = sessions(window)
     assert len(everything) == 5, everything
-    window.act("check box", "Busy", "Toggle")
+    window.act("check box", "Show busy", "Toggle")
     eventually(lambda: len(sessions(window)) == 3, "busy sessions are hidden")
-    window.press("check box", "Busy")
+    window.press("check box", "Show busy")
     eventually(lambda: sessions(window) == everything, "busy sessions are back")
 
     window.press("combo box", "Permission")
+    assert window.see("list item", "readOnly").description == "Agents read only"
     window.press("list item", "blocked")
     eventually(lambda: window.see("combo box", "Permission").description == "blocked", "the session is blocked")
 
-    window.press("list item", "Help")
+    window.press("page tab", "Help")
     window.press("combo box", "Language")
     window.press("list item", "한국어")
-    window.see("label", "설치 위치")
+    window.see("heading", "설치 위치")
     window.press("push button", "설치 경로 복사")
     window.see("alert", "복사됨")
 
-    window.press("list item", "History")
+    window.press("page tab", "History")
     window.press("push button", "Clear")
-    window.see("label", "Delete Velmora history?")
+    window.see("heading", "Delete Velmora history?")
     window.press("push button", "Delete History")
     window.see("label", "No requests yet")
 

@@ -7,7 +7,8 @@ import os
 import pathlib
 import signal
 import sys
-import time
+
+import pyatspi
 
 from accessible_window import AccessibleWindow, eventually
 from desktop import check, play
@@ -25,10 +26,14 @@ def calls_arrive_while_the_window_is_open(desktop, window, client):
         "its record appears in the window",
         eventually(lambda: any("terminal_send_command" in name for name in window.names("list item")), "a record"),
     )
+    says = lambda start, part: any(name.startswith(start) and part in name for name in window.names("label"))
+    check("the dashboard says who did what", eventually(lambda: says("Last: ", " sent a command to "), "the last deed"))
+    check("and who is connected", eventually(lambda: says("", " in the last 10 minutes, "), "a connected client"))
     return session
 
 
 def pausing_holds_at_once(desktop, window, client, tray, session):
+    check("the tray counts the client", eventually(lambda: "Clients: 1" in tray.labels(), "one client"))
     icon = tray.property("IconPixmap")
     window.press("push button", "Pause MCP changes")
     window.see("label", "Bridge: Paused")
@@ -47,7 +52,7 @@ def pausing_holds_at_once(desktop, window, client, tray, session):
 
 
 def permissions_hold(window, client, session):
-    window.press("list item", "Sessions")
+    window.press("page tab", "Sessions")
     window.press("combo box", "Permission")
     window.press("list item", "blocked")
     eventually(
@@ -68,16 +73,16 @@ def permissions_hold(window, client, session):
 
 
 def a_hung_terminal_leaves_the_window_alone(desktop, window):
-    window.press("list item", "Dashboard")
+    window.press("page tab", "Dashboard")
     os.kill(desktop.tmux_server, signal.SIGSTOP)
     try:
         window.press("push button", "Refresh")
-        started = time.monotonic()
         window.press("push button", "Pause MCP changes")
         window.see("label", "Bridge: Paused")
         window.press("push button", "Resume MCP changes")
         window.see("label", "Bridge: Active")
-        check("while tmux hangs the window answers within two seconds", time.monotonic() - started < 2)
+        # What was asked of tmux gives up after five seconds.
+        check("the window answers while it still waits for tmux", not window.shows("label", "Status: unavailable"))
         window.see("label", "Status: unavailable")
         check("and says that the terminal is unavailable", True)
     finally:
@@ -86,16 +91,26 @@ def a_hung_terminal_leaves_the_window_alone(desktop, window):
 
 
 def the_history_is_searched_and_cleared(window):
-    window.press("list item", "History")
+    window.press("page tab", "History")
     window.press("push button", "Clear")
-    window.see("label", "Delete Velmora history?")
+    window.see("heading", "Delete Velmora history?")
     window.press("push button", "Delete History")
     window.see("label", "No requests yet")
     check("the history is cleared after a confirmation", True)
 
 
+def keys_reach_the_sections(desktop, window):
+    for key, title in (("ctrl+comma", "Settings"), ("ctrl+3", "Request History"), ("ctrl+1", "Dashboard")):
+        desktop.type("key", key)
+        window.see("heading", title)
+    check("keys show the sections", True)
+    desktop.type("key", "ctrl+f")
+    search = window.see("text", "Search history")
+    check("and the search", eventually(lambda: search.getState().contains(pyatspi.STATE_FOCUSED), "the search has the keyboard"))
+
+
 def the_switch_hides_and_shows_the_tray(window, tray):
-    window.press("list item", "Settings")
+    window.press("page tab", "Settings")
     window.act("check box", "Show Velmora in the tray", "Toggle")
     eventually(lambda: not tray.answers(), "the status item is gone")
     check("switched off, the tray's entry goes at once", True)
@@ -129,6 +144,7 @@ def with_a_tray(desktop):
     pausing_holds_at_once(desktop, window, client, tray, session)
     permissions_hold(window, client, session)
     a_hung_terminal_leaves_the_window_alone(desktop, window)
+    keys_reach_the_sections(desktop, window)
     the_history_is_searched_and_cleared(window)
     the_switch_hides_and_shows_the_tray(window, tray)
     closing_hides_and_a_second_start_brings_back(desktop, app, window, client, tray)
@@ -162,10 +178,10 @@ def without_a_tray(desktop):
     check("the history is kept on disk when asked for", eventually(history.exists, "history.json"))
     eventually(desktop.window_is_visible, "the window is there")
     desktop.close_window()
-    window.see("label", "Close Velmora?")
+    window.see("heading", "Close Velmora?")
     check("without a tray, closing says that it quits", app.poll() is None)
     window.press("push button", "Cancel")
-    eventually(lambda: not window.shows("label", "Close Velmora?"), "the question is gone")
+    eventually(lambda: not window.shows("heading", "Close Velmora?"), "the question is gone")
     check("cancelled, it goes on", client.code("terminal_status") == "ok")
     window.press("push button", "Quit Velmora")
     check("quitting from the window ends it well", app.wait(10) == 0)

@@ -43,11 +43,11 @@ def end(app):
 
 
 def is_at(window, step):
-    return window.see("label", TITLES[step])
+    return window.see("heading", TITLES[step])
 
 
 def permission_of_the_session(window):
-    window.press("list item", "Sessions")
+    window.press("page tab", "Sessions")
     return window.see("combo box", "Permission").description
 
 
@@ -55,7 +55,7 @@ def by_the_accessibility_bus(desktop):
     app = desktop.start()
     window = AccessibleWindow("Velmora")
     is_at(window, 0)
-    check("the introduction stands in place of the sections", not window.shows("list item", "Dashboard"))
+    check("the introduction stands in place of the sections", not window.shows("page tab", "Dashboard"))
     client = HelperClient(programs / "velmora", desktop.environment)
     check("clients are served meanwhile", client.code("terminal_status") == "ok")
     found = client.call("terminal_list_sessions")["data"]["sessions"][0]
@@ -70,11 +70,15 @@ def by_the_accessibility_bus(desktop):
         check(f"step {step + 1} stores nothing", nothing_is_stored(desktop))
         window.press("push button", "Continue")
     is_at(window, 3)
+    window.press("push button", "Test the connection")
+    window.see("label", "The helper reached Velmora. This is the answer that it got:")
+    answer = window.see("text", "Answer").queryText().getText(0, -1)
+    check("the helper is tested, and the user sees its answer", "paused" in answer and "available, 1 window" in answer)
     window.press("push button", "Back")
     window.press("push button", "Continue")
     check("nor does the last", nothing_is_stored(desktop))
     window.press("push button", "Finish")
-    window.see("list item", "Dashboard")
+    window.see("page tab", "Dashboard")
     check("finished, the sections are there", not window.shows("push button", "Finish"))
     expected = {"onboardingCompleted": "true", "sessionPolicy": "selective"}
     check("the choice is among the user's defaults", stored_defaults(desktop) == expected)
@@ -89,18 +93,18 @@ def by_the_accessibility_bus(desktop):
 
     app = desktop.start()
     window = AccessibleWindow("Velmora")
-    window.see("list item", "Dashboard")
+    window.see("page tab", "Dashboard")
     check("a second start needs no introduction", not window.shows("push button", "Continue"))
     check("and keeps the policy", permission_of_the_session(window) == "readOnly")
-    window.press("list item", "Help")
-    window.see("label", "2. Register the stdio Helper")
+    window.press("page tab", "Help")
+    window.see("heading", "2. Register the stdio Helper")
     check("the help is in English", window.see("combo box", "Language").description == "English")
     end(app)
 
     app = desktop.start(LC_ALL="ko_KR.UTF-8")
     window = AccessibleWindow("Velmora")
-    window.press("list item", "Help")
-    window.see("label", "2. stdio 헬퍼 등록")
+    window.press("page tab", "도움말")
+    window.see("heading", "2. stdio 헬퍼 등록")
     check("in a Korean session it is in Korean", window.see("combo box", "언어").description == "한국어")
     end(app)
 
@@ -127,7 +131,7 @@ def by_the_keyboard(desktop):
     is_at(window, 0)
     check("it comes again", app.poll() is None)
     desktop.close_window()
-    window.see("label", "Close Velmora?")
+    window.see("heading", "Close Velmora?")
     window.press("push button", "Quit Velmora")
     check("closing the window ends it well", app.wait(10) == 0)
     check("and leaves the introduction due", nothing_is_stored(desktop))
@@ -136,7 +140,7 @@ def by_the_keyboard(desktop):
     window = AccessibleWindow("Velmora")
     is_at(window, 0)
     desktop.type("key", "Return", "Return", "Down", "Return", "Return")
-    window.see("list item", "Dashboard")
+    window.see("page tab", "Dashboard")
     window.see("label", "Bridge: Active")
     check("the policy is saved", policy_is_saved(desktop))
     check("settings that were there stay", stored_settings(desktop)["retentionDays"] == 30)

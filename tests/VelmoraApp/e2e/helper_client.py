@@ -2,6 +2,7 @@
 
 import json
 import subprocess
+import time
 
 
 class HelperClient:
@@ -26,8 +27,13 @@ class HelperClient:
         return answer["result"]
 
     def call(self, tool, **arguments):
-        """The tool's own result: `ok` with `data`, or `error`."""
-        return self.request("tools/call", {"name": tool, "arguments": arguments})["structuredContent"]
+        """The tool's own result: `ok` with `data`, or `error`. A shell that has just started is waited for."""
+        end = time.monotonic() + 10
+        while True:
+            result = self.request("tools/call", {"name": tool, "arguments": arguments})["structuredContent"]
+            if result["ok"] or result["error"]["code"] != "SESSION_BUSY" or time.monotonic() > end:
+                return result
+            time.sleep(0.05)
 
     def code(self, tool, **arguments):
         """The error's code, or "ok"."""

@@ -36,9 +36,24 @@ def general(desktop, window):
     window.act("check box", "Show Velmora in the tray", "Toggle")
     eventually(lambda: "menuBarEnabled=false" in desktop.user_defaults.read_text(), "the tray is switched off")
     check("the tray switch is among the user's defaults", True)
-    window.see("label", "tmux")
-    check("the permissions say that tmux is there", window.shows("label", "A tmux server of yours is running, and Velmora may use it."))
-    check("a program that no package holds has no updates", "Check for Updates…" in window.names("push button"))
+    check("the permissions name tmux", window.holds("label", "tmux"))
+    check("and say that it is there", window.holds("label", "A tmux server of yours is running, and Velmora may use it."))
+    check("a program that no package holds has no updates", window.holds("push button", "Check for Updates…"))
+
+
+def language(desktop, window):
+    window.scroll_to("combo box", "Language")
+    window.press("combo box", "Language")
+    window.press("list item", "한국어")
+    for section in ("대시보드", "세션", "기록", "설정", "도움말"):
+        window.see("page tab", section)
+    check("the whole window speaks Korean at once", window.holds("check box", "로그인할 때 실행"))
+    check("and no English", not window.holds("check box", "Launch at login"))
+    check("the language is among the user's defaults", "language=ko" in desktop.user_defaults.read_text())
+    window.press("combo box", "언어")
+    window.press("list item", "English")
+    window.see("page tab", "Dashboard")
+    check("and English again", window.see("combo box", "Language").description == "English")
 
 
 def privacy(desktop, window):
@@ -47,9 +62,9 @@ def privacy(desktop, window):
     check("metadata is kept", comes_to_store(desktop, "persistentHistoryEnabled", True))
     before = desktop.settings.read_text()
     window.press("check box", "Store command bodies")
-    window.see("label", "Sensitive data warning")
+    window.see("heading", "Sensitive data warning")
     window.press("push button", "Cancel")
-    eventually(lambda: not window.shows("label", "Sensitive data warning"), "the warning is gone")
+    eventually(lambda: not window.shows("heading", "Sensitive data warning"), "the warning is gone")
     check("a cancelled warning leaves the file alone", desktop.settings.read_text() == before)
     window.press("check box", "Store command bodies")
     window.press("push button", "Enable")
@@ -63,9 +78,9 @@ def privacy(desktop, window):
     window.scroll_to("push button", "Make the 1 known session read-only now")
     window.press("push button", "Make the 1 known session read-only now")
     eventually(lambda: "Make the 1 known session read-only now" not in window.names("push button"), "it is done")
-    window.press("list item", "Sessions")
+    window.press("page tab", "Sessions")
     check("the session that was known is read-only", window.see("combo box", "Permission").description == "readOnly")
-    window.press("list item", "Settings")
+    window.press("page tab", "Settings")
 
 
 def connection(window):
@@ -83,8 +98,9 @@ def connection(window):
 def settings_by_the_accessibility_bus(desktop):
     app = desktop.start()
     window = AccessibleWindow("Velmora")
-    window.press("list item", "Settings")
+    window.press("page tab", "Settings")
     general(desktop, window)
+    language(desktop, window)
     privacy(desktop, window)
     connection(window)
     app.send_signal(signal.SIGTERM)

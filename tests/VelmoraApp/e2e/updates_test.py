@@ -40,7 +40,7 @@ def updates(desktop):
     window = AccessibleWindow("Velmora")
     eventually(tray.has_item, "the status item is there")
     check("PackageKit is left alone until somebody wants it", not calls)
-    window.press("list item", "Settings")
+    window.press("page tab", "Settings")
     sees_the_last_check(window)
     check("the settings ask whose the program is", calls[-1] == "SearchFiles")
 
@@ -64,7 +64,7 @@ def updates(desktop):
     window = AccessibleWindow("Velmora")
     eventually(lambda: len(calls) > before, "PackageKit is asked at the start")
     check("switched on, it is there from the start", calls[before + 1] == "SearchFiles")
-    window.press("list item", "Settings")
+    window.press("page tab", "Settings")
     sees_the_last_check(window)
     check("and looks once a day", "RefreshCache" not in calls[before:] and len(system.notifications.shown) == 1)
     app.send_signal(signal.SIGTERM)

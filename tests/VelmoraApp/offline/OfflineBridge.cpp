@@ -3,7 +3,9 @@
 #include <QtCore/QLocale>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
+#include <QtQml/QQmlEngine>
 
+#include "BridgeCore/ErrorCatalogue.h"
 #include "VelmoraApp/AppModel/Texts.h"
 #include "tests/support/FakeTime.h"
 #include "tests/support/Files.h"
@@ -31,8 +33,7 @@ AppModelOptions optionsFor(const Scenario& scenario, const TemporaryDirectory& h
     fake->runtimeStatus = {
         .running = count > 0, .windowCount = count, .permission = AutomationPermission::granted};
     if (scenario.denied) {
-      fake->failWith("status", refusal(ErrorCode::automationPermissionDenied,
-                                       "Permission to control Terminal.app was denied."));
+      fake->failWith("status", catalogue::automationPermissionDenied("status", {}));
     }
     terminal = fake.get();
     return fake;
@@ -66,10 +67,11 @@ void OfflineBridge::setScenario(const QString& name) {
   if (!data.otherBridge) {  // whose files these are otherwise
     auto settings = coordinator.settingsStore().current();
     settings.maximumRecordCount = 10000;
+    settings.persistentHistoryEnabled = settings.storeCommandBody = settings.storeOutputPreview =
+        data.keepsTexts;
     coordinator.settingsStore().save(settings);
   }
   coordinator.recorder().replace(std::move(data.records));
-  coordinator.statusService().updateClients(data.clients);
   if (!data.firstRun) coordinator.setPaused(data.paused);
   makeServices(data);
   desktop_.defaults.set(userDefault::onboardingCompleted, !data.firstRun);
@@ -78,16 +80,27 @@ void OfflineBridge::setScenario(const QString& name) {
       *model_, *firstRun_,
       GeneralSettingsSources{.desktop = desktop_,
                              .menuBar = *menuBar_,
+                             .language = *language_,
                              .launchAtLogin = *launchAtLogin_,
                              .updater = [this]() -> UpdaterService& { return *updaterService_; }});
   connect(model_.get(), &AppModel::refreshingChanged, this, [this] {
-    if (ready_ || model_->isRefreshing()) {
-      return;
-    }
-    ready_ = true;
-    Q_EMIT readyChanged();
+    refreshed_ = refreshed_ || !model_->isRefreshing();
+    noticeReady();
   });
+  connect(model_.get(), &AppModel::recordsChanged, this, &OfflineBridge::noticeReady);
+  connect(model_.get(), &AppModel::settingsChanged, this, &OfflineBridge::noticeReady);
   Q_EMIT scenarioChanged();
+}
+
+// The records and the settings arrive after the refresh that asked for them.
+void OfflineBridge::noticeReady() {
+  auto& core = model_->coordinator();
+  if (ready_ || !refreshed_ || model_->records() != core.recorder().snapshot() ||
+      model_->settings() != core.settingsStore().current()) {
+    return;
+  }
+  ready_ = true;
+  Q_EMIT readyChanged();
 }
 
 void OfflineBridge::makeServices(const Scenario& scenario) {
@@ -97,6 +110,9 @@ void OfflineBridge::makeServices(const Scenario& scenario) {
     desktop_.context.installPath = "/Applications/Velmora.app";
     desktop_.context.helperPath = "/Applications/Velmora.app/Contents/Helpers/velmora";
   }
+  language_ = std::make_unique<LanguagePreference>(desktop_.defaults, desktop_.context.preferredLanguages);
+  speak();
+  connect(language_.get(), &LanguagePreference::changed, this, &OfflineBridge::speak);
   menuBar_ = std::make_unique<MenuBarPreference>(desktop_.defaults);
   menuBar_->setHasPlace(true);
   launchAtLogin_ = std::make_unique<LaunchAtLoginController>(desktop_);
@@ -104,6 +120,15 @@ void OfflineBridge::makeServices(const Scenario& scenario) {
   updater->lastCheck = Date{scenarioTime().secondsSinceReferenceDate - 3600};
   updater_ = updater.get();
   updaterService_ = std::make_unique<UpdaterService>(std::move(updater), scenarioTime);
+}
+
+// As the application does.
+void OfflineBridge::speak() {
+  translation_ = Translation::installed(language_->language());
+  if (!viewModels_) return;
+  viewModels_->retranslate(language_->language());
+  Q_EMIT languageChanged();
+  if (auto* engine = qmlEngine(this)) engine->retranslate();
 }
 
 QString OfflineBridge::settingsFile() const {

@@ -7,6 +7,7 @@
 #include <QtCore/QStringList>
 #include <memory>
 
+#include "VelmoraApp/AppModel/Translation.h"
 #include "VelmoraApp/Navigation/ViewModels.h"
 #include "tests/VelmoraApp/FakeDesktop.h"
 #include "tests/VelmoraApp/offline/Scenario.h"
@@ -30,7 +31,9 @@ class OfflineBridge : public QObject {
 
   QString scenarioName() const { return scenarioName_; }
   void setScenario(const QString& name);
-  bool ready() const { return ready_; }  ///< Whether the first refresh is over.
+  bool ready() const {
+    return ready_;
+  }  ///< Whether the model shows what the first refresh found, and all else.
   ViewModels* viewModels() { return viewModels_.get(); }
 
   /// What the terminal was asked, in order: "focus(/dev/pts/1, 1)".
@@ -63,18 +66,24 @@ class OfflineBridge : public QObject {
  Q_SIGNALS:
   void scenarioChanged();
   void readyChanged();
+  void languageChanged();
 
  private:
   void makeServices(const Scenario& scenario);
+  void noticeReady();
+  void speak();
 
   TemporaryDirectory home_;
   QString scenarioName_;
   bool ready_ = false;
+  bool refreshed_ = false;
   FakeTerminal* terminal_ = nullptr;  // the model's
   FakeDesktop desktop_{QString::fromStdString((home_ / "defaults.ini").string())};
   std::unique_ptr<FirstRunController> firstRun_;
   std::unique_ptr<BridgeHost> otherBridge_;
   std::unique_ptr<AppModel> model_;
+  std::unique_ptr<LanguagePreference> language_;
+  std::unique_ptr<Translation> translation_;
   std::unique_ptr<MenuBarPreference> menuBar_;
   std::unique_ptr<LaunchAtLoginController> launchAtLogin_;
   FakeUpdater* updater_ = nullptr;  // the service's

@@ -66,14 +66,6 @@ std::vector<MCPRequestRecord> records(const std::vector<Request>& requests) {
   return result;
 }
 
-ClientIdentity connected(std::uint64_t number, const ClientIdentitySummary& client) {
-  return {.connectionId = numberedUuid(number),
-          .name = client.name,
-          .version = client.version,
-          .connectedAt = scenarioTime(),
-          .lastSeenAt = scenarioTime()};
-}
-
 Scenario full() {
   using enum RequestStatus;
   return {
@@ -89,13 +81,13 @@ Scenario full() {
            "> velmora@0.1.0 dev\n> vite --host\n\n  ready in 412 ms\n  local: http://localhost:5173/"},
           {40, ToolName::sendCommand, rejected, "deploy@machine: ssh", "", "",
            "This Terminal session is not allowed for the requested operation."},
-          {39, ToolName::listSessions, readComplete, "", "", "", "", kReviewer},
           {31, ToolName::createSession, delivered},
           {30, ToolName::sendCommand, delivered, "velmora: zsh", "git switch -c mend-the-parser"},
           {24, ToolName::sendKey, delivered, "notes: vim README.md"},
           {12, ToolName::captureScreen, failed, "notes: vim README.md", "", "",
-           "The Terminal window could not be captured."},
+           "Terminal screen capture is unavailable."},
           {9, ToolName::focusSession, delivered, "한국어 문서 다듬기"},
+          {6, ToolName::listSessions, readComplete, "", "", "", "", kReviewer},
           {4, ToolName::sendCommand, delivered, "velmora: zsh",
            "cmake --build --preset dev && ctest --preset dev --output-on-failure"},
           {2, ToolName::readOutput, readComplete, "velmora: zsh", "",
@@ -103,7 +95,6 @@ Scenario full() {
            "Total Test time (real) = 48.20 sec"},
           {0.1, ToolName::sendCommand, processing, "velmora: zsh"},
       }),
-      .clients = {connected(1, kAgent), connected(2, kReviewer)},
   };
 }
 
@@ -120,9 +111,14 @@ Scenario longTexts() {
           .records = records({{3, ToolName::readOutput, RequestStatus::readComplete, title, "", output},
                               {2, ToolName::sendCommand, RequestStatus::delivered, title,
                                "for file in *.txt; do " + std::string(400, 'x') + "; done"},
-                              {1, ToolName::getActiveSession, RequestStatus::failed, title, "", "",
-                               "The terminal said something at length. " + std::string(300, 'y')}}),
-          .clients = {connected(1, {title, std::string(80, '9')})}};
+                              {1,
+                               ToolName::getActiveSession,
+                               RequestStatus::failed,
+                               title,
+                               "",
+                               "",
+                               "The terminal said something at length. " + std::string(300, 'y'),
+                               {title, std::string(80, '9')}}})};
 }
 
 Scenario many() {
@@ -131,7 +127,7 @@ Scenario many() {
     result.tabs.push_back(namedTab(number, "session " + std::to_string(number), number % 5 == 0));
   }
   const auto some = full().records;
-  for (std::uint64_t number = 0; number < 10000; ++number) {
+  for (std::uint64_t number = 0; number < 9990; ++number) {
     auto copy = some[number % some.size()];
     copy.requestId = numberedUuid(10000 + number);
     copy.receivedAt = Date{scenarioTime().secondsSinceReferenceDate - static_cast<double>(10000 - number)};
@@ -172,6 +168,11 @@ Scenario scenario(const std::string& name) {
     auto result = full();
     result.firstRun = name != "macOS";
     result.terminalApp = name != "firstRun";
+    return result;
+  }
+  if (name == "kept") {
+    auto result = full();
+    result.keepsTexts = true;
     return result;
   }
   if (name == "other" || name == "deaf") {

@@ -22,7 +22,7 @@ constexpr int kSettled = 700;
 
 // Does nothing for an empty name.
 void showLanguage(velmora::HelpViewModel& help, const QString& name) {
-  if (const auto language = velmora::fromWireText<velmora::HelpLanguage>(name)) {
+  if (const auto language = velmora::fromWireText<velmora::Language>(name)) {
     help.setLanguageIndex(static_cast<int>(*language));
   }
 }
@@ -42,7 +42,8 @@ int main(int argc, char** argv) {
   QCommandLineParser arguments;
   arguments.addHelpOption();
   arguments.addOption(
-      {"scenario", "full, empty, paused, denied, long, many, macOS, firstRun, firstRunMacOS, other or deaf.",
+      {"scenario",
+       "full, empty, paused, denied, long, many, macOS, firstRun, firstRunMacOS, other, deaf or kept.",
        "name", "full"});
   arguments.addOption({"section", "dashboard, sessions, history, settings or help.", "name", "dashboard"});
   arguments.addOption({"page", "Of the settings, from 0.", "number", "0"});

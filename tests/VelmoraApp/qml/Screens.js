@@ -10,6 +10,11 @@ function all(item, wanted) {
     return found;
 }
 
+// Whether `item` and all below it have their places: what has just been shown gets them with the next frame.
+function isLaidOut(testCase, item) {
+    return all(item, child => testCase.isPolishScheduled(child)).length === 0;
+}
+
 function named(item, name) {
     return all(item, child => child.objectName === name);
 }

@@ -55,6 +55,7 @@ Item {
         function test_itShowsTheStateOfTheBridgeAndTheTerminal() {
             open("full");
             tryVerify(() => named("sessionCount").value === "5");
+            tryVerify(() => named("lastRequest").value === "14:05:30");
             compare(row("bridgeState"), ["Bridge", "Active", "bolt.horizontal"]);
             compare(row("automation"), ["Automation", "granted", "lock.shield"]);
             compare(row("windowCount"), ["Windows", "5", "macwindow"]);
@@ -69,8 +70,37 @@ Item {
             open("full");
             tryVerify(() => named("client1") !== undefined);
             verify(Screens.texts(view).includes("Connected clients"));
-            compare(named("client0").text, "Coding agent 2.1.0");
-            compare(named("client1").text, "Review bot 0.9");
+            compare(Screens.texts(named("client0")), ["Coding agent 2.1.0", "4 requests in the last 10 minutes, one is under way"]);
+            compare(Screens.texts(named("client1")), ["Review bot 0.9", "1 request in the last 10 minutes, the last at 13:59:30"]);
+        }
+
+        function test_itSaysOnTopWhatAnAgentIsDoingAndDidLast() {
+            open("full");
+            compare(named("nowTitle").text, "Coding agent is sending a command to velmora: zsh (/dev/pts/1)");
+            compare(named("nowDetail").text, "since 14:05:24");
+            compare(named("lastDeed").text, "Last: Coding agent read velmora: zsh (/dev/pts/1), 14:03:30");
+            const now = named("now");
+            for (const name of ["togglePause", "nowTitle"])
+                verify(Screens.named(now, name)[0]);
+            verify(now.mapToItem(view, 0, 0).y < named("bridgeState").mapToItem(view, 0, 0).y);
+        }
+
+        function test_whatAnAgentDidLastFollows() {
+            open("empty");
+            tryVerify(() => named("lastDeed").text === "Last: no agent has called yet");
+            compare(named("nowTitle").text, "No agent is at work");
+            compare(bridge.sendCommand("00000000-0000-0000-0000-00000000FFFF", "ls"), "SESSION_NOT_FOUND");
+            tryVerify(() => named("lastDeed").text.startsWith("Last: Coding agent tried to send a command to "));
+            verify(named("lastProblem").text.length > 0);
+        }
+
+        function test_eachStateSaysWhatItMeans() {
+            open("paused");
+            tryVerify(() => named("sessionCount").value === "5");
+            compare(named("bridgeState").caption, "Agents may read, but change nothing.");
+            compare(named("terminalState").caption, "tmux is running.");
+            compare(named("automation").detail, "Velmora may use tmux.");
+            compare(named("sessionCount").caption, "Agents may type into 3 of them.");
         }
 
         function test_thePauseButtonStopsAndResumesChanges() {
@@ -115,7 +145,7 @@ Item {
             tryVerify(() => named("requests") !== undefined);
             const list = named("requests");
             tryCompare(list, "count", 5);
-            compare(Screens.rows(list)[2].toolName, "terminal_send_command");
+            compare(Screens.rows(list)[0].toolName, "terminal_send_command");
             compare(bridge.sendCommand(bridge.firstSession(), "ls"), "");
             tryVerify(() => Screens.rows(list)[0].status === "delivered");
             compare(list.count, 5);

@@ -221,6 +221,44 @@ TestCase {
         }
     }
 
+    function test_theChoiceShowsTheSessionsThatItIsAbout() {
+        open("firstRun");
+        onboarding.next();
+        onboarding.next();
+        tryVerify(() => part("foundSessions") !== undefined);
+        compare(part("foundSessions").text, "Open now: velmora: zsh, server: npm run dev, notes: vim README.md, 2 more");
+        verify(part("policyConsequence").text.startsWith("Agents will be able to type into all of these"));
+        keyClick(Qt.Key_Down);
+        compare(part("policyConsequence").text, "Agents will type into none of these unless you allow it.");
+    }
+
+    function test_theLastStepHasTheConfigurationOfEachClientToCopy() {
+        open("firstRunMacOS");
+        goTo(3);
+        const picker = part("clientPicker");
+        verify(picker.count > 5);
+        for (let row = 0; row < picker.count; ++row) {
+            onboarding.connection.clientIndex = row;
+            verify(part("clientSnippet").text.includes("/velmora"), picker.currentText);
+            part("copyClientSnippet").forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Space);
+            compare(bridge.pasteboard(), part("clientSnippet").text);
+        }
+    }
+
+    function test_theConnectionIsTestedByTheHelperItself() {
+        open("firstRunMacOS");
+        goTo(3);
+        compare(part("testResult"), undefined);
+        part("testConnection").forceActiveFocus(Qt.TabFocusReason);
+        const bottom = () => part("testConnection").mapToItem(part("onboardingPage"), 0, part("testConnection").height).y;
+        tryVerify(() => bottom() <= part("onboardingPage").height, 5000, "it is scrolled into sight");
+        keyClick(Qt.Key_Space);
+        tryVerify(() => part("testResult") !== undefined);
+        verify(part("testResult").text.includes("/Contents/Helpers/velmora could not be started."));
+        verify(part("testConnection").enabled);
+    }
+
     function test_closingTheWindowLeavesItDue() {
         open("firstRunMacOS");
         goTo(3);
@@ -247,11 +285,14 @@ TestCase {
             tryVerify(() => part("onboardingPage").height > window.height / 2);
             const outside = Screens.all(part("onboarding"), item => {
                     const corner = item.mapToItem(null, 0, 0);
+                    const scrolls = index === 3 && item.objectName !== "onboardingForward";
+                    if (scrolls && corner.y + item.height > window.height)
+                        return corner.x < 0 || corner.x + item.width > window.width;
                     return corner.x < 0 || corner.y < 0 || corner.x + item.width > window.width || corner.y + item.height > window.height || item.truncated === true;
                 });
             compare(outside.map(item => item.objectName), []);
             const page = part("onboardingPage");
-            verify(page.childrenRect.height < page.height);
+            verify(page.childrenRect.height <= page.height);
             verify(page.mapToItem(null, 0, page.height).y <= part("onboardingForward").mapToItem(null, 0, 0).y);
             onboarding.next();
         }

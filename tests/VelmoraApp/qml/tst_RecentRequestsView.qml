@@ -54,7 +54,7 @@ Item {
         }
 
         function test_aRequestSaysWhatWasAskedAndHowItEnded() {
-            open("full", 15);
+            open("full", 13);
             const sent = row(item => item.command.startsWith("cmake"));
             compare(label(sent, "toolName").text, "terminal_send_command");
             compare(label(sent, "status").text, "delivered");
@@ -66,8 +66,17 @@ Item {
             compare(label(sent, "note").text, "Delivered to Terminal; execution result is not tracked.");
         }
 
+        function test_aCommandWhoseTextWasNotKeptSaysSo() {
+            open("full", 13);
+            compare(bridge.sendCommand(bridge.firstSession(), "ls"), "");
+            tryCompare(list, "count", 14);
+            tryVerify(() => Screens.rows(list)[0].status === "delivered");
+            compare(label(Screens.rows(list)[0], "commandGap").text, "The text of this command was not kept.");
+            compare(label(row(item => item.command.startsWith("cmake")), "commandGap"), undefined);
+        }
+
         function test_onlyADeliveredCommandCarriesTheNote() {
-            open("full", 15);
+            open("full", 13);
             const noted = Screens.rows(list).filter(item => item.note !== "");
             verify(noted.length > 0);
             for (const item of noted)
@@ -75,30 +84,38 @@ Item {
         }
 
         function test_aRequestWithoutASessionSaysSo() {
-            open("full", 15);
+            open("full", 13);
             compare(row(item => item.toolName === "terminal_status").target, "No target");
         }
 
         function test_oneUnderWayHasNoEnd() {
-            open("full", 15);
+            open("full", 13);
             const running = row(item => item.status === "processing");
             verify(!label(running, "times").text.includes("Completed"));
         }
 
         function test_whatWasReadStandsUnderOutput() {
-            open("full", 15);
+            open("full", 13);
             const read = row(item => item.output !== "");
             compare(label(read, "output").label, "Output");
             verify(Screens.texts(read).includes(read.output));
         }
 
         function test_whatWentWrongIsSaid() {
-            open("full", 15);
-            compare(label(row(item => item.status === "failed"), "error").text, "The Terminal window could not be captured.");
+            open("full", 13);
+            compare(label(row(item => item.status === "failed"), "error").text, "Terminal screen capture is unavailable.");
+        }
+
+        function test_onlyWhatWentWrongHasAFilledBadge() {
+            open("full", 13);
+            for (const item of Screens.rows(list)) {
+                compare(label(item, "status").filled, ["rejected", "failed"].includes(item.status), item.status);
+                verify(label(item, "status").help.endsWith("."));
+            }
         }
 
         function test_aLongOutputUnfoldsAndFolds() {
-            open("long", 5);
+            open("long", 3);
             const read = row(item => item.output !== "");
             const folded = read.height;
             const button = label(read, "foldRequest");
@@ -112,7 +129,7 @@ Item {
         }
 
         function test_theNoteLeavesRoomForItsButton() {
-            open("long", 5);
+            open("long", 3);
             const sent = row(item => item.note !== "");
             const button = label(sent, "foldRequest");
             tryVerify(() => button.x > 0 && Math.abs(button.x + button.width - button.parent.width) < 1);
@@ -120,11 +137,12 @@ Item {
         }
 
         function test_theKeyboardUnfoldsTheCurrentRequest() {
-            open("long", 5);
+            open("long", 3);
             list.forceActiveFocus(Qt.TabFocusReason);
             for (let step = 0; step < 2; ++step)
                 keyClick(Qt.Key_Down);
             const read = list.currentItem;
+            verify(read.output !== "");
             const folded = read.height;
             keyClick(Qt.Key_Return);
             tryVerify(() => read.height > folded);

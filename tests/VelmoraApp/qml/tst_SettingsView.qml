@@ -29,6 +29,7 @@ Item {
     }
 
     TestCase {
+        id: test
         name: "SettingsView"
         when: windowShown
 
@@ -47,10 +48,12 @@ Item {
         function page(name) {
             mouseClick(named(name + "Tab"));
             tryVerify(() => named(name + "Settings") !== undefined);
+            tryVerify(() => Screens.isLaidOut(test, view));
         }
         // Scrolls a control into sight, as the keyboard does, and clicks it.
         function click(name, x) {
             const control = named(name);
+            tryVerify(() => Screens.isLaidOut(test, view));
             control.forceActiveFocus(Qt.TabFocusReason);
             waitForRendering(view);
             mouseClick(control, x);
@@ -101,6 +104,40 @@ Item {
             verify(!named("noTray"));
         }
 
+        function test_whatHoldsInWindowsOfAgentsIsSavedAtOnce() {
+            verify(!named("ownBusyInput").checked);
+            click("ownBusyInput");
+            tryVerify(() => stored().allowOwnBusySessionInput === true);
+            verify(named("shellIntegration").checked);
+            click("shellIntegration");
+            tryVerify(() => stored().shellIntegration === "off");
+            click("ownBusyInput");
+            tryVerify(() => stored().allowOwnBusySessionInput === undefined);
+            verify(!named("settingsProblem"));
+        }
+
+        function type(text) {
+            for (const character of text)
+                keyClick(character);
+            keyClick(Qt.Key_Return);
+        }
+        function test_anotherTmuxServerIsNamedByItsSocket() {
+            const field = named("tmuxSocket");
+            field.forceActiveFocus(Qt.TabFocusReason);
+            type("work");
+            compare(named("settingsProblem").text, "The path of a socket has to begin with /.");
+            compare(field.text, "work", "it can be mended");
+            compare(stored().tmuxSocket, undefined);
+            field.selectAll();
+            type("/t/work ");
+            tryVerify(() => stored().tmuxSocket === "/t/work");
+            tryCompare(field, "text", "/t/work");
+            verify(!named("settingsProblem"));
+            field.clear();
+            named("shellIntegration").forceActiveFocus(Qt.TabFocusReason);
+            tryVerify(() => stored().tmuxSocket === undefined);
+        }
+
         function test_updatesAreLookedForWhenThePersonAsks() {
             verify(named("lastChecked").text.startsWith("Last checked "));
             click("automaticUpdates");
@@ -148,13 +185,13 @@ Item {
         function test_theButtonsOfTheStepperStep() {
             page("privacy");
             const stepper = named("maximumRecordCountStepper");
-            compare(stepper.displayText, "10000 records");
+            compare(stepper.displayText, "10,000 records");
             stepper.forceActiveFocus(Qt.TabFocusReason);
             waitForRendering(view);
             mouseClick(stepper.up.indicator);
             compare(stepper.value, 10000);
             mouseClick(stepper.down.indicator);
-            compare(stepper.displayText, "9900 records");
+            compare(stepper.displayText, "9,900 records");
             tryVerify(() => stored().maximumRecordCount === 9900);
             named("outputPreviewMaxCharactersStepper").increase();
         }
@@ -241,6 +278,7 @@ Item {
             click("deleteOnAppExit");
             tryVerify(() => named("settingsProblem") !== undefined);
             verify(!named("deleteOnAppExit").checked);
+            waitForRendering(view);
             mouseClick(Screens.named(named("settingsProblem"), "dismissBanner")[0]);
             tryVerify(() => named("settingsProblem") === undefined);
         }
@@ -289,6 +327,18 @@ Item {
             compare(button.Accessible.name, "Copied");
             verify(bridge.pasteboard().includes(data.content), bridge.pasteboard());
             compare(bridge.pasteboard(), named(data.tag).text);
+        }
+
+        function test_theConnectionIsShownInTheFormThatIsChosen() {
+            page("connection");
+            const plain = named("configuration").text;
+            verify(named("openClawCommands"));
+            click("extendedForm");
+            verify(named("configuration").text.includes("--extended"));
+            verify(named("clientSnippet").text.includes("--extended"));
+            verify(!named("openClawCommands"), "they cannot ask for it");
+            click("extendedForm");
+            compare(named("configuration").text, plain);
         }
 
         function test_aCopiedButtonReturnsToItsTitle() {

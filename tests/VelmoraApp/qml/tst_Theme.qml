@@ -105,6 +105,29 @@ TestCase {
         verify(contrast(Theme.accent, back) >= 3);
     }
 
+    // A control is found by its border or its fill, as WCAG 1.4.11 asks.
+    function test_controlsStandOut_data() {
+        const rows = [];
+        const surfaces = ["window", "sidebar", "card", "control", "controlPressed", "well"];
+        for (const dark of [false, true]) {
+            for (const line of ["outline", "switchOff"])
+                rows.push(...surfaces.map(surface => [dark, line, surface]));
+            for (const surface of ["window", "card"])
+                rows.push([dark, "accentFill", surface]);
+            rows.push([dark, "knob", "switchOff"], [dark, "knob", "accentFill"], [dark, "dangerFill", "window"]);
+        }
+        return rows.map(row => ({
+                        "tag": `${row[1]} on ${row[2]}, ${row[0] ? "dark" : "light"}`,
+                        "dark": row[0],
+                        "line": row[1],
+                        "surface": row[2]
+                    }));
+    }
+    function test_controlsStandOut(row) {
+        Theme.dark = row.dark;
+        verify(contrast(Theme[row.line], Theme[row.surface]) >= 3, contrast(Theme[row.line], Theme[row.surface]));
+    }
+
     // What shows where the keyboard is stands out from all it may surround.
     function test_theFocusRingStandsOut_data() {
         const rows = [];
