@@ -1,18 +1,27 @@
 #!/usr/bin/env bash
-# Sets up, builds what ships with Debian's own flags, and makes the Debian package of it; the last line is its path.
-# Flags for CMake may follow: -DVELMORA_BUILD_APP=OFF makes a package without a window, which needs no Qt.
+# Sets up and makes the Debian packages of the tree as it is, with dpkg-buildpackage, in a copy of it: package.sh [FOLDER].
+# The packages are put into FOLDER, build/package unless given; the last lines are their paths. With
+# DEB_BUILD_PROFILES=pkg.velmora.noapp there is no package with the window, and Qt is not needed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
-export DEB_BUILD_MAINT_OPTIONS=hardening=+all
-CXXFLAGS="$(dpkg-buildflags --get CXXFLAGS) $(dpkg-buildflags --get CPPFLAGS) -DNDEBUG"
-LDFLAGS=$(dpkg-buildflags --get LDFLAGS)
-# The package holds no debug information; without it the build takes half the time.
-export CXXFLAGS=${CXXFLAGS/-g /} LDFLAGS
-launcher=()
-command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-cmake --preset package "${launcher[@]}" -DVELMORA_BUILD_APP=ON "$@" >&2
-cmake --build --preset package >&2
-cpack --config build/package/CPackConfig.cmake -B build/package >&2
-realpath build/package/*.deb
+folder=$(realpath -m "${1:-build/package}")
+case " ${DEB_BUILD_PROFILES:-} " in
+  *' pkg.velmora.noapp '*) scripts/setup.sh core ;;
+  *) scripts/setup.sh build ;;
+esac
+scripts/setup.sh package
+
+source=$folder/source
+rm -rf "$source"
+mkdir -p "$source"
+rm -f "$folder"/velmora*.{deb,ddeb,changes,buildinfo}
+git ls-files -z --deduplicate | xargs -0 ls -d 2>/dev/null | tar -c -T - | tar -x -C "$source" --no-same-owner
+if command -v ccache >/dev/null; then
+  # The build has a home of its own.
+  CCACHE_DIR=$(ccache --get-config cache_dir)
+  export CCACHE_DIR CMAKE_CXX_COMPILER_LAUNCHER=ccache
+fi
+(cd "$source" && DEB_BUILD_OPTIONS="terse ${DEB_BUILD_OPTIONS:-}" dpkg-buildpackage -us -uc -b) >&2
+rm -rf "$source"
+realpath "$folder"/*.deb

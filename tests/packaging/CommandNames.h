@@ -58,7 +58,7 @@ inline Names optionNames(const std::string& command = "") {
 
 inline Names commandNames() {
   const auto help = outputOf({VELMORA_BIN "/velmora", "--help"});
-  auto names = matchesIn(help.substr(help.find("Subcommands:")), "\n  ([a-z]+)");
+  auto names = matchesIn(help.substr(help.find("Subcommands:")), "\n  ([a-z-]+)");
   EXPECT_GE(names.size(), 4u) << help;
   return names;
 }

@@ -71,6 +71,38 @@ TEST_P(Completions, OfferTheOptionsOfCommandsWithoutArguments) {
   EXPECT_EQ(offered({"velmora", "doctor"}), testing::optionNames("doctor"));
 }
 
+TEST_P(Completions, OfferWhatTheUsersCommandsTake) {
+  const auto after = [](const char* command) { return offered({"velmora", command}); };
+  EXPECT_EQ(after("sessions"), testing::optionNames("sessions"));
+  EXPECT_EQ(after("history"), testing::optionNames("history"));
+  EXPECT_EQ(after("watch"), testing::optionNames("watch"));
+  EXPECT_EQ(after("pause"), testing::optionNames("pause"));
+  EXPECT_EQ(after("resume"), testing::optionNames("resume"));
+  EXPECT_EQ(after("policy"), testing::together({"safe", "selective"}, testing::optionNames("policy")));
+  EXPECT_EQ(after("busy"), testing::together({"on", "own", "off"}, testing::optionNames("busy")));
+  EXPECT_EQ(after("shell-integration"),
+            testing::together({"bash", "zsh", "fish"}, testing::optionNames("shell-integration")));
+  const Names permissions{"managed", "allowed", "readOnly", "blocked"};
+  for (const auto& name : permissions)
+    EXPECT_EQ(offered({"velmora", "permit", "%5"}).count(name), 1u) << name;
+}
+
+TEST_P(Completions, OfferClientsAndOptionsOfConfigInAnyOrder) {
+  const auto afterOption = offered({"velmora", "config", "--apply"});
+  for (const auto& client : testing::clientNames()) EXPECT_EQ(afterOption.count(client), 1u) << client;
+  EXPECT_EQ(offered({"velmora", "config", "--apply", "cursor"}).count("--dry-run"), 1u);
+  EXPECT_EQ(offered({"velmora", "config", "--ssh"}).count("cursor"), 0u);
+  EXPECT_EQ(offered({"velmora", "config", "--ssh", "host"}).count("cursor"), 1u);
+}
+
+TEST_P(Completions, OfferOptionsOfHistoryInAnyOrderAndToolsWhereOneIsAskedFor) {
+  EXPECT_EQ(offered({"velmora", "history", "--since", "1h"}).count("--tool"), 1u);
+  EXPECT_EQ(offered({"velmora", "history", "--since"}).count("--tool"), 0u);
+  const auto tools = offered({"velmora", "history", "--since", "1h", "--tool"});
+  for (const auto& tool : testing::toolNames()) EXPECT_EQ(tools.count(tool), 1u) << tool;
+  EXPECT_EQ(tools.count("--json"), 0u);
+}
+
 TEST_P(Completions, OfferStandardInputAfterATool) {
   EXPECT_EQ(offered({"velmora", "call", "terminal_send_key"}).count("-"), 1u);
   EXPECT_EQ(offered({"velmora", "config", "cursor"}).count("-"), 0u);
