@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <vector>
 
 namespace velmora {
@@ -31,11 +32,15 @@ struct SideBySide {
   std::vector<double> plainMicroseconds;
 };
 
-/// Runs `times` of each in turn for as long as the benchmark lasts. The benchmark must use manual time.
+/// Runs `times` of each in turn for as long as the benchmark lasts, and before each round what is not
+/// measured. The benchmark must use manual time.
 template <class Action, class Plain>
-SideBySide runSideBySide(benchmark::State& state, int times, const Action& action, const Plain& plain) {
+SideBySide runSideBySide(
+    benchmark::State& state, int times, const Action& action, const Plain& plain,
+    const std::function<void()>& before = [] {}) {
   SideBySide result;
   for (auto _ : state) {
+    before();
     result.microseconds.push_back(microsecondsOf(times, action));
     result.plainMicroseconds.push_back(microsecondsOf(times, plain));
     state.SetIterationTime(result.microseconds.back() * times / 1e6);

@@ -37,10 +37,7 @@ void list(benchmark::State& state) {
   report(state,
          runSideBySide(
              state, 1, [&] { benchmark::DoNotOptimize(server.terminal->listSessions().get()); },
-             [&] {
-               benchmark::DoNotOptimize(
-                   byHand(server.tmux.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
-             }),
+             [&] { benchmark::DoNotOptimize(byHand(server.tmux.socket(), paneListing())); }),
          Compare::ratio, budgetAt(state, 10, 1.15));
 }
 
@@ -53,8 +50,7 @@ void send(benchmark::State& state) {
     server.terminal->send(":", tab.tty, tab.windowId, /*allowBusy=*/true).get();
   };
   const auto byHandDeed = [&] {
-    const auto listing =
-        parseListing(byHand(server.tmux.socket(), {"list-panes", "-a", "-F", paneRowFormat()}));
+    const auto listing = parseListing(byHand(server.tmux.socket(), paneListing()));
     const PaneCommand command = typeText(listing->panes.back(), ":", "by-hand");
     byHand(server.tmux.socket(), command.arguments, command.standardInput);
   };
@@ -69,7 +65,7 @@ void read(benchmark::State& state) {
         server.terminal->readOutput(OutputSource::history, 12'000, tab.tty, tab.windowId).get());
   };
   const auto byHandDeed = [&] {
-    byHand(server.tmux.socket(), {"list-panes", "-a", "-F", paneRowFormat()});
+    byHand(server.tmux.socket(), paneListing());
     benchmark::DoNotOptimize(
         byHand(server.tmux.socket(), {"capture-pane", "-p", "-J", "-S", "-", "-t", "%0"}));
   };

@@ -39,7 +39,7 @@ class Server {
            std::string::npos) {
       std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
-    pane_ = parseListing(run(*program_, {"list-panes", "-a", "-F", paneRowFormat()}).output)->panes.front();
+    pane_ = parseListing(run(*program_, paneListing()).output)->panes.front();
   }
   ~Server() {
     run(*program_, {"kill-server"});

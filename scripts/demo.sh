@@ -4,6 +4,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
-scripts/build.sh release VelmoraHeadless VelmoraHelper
+scripts/setup.sh core
+scripts/build.sh release -DVELMORA_BUILD_APP=OFF VelmoraHeadless VelmoraHelper
 exec python3 scripts/demo.py build/release/bin

@@ -4,8 +4,9 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
-scripts/build.sh release VelmoraHeadless VelmoraHelper
+scripts/setup.sh core
+scripts/setup.sh node
+scripts/build.sh release -DVELMORA_BUILD_APP=OFF VelmoraHeadless VelmoraHelper
 npm ci --prefix tests/e2e --ignore-scripts --no-audit --no-fund --loglevel=error >&2
 
 # The Inspector needs a newer Node than Debian's; on the systems that npm has one for, it comes from there.

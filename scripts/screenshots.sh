@@ -21,7 +21,7 @@ picture() {
 
 documents() {
   mkdir -p docs/images
-  local english=C.UTF-8 size=(--width 960 --height 600)
+  local english=C.UTF-8 size=(--width 960 --height 600 --scenario kept)
   picture docs/images/dashboard.png $english "${size[@]}" --section dashboard
   picture docs/images/sessions-dark.png $english "${size[@]}" --section sessions --dark
   picture docs/images/history.png $english "${size[@]}" --section history

@@ -7,8 +7,8 @@ cd "$(dirname "$0")/.."
 seconds=${1:-120}
 shift || true
 if [ -z "${VELMORA_BIN:-}" ]; then
-  scripts/setup.sh
-  scripts/build.sh release VelmoraHelper VelmoraHeadless VelmoraApp
+  scripts/setup.sh test
+  scripts/build.sh release -DVELMORA_BUILD_APP=ON VelmoraHelper VelmoraHeadless VelmoraApp
   VELMORA_BIN=build/release/bin
 fi
 VELMORA_BIN=$(realpath "$VELMORA_BIN")

@@ -1,18 +1,23 @@
 #!/usr/bin/env bash
 # Unpacks the tmux of other Debian releases into a folder, with their libraries, so that the tests can compare them; nothing
-# is installed. Each release's program is then FOLDER/<version>/tmux. What is there already is kept.
+# is installed. Each release's program is then FOLDER/<version>/tmux. What is there already is kept. This system's own
+# release is among those only when it is named.
 #
-#   scripts/tmux-versions.sh [FOLDER [RELEASE...]]      build/tmux-versions trixie testing sid
+#   scripts/tmux-versions.sh [FOLDER [RELEASE...]]      build/tmux-versions bookworm trixie testing sid
 #
 # The packages come from the mirror that apt uses on this machine and are checked with the machine's keys. A release that
-# cannot be had is left out, with a word about why. The last line names the versions, the installed one among them.
+# cannot be had is left out, with a word about why. The last line names the versions, the installed one among them. With
+# fewer than two different ones there is nothing to compare, and the script fails.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 folder=$(realpath -m "${1:-build/tmux-versions}")
 shift || true
 releases=("${@:-}")
-[ -n "${releases[0]}" ] || releases=(trixie testing sid)
+if [ -z "${releases[0]}" ]; then
+  own=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
+  mapfile -t releases < <(printf '%s\n' bookworm trixie testing sid | grep -vxF "${own:-none}")
+fi
 mkdir -p "$folder"
 
 # The first place that apt has Debian's own packages from, and Debian's keys.
@@ -92,9 +97,16 @@ for release in "${releases[@]}"; do
   rm -rf "$folder/.work-$release"
 done
 
-versions=()
-if command -v tmux >/dev/null; then versions+=("$(tmux -V)"); fi
-for program in "$folder"/*/tmux; do
-  if [ -x "$program" ]; then versions+=("$("$program" -V)"); fi
-done
-(IFS=,; echo "tmux-versions: ${#versions[@]}: ${versions[*]}")
+versions=$(
+  if command -v tmux >/dev/null; then tmux -V; fi
+  for program in "$folder"/*/tmux; do
+    if [ -x "$program" ]; then "$program" -V || true; fi
+  done
+)
+versions=$(sort -uV <<<"$versions" | sed '/^$/d')
+count=$(grep -c . <<<"$versions" || true)
+echo "tmux-versions: $count: $(paste -sd , <<<"$versions")"
+if [ "$count" -lt 2 ]; then
+  echo 'tmux-versions: the tests need two versions at least' >&2
+  exit 1
+fi

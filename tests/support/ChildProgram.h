@@ -70,12 +70,19 @@ class ChildProgram {
   /// The next line of the output, without its end; nothing at the end of the output.
   std::optional<std::string> readLine() {
     std::size_t end = 0;
-    while ((end = unread_.find('\n')) == std::string::npos) {
+    for (std::size_t searched = 0; (end = unread_.find('\n', searched)) == std::string::npos;) {
+      searched = unread_.size();
       if (!readMore(output_.get(), unread_)) return std::nullopt;
     }
     const std::string line = unread_.substr(0, end);
     unread_.erase(0, end + 1);
     return line;
+  }
+
+  /// Whether there is something to read, or the output has ended.
+  bool hasOutput() const {
+    pollfd watched{output_.get(), POLLIN, 0};
+    return !unread_.empty() || ::poll(&watched, 1, /*timeout=*/0) == 1;
   }
 
   /// Both read until no process has the stream open any more.
@@ -117,7 +124,7 @@ class ChildProgram {
     pollfd watched{descriptor, POLLIN, 0};
     constexpr int milliseconds = std::chrono::milliseconds(patience).count();
     if (::poll(&watched, 1, milliseconds) != 1) throw std::runtime_error("a child program says nothing");
-    char buffer[4096];
+    char buffer[65536];
     const auto count = ::read(descriptor, buffer, sizeof buffer);
     if (count < 0) throw std::system_error(errno, std::generic_category(), "read");
     text.append(buffer, static_cast<std::size_t>(count));

@@ -27,7 +27,8 @@ inline TerminalTabSnapshot tab(const std::string& tty, std::int64_t windowId = 1
           .selected = tabIndex == 1};
 }
 
-/// Thread-safe. Set it up before it is shared; `failures` maps an operation's name to what it throws.
+/// Thread-safe, once set up. `failures` maps an operation's name to what it throws; once the terminal is
+/// shared, only `failWith` changes it.
 class FakeTerminal final : public TerminalAutomating {
  public:
   using TerminalAutomating::send;
@@ -38,14 +39,20 @@ class FakeTerminal final : public TerminalAutomating {
   TerminalRuntimeStatus runtimeStatus{
       .running = true, .windowCount = 1, .permission = AutomationPermission::granted};
   TerminalOutput output{.text = "output", .source = OutputSource::visible, .originalCharacterCount = 6};
+  OutputFound found;  ///< What the extended form has of `output`: no cursor, unless set.
   std::map<std::string, std::exception_ptr> failures;
+  std::map<std::string, TabDetails> details;
+  std::shared_ptr<TabWatch> tabWatch;
   bool statusHangs = false;
   std::atomic<bool> listingsHang = false;
+  std::optional<PrivacyRetentionSettings> settings;  ///< The last that it was given.
+  bool listsTabsAlone = false;                       ///< Else a call about one tab gets the whole listing.
 
   ~FakeTerminal() override { release(); }
 
   template <class Error>
   void failWith(const std::string& operation, Error error) {
+    const MutexLock lock(mutex_);
     failures[operation] = std::make_exception_ptr(std::move(error));
   }
 
@@ -80,6 +87,17 @@ class FakeTerminal final : public TerminalAutomating {
 
   std::string displayName() const override { return name; }
   void cancel() noexcept override { release(); }
+  std::future<void> mark(const TerminalMarks& marks) override {
+    auto future = done("mark", "mark");
+    const MutexLock lock(mutex_);
+    if (!failures.contains("mark")) marked_.push_back(marks);
+    return future;
+  }
+  std::vector<TerminalMarks> marked() const {
+    const MutexLock lock(mutex_);
+    return marked_;
+  }
+  void useSettings(const PrivacyRetentionSettings& given) override { settings = given; }
 
   std::future<TerminalRuntimeStatus> status() override {
     if (statusHangs) {
@@ -97,6 +115,13 @@ class FakeTerminal final : public TerminalAutomating {
       return hangingListings_.emplace_back().get_future();
     }
     return answer("listSessions", "listSessions", tabs);
+  }
+  std::future<std::vector<TerminalTabSnapshot>> listTab(std::string tty, Caller caller = {}) override {
+    if (!listsTabsAlone) return listSessions(std::move(caller));
+    note(caller);
+    std::vector<TerminalTabSnapshot> alone = tabs;
+    std::erase_if(alone, [&](const auto& each) { return each.tty != tty; });
+    return answer("listTab", "listTab(" + tty + ")", std::move(alone));
   }
   std::future<TerminalTabSnapshot> createWindow(Caller caller = {}) override {
     note(caller);
@@ -133,6 +158,44 @@ class FakeTerminal final : public TerminalAutomating {
   std::future<void> focus(std::string tty, std::int64_t windowId, Caller caller = {}) override {
     note(caller);
     return done("focus", "focus(" + tty + ", " + std::to_string(windowId) + ")");
+  }
+  std::future<void> typeUnsubmitted(std::string text, std::string tty, std::int64_t windowId, bool allowBusy,
+                                    Caller caller = {}) override {
+    note(caller);
+    return done("typeUnsubmitted", "typeUnsubmitted(" + text + ", " + tty + ", " + std::to_string(windowId) +
+                                       busyText(allowBusy));
+  }
+  std::future<TerminalTabSnapshot> createWindowAs(WindowWish wish, Caller caller = {}) override {
+    note(caller);
+    return answer("createWindow", "createWindowAs(" + wish.name.value_or("") + ")", created);
+  }
+  std::future<std::map<std::string, TabDetails>> tabDetails(Caller caller = {}) override {
+    note(caller);
+    return answer("tabDetails", "tabDetails", details);
+  }
+  std::future<std::shared_ptr<TabWatch>> watch(std::string command, std::string, std::int64_t,
+                                               Caller caller = {}) override {
+    note(caller);
+    return answer("watch", "watch(" + command + ")", tabWatch);
+  }
+  std::future<TabWatch::View> look(std::shared_ptr<TabWatch> watched, std::int64_t maxCharacters,
+                                   bool unfinished, Caller caller = {}) override {
+    note(caller);
+    return answer("look", "look", watched->look(maxCharacters, unfinished, {}));
+  }
+  std::future<OutputFound> readAs(OutputWish wish, std::string tty, std::int64_t windowId,
+                                  Caller caller = {}) override {
+    note(caller);
+    auto result = found;
+    result.output = output;
+    result.output.source = wish.source;
+    result.cursorLost = wish.after && !found.cursor;
+    return answer("readOutput",
+                  "readOutput(" + std::string(wireName(wish.source)) + ", " +
+                      std::to_string(wish.maxCharacters) + ", " + tty + ", " + std::to_string(windowId) +
+                      (wish.after ? ", after " + *wish.after : "") +
+                      (wish.format == OutputFormat::ansi ? ", ansi)" : ")"),
+                  result);
   }
 
  private:
@@ -179,6 +242,7 @@ class FakeTerminal final : public TerminalAutomating {
   }
 
   mutable Mutex mutex_;
+  std::vector<TerminalMarks> marked_ VELMORA_GUARDED_BY(mutex_);
   std::vector<std::string> calls_ VELMORA_GUARDED_BY(mutex_);
   std::vector<Caller> callers_ VELMORA_GUARDED_BY(mutex_);
   std::vector<std::promise<TerminalRuntimeStatus>> hanging_;

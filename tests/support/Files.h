@@ -6,15 +6,17 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace velmora::testing {
 
+/// Empty where it cannot be read, so also of a process that ends meanwhile; an iterator would throw.
 inline std::string contentOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::ostringstream content;
+  content << std::ifstream(path, std::ios::binary).rdbuf();
+  return std::move(content).str();
 }
 
 inline void writeFile(const std::filesystem::path& path, const std::string& content) {
