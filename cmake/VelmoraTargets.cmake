@@ -87,17 +87,20 @@ if(VELMORA_BUILD_TESTS)
   target_precompile_headers(velmora_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
 endif()
 
-# velmora_test(NAME SOURCES... LINKS... [TIMEOUT seconds]): one GoogleTest program; CTest lists each
-# of its tests.
+# velmora_test(NAME SOURCES... LINKS... [TIMEOUT seconds] [HEADERS target]): one GoogleTest program; CTest lists each
+# of its tests. HEADERS names a target that has compiled more headers than GoogleTest's.
 function(velmora_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT;HEADERS" "SOURCES;LINKS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
+  endif()
+  if(NOT ARG_HEADERS)
+    set(ARG_HEADERS velmora_test_headers)
   endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gmock GTest::gtest_main)
   target_compile_options(${name} PRIVATE -fPIC) # as Qt wants it, and as velmora_test_headers is compiled
-  target_precompile_headers(${name} REUSE_FROM velmora_test_headers)
+  target_precompile_headers(${name} REUSE_FROM ${ARG_HEADERS})
   target_compile_definitions(${name} PRIVATE
     VELMORA_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" VELMORA_BIN="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
   velmora_sanitized_program(${name})
