@@ -31,7 +31,7 @@ step() {
     passed=$((passed + 1))
   else
     echo "FAIL  $name"
-    sed -E '/^\[[0-9]+\/[0-9]+\] (Building|Linking)/d; s/^/      /' "$work/step.log" | head -n 60
+    sed -E '/^\[[0-9]+\/[0-9]+\] (Building|Linking)/d; s/^/      /' "$work/step.log" | sed -n 1,60p
     failed=$((failed + 1))
   fi
 }
@@ -103,7 +103,7 @@ build() {
 compile_common_headers() {
   printf '#include <%s>\n' boost/describe.hpp boost/json.hpp filesystem functional future map string variant vector \
     >"$work/common.h"
-  "$work/tools-$1/c++" -std=c++20 -isystem "$work/headers" -x c++-header "$work/common.h" -o "$work/common.pch"
+  "$work/tools-$1/c++" -std=c++20 -pthread -isystem "$work/headers" -x c++-header "$work/common.h" -o "$work/common.pch"
 }
 
 # compile_window CPU: every file of the window but those that only Linux has, with the Qt headers of this machine. They
@@ -219,7 +219,7 @@ step 'planted leaks are found' find_planted_leaks
 step 'everything compiles and links for arm64' build arm64
 write_tools x86_64
 step 'the common headers compile for x86_64' compile_common_headers x86_64
-step 'everything compiles and links for x86_64' build x86_64 "-include-pch $work/common.pch"
+step 'everything compiles and links for x86_64' build x86_64 "-pthread -include-pch $work/common.pch"
 for cpu in arm64 x86_64; do
   step "the window compiles for $cpu" compile_window "$cpu"
   step "every shim and the updater link for $cpu" link_shims "$cpu"
