@@ -14,9 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using Time = std::chrono::steady_clock::time_point;
 
-constexpr auto operation = wireName(ToolName::sendCommand);
-// Clients give up after a minute, the helper a little before.
-constexpr auto longestCall = 46s;
+constexpr auto sendingTool = wireName(ToolName::sendCommand);
 constexpr auto firstPause = 10ms;
 constexpr auto longestPause = 50ms;
 constexpr auto longestPauseOfLooks = 1000ms;
@@ -34,7 +32,7 @@ class ListingWatch final : public TabWatch {
     if (now < next_) return last_;
     next_ = now + 250ms;
     try {
-      last_ = sessions_.validate(session_.sessionId, operation).busy ? Activity::busy : Activity::quiet;
+      last_ = sessions_.validate(session_.sessionId, sendingTool).busy ? Activity::busy : Activity::quiet;
     } catch (const StructuredError& error) {
       if (error.code == ErrorCode::sessionStale || error.code == ErrorCode::sessionNotFound)
         last_ = Activity::closed;
@@ -74,7 +72,7 @@ CompletionService::CompletionService(TerminalAutomating& automation, TerminalSes
 
 std::shared_ptr<TabWatch> CompletionService::watch(const std::string& command, const TerminalSession& session,
                                                    const Caller& caller) {
-  auto watch = answerOf(automation_.watch(command, session.tty, session.windowId, caller), operation,
+  auto watch = answerOf(automation_.watch(command, session.tty, session.windowId, caller), sendingTool,
                         session.reference());
   if (!watch) watch = std::make_shared<ListingWatch>(automation_, sessions_, session);
   return watch;
@@ -148,7 +146,7 @@ TabWatch::View CompletionService::look(const std::shared_ptr<TabWatch>& watch, c
 
 bool CompletionService::mayRead(const Uuid& sessionId, const Caller& caller) {
   try {
-    return permissions_.canRead(sessions_.validate(sessionId, operation, caller.asOfNow()));
+    return permissions_.canRead(sessions_.validate(sessionId, sendingTool, caller.asOfNow()));
   } catch (const std::exception&) {
     return false;
   } catch (const StructuredError&) {

@@ -12,9 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto operation = wireName(ToolName::readOutput);
-// Clients give up after a minute, the helper a little before.
-constexpr auto longestCall = 46s;
+constexpr auto waitingTool = wireName(ToolName::readOutput);
 constexpr auto pause = 50ms;
 constexpr auto lookEvery = 250ms;
 // A look that takes long is followed by a pause as much longer.
@@ -23,8 +21,8 @@ constexpr int pausePerLook = 4;
 constexpr std::int64_t mostSearched = 1'000'000;
 // In which input that was just typed reaches the shell. Until the system hands it over nothing shows it, and
 // on a machine that is short of processors that was once a tenth of a second.
-constexpr auto delivery = 30ms;
-constexpr int quietGlances = 4;
+constexpr auto settling = 30ms;
+constexpr int idleGlances = 4;
 
 }  // namespace
 
@@ -50,9 +48,9 @@ bool OutputWait::wait(const ReadOutputInput& input, const TerminalSession& sessi
     }
     return waitForIdle(session, end, caller);
   } catch (const StructuredError&) {
-    static_cast<void>(permissions_.requireReadable(session.sessionId, operation));
+    static_cast<void>(permissions_.requireReadable(session.sessionId, waitingTool));
   } catch (const std::exception&) {
-    static_cast<void>(permissions_.requireReadable(session.sessionId, operation));
+    static_cast<void>(permissions_.requireReadable(session.sessionId, waitingTool));
   }
   return false;
 }
@@ -64,7 +62,7 @@ bool OutputWait::lookUntil(Look isMet, std::chrono::milliseconds period, const T
   auto next = timing_.now();
   LastLine lastLine(automation_, permissions_, session.sessionId, caller, timing_.now);
   while (!caller.hasLeft()) {
-    static_cast<void>(permissions_.requireReadable(session.sessionId, operation));
+    static_cast<void>(permissions_.requireReadable(session.sessionId, waitingTool));
     const auto now = timing_.now();
     if (now >= next || now >= end) {
       if (isMet()) return true;
@@ -80,7 +78,7 @@ bool OutputWait::lookUntil(Look isMet, std::chrono::milliseconds period, const T
 
 bool OutputWait::waitForIdle(const TerminalSession& session, Time end, const Caller& caller) {
   const auto watch = completion_.watch({}, session, caller);
-  const auto earliest = timing_.now() + delivery;
+  const auto earliest = timing_.now() + settling;
   int quiet = 0;
   bool closed = false;
   const bool ended = lookUntil(
@@ -88,7 +86,7 @@ bool OutputWait::waitForIdle(const TerminalSession& session, Time end, const Cal
         const auto activity = watch->glance();
         closed = activity == TabWatch::Activity::closed;
         quiet = activity == TabWatch::Activity::quiet ? quiet + 1 : 0;
-        return closed || (quiet >= quietGlances && timing_.now() >= earliest);
+        return closed || (quiet >= idleGlances && timing_.now() >= earliest);
       },
       0ms, session, end, caller);
   return ended && !closed;
@@ -107,7 +105,7 @@ bool OutputWait::waitForText(const ReadOutputInput& input, const TerminalSession
   return lookUntil(
       [&] {
         const auto found = answerOf(automation_.readAs(wish, session.tty, session.windowId, caller.asOfNow()),
-                                    operation, session.reference());
+                                    waitingTool, session.reference());
         if (found.cursor) wish.after = found.cursor;
         return found.output.text.find(*input.waitText) != std::string::npos;
       },
@@ -117,7 +115,7 @@ bool OutputWait::waitForText(const ReadOutputInput& input, const TerminalSession
 std::string OutputWait::screen(const TerminalSession& session, const Caller& caller) {
   return answerOf(automation_.readOutput(OutputSource::visible, ReadOutputInput::maxCharactersRange.maximum,
                                          session.tty, session.windowId, caller.asOfNow()),
-                  operation, session.reference())
+                  waitingTool, session.reference())
       .text;
 }
 

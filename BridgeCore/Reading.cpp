@@ -12,7 +12,7 @@ namespace velmora {
 
 namespace {
 
-constexpr auto operation = wireName(ToolName::readOutput);
+constexpr auto readingTool = wireName(ToolName::readOutput);
 
 TerminalSession readable(TerminalSessionService& sessions, const SessionPermissionService& permissions,
                          const Uuid& sessionId, std::string_view tool, const Caller& caller) {
@@ -33,12 +33,12 @@ LimitedOutput OutputLimiter::suffix(std::string_view text, std::int64_t maximumC
 OutputReading OutputService::read(const ReadOutputInput& input, const Caller& arriving) {
   input.validate();
   Caller caller = arriving;
-  auto session = readable(sessions_, permissions_, input.sessionId, operation, caller);
+  auto session = readable(sessions_, permissions_, input.sessionId, readingTool, caller);
   std::optional<bool> met;
   if (input.waitSeconds.value_or(0) > 0) {
     met = wait_.wait(input, session, caller);
     caller = caller.asOfNow();
-    session = readable(sessions_, permissions_, input.sessionId, operation, caller);
+    session = readable(sessions_, permissions_, input.sessionId, readingTool, caller);
   }
   OutputFound found;
   try {
@@ -65,7 +65,7 @@ OutputReading OutputService::read(const ReadOutputInput& input, const Caller& ar
                          .cursorLost = input.after ? std::optional(found.cursorLost) : std::nullopt},
                         {}};
   if (truncated) {
-    reading.warnings.push_back(StructuredErrorMapper::warningForTruncation(operation, session.reference()));
+    reading.warnings.push_back(StructuredErrorMapper::warningForTruncation(readingTool, session.reference()));
   }
   return reading;
 }
@@ -75,14 +75,14 @@ OutputFound OutputService::find(const ReadOutputInput& input, const TerminalSess
   if (!caller.extended) {
     return {.output = answerOf(automation_.readOutput(input.source, input.maxCharacters, session.tty,
                                                       session.windowId, caller),
-                               operation, session.reference())};
+                               readingTool, session.reference())};
   }
   return answerOf(automation_.readAs({.source = input.source,
                                       .maxCharacters = input.maxCharacters,
                                       .after = input.after,
                                       .format = input.format.value_or(OutputFormat::plain)},
                                      session.tty, session.windowId, caller),
-                  operation, session.reference());
+                  readingTool, session.reference());
 }
 
 CapturePayload CaptureService::capture(const SessionTargetInput& input, const Caller& caller) {

@@ -7,6 +7,9 @@
 
 namespace velmora {
 
+/// How long a call may take: clients give up after a minute, the helper a little before.
+inline constexpr std::chrono::seconds longestCall{46};
+
 /// Handed along with a request, from the socket to the terminal, so that nothing is begun for a caller who
 /// has given up. The default is one who calls now and stays.
 struct Caller {

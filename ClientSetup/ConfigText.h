@@ -29,6 +29,9 @@ class ConfigTextError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// Objects and lists in each other; a text with more is refused, before it uses up the stack.
+inline constexpr int mostNestedValues = 200;
+
 /// Names that lead from the whole to one entry, such as "mcpServers", "terminal".
 using ConfigPath = std::vector<std::string>;
 

@@ -10,7 +10,6 @@ namespace velmora {
 
 namespace {
 
-constexpr int mostNested = 200;
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 bool isWordCharacter(char character) {
@@ -80,7 +79,7 @@ class Parser {
   }
 
   JsonNode value() {
-    if (++depth_ > mostNested) fail();
+    if (++depth_ > mostNestedValues) fail();
     JsonNode node;
     node.begin = at_;
     switch (peek()) {

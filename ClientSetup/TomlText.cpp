@@ -10,8 +10,6 @@ namespace velmora {
 
 namespace {
 
-constexpr int mostNested = 200;
-
 bool isBareKeyCharacter(char character) {
   return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '_' || character == '-';
 }
@@ -115,7 +113,7 @@ class Scanner {
   }
 
   JSONValue value() {
-    if (++depth_ > mostNested) fail();
+    if (++depth_ > mostNestedValues) fail();
     JSONValue read;
     if (peek() == '"' || peek() == '\'') {
       read = text();

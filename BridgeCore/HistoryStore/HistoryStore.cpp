@@ -15,10 +15,10 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int64_t supportedSchema = 1;
+constexpr std::int64_t historySchema = 1;
 
 struct HistoryDocument {
-  std::int64_t schemaVersion = supportedSchema;
+  std::int64_t schemaVersion = historySchema;
   std::vector<MCPRequestRecord> records{};
 };
 BOOST_DESCRIBE_STRUCT(HistoryDocument, (), (schemaVersion, records))
@@ -57,7 +57,7 @@ std::vector<MCPRequestRecord> HistoryStore::load() {
       throw failed(StorageFailure::historyUnreadable, error.what());
     }
   }();
-  if (document.schemaVersion != supportedSchema)
+  if (document.schemaVersion != historySchema)
     throw failed(StorageFailure::historySchema, "schema " + std::to_string(document.schemaVersion));
   fileIsUnreadable_ = false;
   return std::move(document.records);

@@ -12,10 +12,10 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int64_t supportedSchema = 1;
+constexpr std::int64_t permissionsSchema = 1;
 
 struct PermissionDocument {
-  std::int64_t schemaVersion = supportedSchema;
+  std::int64_t schemaVersion = permissionsSchema;
   std::vector<KeptPermission> sessions{};
 };
 BOOST_DESCRIBE_STRUCT(PermissionDocument, (), (schemaVersion, sessions))
@@ -26,7 +26,7 @@ std::vector<KeptPermission> PermissionStore::load() {
   const MutexLock lock(mutex_);
   if (!files_.exists(file_)) return {};
   auto document = decodeJson<PermissionDocument>(files_.read(file_), JsonFormat::store);
-  if (document.schemaVersion != supportedSchema)
+  if (document.schemaVersion != permissionsSchema)
     throw std::runtime_error("schema " + std::to_string(document.schemaVersion) + " is not supported");
   return std::move(document.sessions);
 }

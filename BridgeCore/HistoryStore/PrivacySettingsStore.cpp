@@ -20,10 +20,10 @@ namespace velmora {
 
 namespace {
 
-constexpr std::int64_t supportedSchema = 1;
+constexpr std::int64_t privacySchema = 1;
 
 struct SettingsDocument {
-  std::int64_t schemaVersion = supportedSchema;
+  std::int64_t schemaVersion = privacySchema;
   PrivacyRetentionSettings settings{};
 };
 BOOST_DESCRIBE_STRUCT(SettingsDocument, (), (schemaVersion, settings))
@@ -83,7 +83,7 @@ PrivacyRetentionSettings PrivacySettingsStore::load() {
 PrivacyRetentionSettings PrivacySettingsStore::read() const {
   const auto text = files_.read(file_);
   const auto document = decodeJson<SettingsDocument>(text, JsonFormat::store);
-  if (document.schemaVersion != supportedSchema) throw storageError(StorageFailure::settingsSchema);
+  if (document.schemaVersion != privacySchema) throw storageError(StorageFailure::settingsSchema);
   auto settings = document.settings;
   settings.normalize();
   for (const auto& oddity : oddities(text, document.settings, settings))

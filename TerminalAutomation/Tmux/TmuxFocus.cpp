@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto pollPause = 20ms;
+constexpr auto attachPause = 20ms;
 constexpr int attachPolls = 150;
 
 std::string windowTarget(const PaneRow& pane) {
@@ -67,7 +67,7 @@ bool TmuxOperations::showInDesktopTerminal(Deadline deadline, const PaneRow& pan
   }
   for (int poll = 0; poll < attachPolls; ++poll) {
     if (!list(deadline, Listed::panesAndClients).clients.empty()) return true;
-    options_.sleep(pollPause);
+    options_.sleep(attachPause);
   }
   return false;
 }

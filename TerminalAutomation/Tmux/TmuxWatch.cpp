@@ -25,9 +25,9 @@ using Steady = std::chrono::steady_clock;
 
 // How long a screen must stay as it is before one that tells nothing counts as that of a shell at its prompt.
 constexpr auto doubtEnds = 1500ms;
-constexpr std::size_t screenLimit = std::size_t{16} << 20;
+constexpr std::size_t watchedRowsLimit = std::size_t{16} << 20;
 
-std::string_view trimmed(std::string_view text) {
+std::string_view withoutEnd(std::string_view text) {
   const auto end = text.find_last_not_of(" \t\r");
   return end == std::string_view::npos ? std::string_view() : text.substr(0, end + 1);
 }
@@ -49,7 +49,7 @@ std::string_view leftOf(std::string_view row, std::int64_t column) {
     const bool begins = (static_cast<unsigned char>(row[bytes]) & 0xC0u) != 0x80u;
     if (begins && seen++ == column) break;
   }
-  return trimmed(row.substr(0, bytes));
+  return withoutEnd(row.substr(0, bytes));
 }
 
 // The prompts by which bash and zsh ask for the rest of a command: "> ", "dquote> ", "for then> ".
@@ -109,7 +109,7 @@ class TmuxWatch final : public TabWatch {
   };
 
   Screen screen(Steady::time_point deadline) const {
-    const auto output = operations_.read(deadline, readRows(pane_), screenLimit);
+    const auto output = operations_.read(deadline, readRows(pane_), watchedRowsLimit);
     std::string_view rest = output;
     std::array<std::int64_t, 4> numbers{};
     for (auto& number : numbers) {
@@ -124,7 +124,7 @@ class TmuxWatch final : public TabWatch {
     const auto rows = linesOf(rest);
     const auto row = static_cast<std::size_t>(result.row);
     if (row < rows.size()) result.line = leftOf(rows[row], result.column);
-    if (row > 0 && row - 1 < rows.size()) result.above = trimmed(rows[row - 1]);
+    if (row > 0 && row - 1 < rows.size()) result.above = withoutEnd(rows[row - 1]);
     return result;
   }
 
@@ -168,14 +168,14 @@ class TmuxWatch final : public TabWatch {
   bool endsWithCommand(std::string_view text) const {
     constexpr std::size_t enough = 16;
     std::string_view tail = command_;
-    tail = trimmed(tail.substr(tail.find_last_of('\n') + 1));
+    tail = withoutEnd(tail.substr(tail.find_last_of('\n') + 1));
     if (tail.size() > enough) tail.remove_prefix(tail.size() - enough);
     return !tail.empty() && text.ends_with(tail);
   }
 
   // Whether a row shows a line that was typed. fish 4 leaves behind it what it suggested.
   bool isTyped(std::string_view row, std::string_view typed, std::string_view prompt) const {
-    row = trimmed(row);
+    row = withoutEnd(row);
     if (row.ends_with(typed)) return true;
     if (!fish_ || !row.starts_with(prompt)) return false;
     row.remove_prefix(prompt.size());
@@ -186,7 +186,7 @@ class TmuxWatch final : public TabWatch {
   // Of the row with the new prompt: output without a line end has the prompt behind it. Nothing where the
   // prompt is another one than before, as nobody can say then where it begins.
   std::string_view leftOfPrompt(std::string_view row) const {
-    row = trimmed(row);
+    row = withoutEnd(row);
     return row.ends_with(before_.line) && !before_.line.empty()
                ? row.substr(0, row.size() - before_.line.size())
                : std::string_view();
@@ -203,7 +203,7 @@ class TmuxWatch final : public TabWatch {
     const auto text = tidyPaneText(std::move(captured));
     auto lines = linesOf(text);
     // The prompt; an empty one is among the blank lines that are gone already.
-    if (view.taken && !now.line.empty() && !lines.empty() && trimmed(lines.back()).ends_with(now.line)) {
+    if (view.taken && !now.line.empty() && !lines.empty() && withoutEnd(lines.back()).ends_with(now.line)) {
       lines.back() = leftOfPrompt(lines.back());
       if (lines.back().empty()) lines.pop_back();
     }
@@ -211,7 +211,7 @@ class TmuxWatch final : public TabWatch {
     if (!lost) {
       for (const auto typed : linesOf(command_)) {
         const std::string_view prompt = begin == 0 ? before_.line : std::string_view();
-        if (begin == lines.size() || !isTyped(lines[begin], trimmed(typed), prompt)) break;
+        if (begin == lines.size() || !isTyped(lines[begin], withoutEnd(typed), prompt)) break;
         ++begin;
       }
     }

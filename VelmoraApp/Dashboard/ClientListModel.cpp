@@ -5,9 +5,9 @@
 
 namespace velmora {
 
-namespace {
+enum ClientListModel::Role : int { nameRole = Qt::UserRole, activityRole };
 
-enum Role { nameRole = Qt::UserRole, activityRole };
+namespace {
 
 constexpr int minutes = static_cast<int>(connectedForSeconds) / 60;
 

@@ -26,6 +26,8 @@ class ClientListModel : public KeyedListModel<ClientActivity, std::string> {
   void showClients(const std::vector<ClientActivity>& clients);
 
  private:
+  enum Role : int;
+
   QString activityText(const ClientActivity& client) const;
 
   const Clock now_;

@@ -6,11 +6,7 @@
 
 namespace velmora {
 
-namespace {
-
-enum Role { sectionRole = Qt::UserRole, titleRole, symbolRole };
-
-}  // namespace
+enum SectionListModel::Role : int { sectionRole = Qt::UserRole, titleRole, symbolRole };
 
 int SectionListModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(appSections.size());

@@ -21,6 +21,9 @@ class SectionListModel : public QAbstractListModel {
   QHash<int, QByteArray> roleNames() const override;
 
   void retranslate() { Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, 0)); }
+
+ private:
+  enum Role : int;
 };
 
 }  // namespace velmora

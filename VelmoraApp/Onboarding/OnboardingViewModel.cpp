@@ -20,7 +20,7 @@ QString shortTitle(const TerminalSession& session) {
   return title + "…";
 }
 
-QString translated(const char* text) { return QCoreApplication::translate("OnboardingPages", text); }
+QString translatedPage(const char* text) { return QCoreApplication::translate("OnboardingPages", text); }
 
 }  // namespace
 
@@ -41,9 +41,9 @@ QString OnboardingViewModel::progress() const {
 
 QString OnboardingViewModel::symbol() const { return velmora::text(page().symbol); }
 
-QString OnboardingViewModel::title() const { return translated(page().title); }
+QString OnboardingViewModel::title() const { return translatedPage(page().title); }
 
-QString OnboardingViewModel::text() const { return translated(page().text); }
+QString OnboardingViewModel::text() const { return translatedPage(page().text); }
 
 QStringList OnboardingViewModel::policies() const { return sessionPolicyLabels(); }
 

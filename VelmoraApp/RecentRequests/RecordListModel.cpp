@@ -10,9 +10,7 @@
 
 namespace velmora {
 
-namespace {
-
-enum Role {
+enum RecordListModel::Role : int {
   requestIdRole = Qt::UserRole,
   toolNameRole,
   statusRole,
@@ -29,6 +27,8 @@ enum Role {
   clientRole,
   durationRole,
 };
+
+namespace {
 
 // Only what was delivered is ever kept.
 bool isDeliveredCommand(const MCPRequestRecord& record) {

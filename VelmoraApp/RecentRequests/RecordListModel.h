@@ -48,6 +48,8 @@ class RecordListModel : public KeyedListModel<MCPRequestRecord, RecordKey> {
   void showRecords(std::vector<MCPRequestRecord> records);
 
  private:
+  enum Role : int;
+
   const Clock now_;
 };
 

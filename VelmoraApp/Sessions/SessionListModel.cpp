@@ -6,9 +6,7 @@
 
 namespace velmora {
 
-namespace {
-
-enum Role {
+enum SessionListModel::Role : int {
   sessionIdRole = Qt::UserRole,
   titleRole,
   ttyRole,
@@ -21,8 +19,6 @@ enum Role {
   lastRequestRole,
   detailRole,
 };
-
-}  // namespace
 
 QString SessionListModel::permissionText(SessionPermission permission) {
   switch (permission) {

@@ -28,6 +28,8 @@ class SessionListModel : public KeyedListModel<TerminalSession, Uuid> {
   static QString permissionText(SessionPermission permission);
 
  private:
+  enum Role : int;
+
   static QString positionText(const TerminalSession& session);
   QString detailText(const TerminalSession& session) const;
 

@@ -26,7 +26,7 @@ std::string localTime(Date date) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)};
 }
 
-ExitStatus refuse(const CommandContext& context, const std::string& problem) {
+ExitStatus refuseQuestion(const CommandContext& context, const std::string& problem) {
   context.err << "velmora: " << problem << '\n';
   return ExitStatus::usage;
 }
@@ -70,12 +70,12 @@ ExitStatus printHistory(const CommandContext& context, const HistoryQuestion& qu
   HistoryInput input;
   if (!question.since.empty()) {
     const auto duration = durationOf(question.since);
-    if (!duration) return refuse(context, "--since takes a time such as 90s, 30m, 1h or 2d");
+    if (!duration) return refuseQuestion(context, "--since takes a time such as 90s, 30m, 1h or 2d");
     input.since = Date::fromUnixSeconds(context.now().unixSeconds() - static_cast<double>(duration->count()));
   }
   if (!question.tool.empty()) {
     input.tool = toolNamed(question.tool);
-    if (!input.tool) return refuse(context, "there is no tool \"" + plainText(question.tool) + "\"");
+    if (!input.tool) return refuseQuestion(context, "there is no tool \"" + plainText(question.tool) + "\"");
   }
   if (!question.session.empty()) input.session = question.session;
 

@@ -12,27 +12,27 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* name = "socket";
+constexpr const char* socketCheck = "socket";
 constexpr const char* takeAnotherPlace =
     "Give XDG_RUNTIME_DIR or TMPDIR a short path to a folder of your own, the same for Velmora and for MCP "
     "clients.";
 
 Check notThere(const std::filesystem::path& socketURL) {
-  return Check::passed(name, socketURL.string() + ", not there yet");
+  return Check::passed(socketCheck, socketURL.string() + ", not there yet");
 }
 
 // It must be of the expected type, and nobody else may have access.
 std::optional<Check> defectOf(const std::filesystem::path& path, const struct stat& status, mode_t type,
                               uid_t user, const std::string& mode) {
   if ((status.st_mode & S_IFMT) != type) {
-    return Check::failed(name, path.string() + " is something else than it should be",
+    return Check::failed(socketCheck, path.string() + " is something else than it should be",
                          "Find out what put it there, remove it and restart Velmora.");
   }
   if (status.st_uid != user) {
-    return Check::failed(name, path.string() + " belongs to another user", takeAnotherPlace);
+    return Check::failed(socketCheck, path.string() + " belongs to another user", takeAnotherPlace);
   }
   if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-    return Check::failed(name, "others have access to " + path.string(),
+    return Check::failed(socketCheck, "others have access to " + path.string(),
                          "Run: chmod " + mode + " '" + path.string() + "'");
   }
   return std::nullopt;
@@ -42,14 +42,14 @@ std::optional<Check> defectOf(const std::filesystem::path& path, const struct st
 
 Check unseenSocket(const std::filesystem::path& path, int code) {
   const auto finding = path.string() + " cannot be looked at: " + std::generic_category().message(code);
-  if (code != EACCES) return Check::failed(name, finding, takeAnotherPlace);
-  return Check::failed(name, finding,
+  if (code != EACCES) return Check::failed(socketCheck, finding, takeAnotherPlace);
+  return Check::failed(socketCheck, finding,
                        "Give yourself access to it: chmod u+rwx '" + path.parent_path().string() + "'");
 }
 
 Check checkSocket(const std::filesystem::path& socketURL, uid_t user) {
   if (socketURL.native().size() > UnixSocketEndpoint::maximumPathBytes) {
-    return Check::failed(name,
+    return Check::failed(socketCheck,
                          socketURL.string() + " is longer than " +
                              std::to_string(UnixSocketEndpoint::maximumPathBytes) + " bytes",
                          takeAnotherPlace);
@@ -64,7 +64,7 @@ Check checkSocket(const std::filesystem::path& socketURL, uid_t user) {
     return errno == ENOENT ? notThere(socketURL) : unseenSocket(socketURL, errno);
   }
   if (auto defect = defectOf(socketURL, status, S_IFSOCK, user, "600")) return *defect;
-  return Check::passed(name, socketURL.string() + ", yours alone");
+  return Check::passed(socketCheck, socketURL.string() + ", yours alone");
 }
 
 }  // namespace velmora

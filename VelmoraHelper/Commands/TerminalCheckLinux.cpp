@@ -9,7 +9,7 @@ namespace velmora {
 
 namespace {
 
-constexpr const char* name = "tmux";
+constexpr const char* tmuxCheck = "tmux";
 constexpr std::pair oldestVersion{3, 2};
 
 }  // namespace
@@ -17,21 +17,21 @@ constexpr std::pair oldestVersion{3, 2};
 Check checkTerminalProgram(const ProgramAsking& askProgram) {
   constexpr const char* install = "Install tmux 3.2 or newer.";
   const auto answer = askProgram({"tmux", "-V"});
-  if (answer.end == ProgramAnswer::End::notFound) return Check::failed(name, "not found", install);
+  if (answer.end == ProgramAnswer::End::notFound) return Check::failed(tmuxCheck, "not found", install);
   const auto file = answer.path.string();
   if (answer.end == ProgramAnswer::End::killed) {
-    return Check::failed(name, file + " does not answer", "Run: " + file + " -V");
+    return Check::failed(tmuxCheck, file + " does not answer", "Run: " + file + " -V");
   }
   const auto version = plainText(std::string_view(answer.output).substr(0, answer.output.find('\n')));
   if (answer.exitStatus != 0 || !version.starts_with("tmux ")) {
-    return Check::failed(name, file + " does not say its version", "Run: " + file + " -V");
+    return Check::failed(tmuxCheck, file + " does not say its version", "Run: " + file + " -V");
   }
   // A development version may have no numbers; it is new enough.
   if (versionNumbers(version).value_or(oldestVersion) < oldestVersion) {
-    return Check::failed(name, version + " at " + file + " is too old",
+    return Check::failed(tmuxCheck, version + " at " + file + " is too old",
                          std::string(install) + " Then restart its server.");
   }
-  return Check::passed(name, version + " at " + file);
+  return Check::passed(tmuxCheck, version + " at " + file);
 }
 
 }  // namespace velmora

@@ -14,16 +14,16 @@ using testing::numberedUuid;
 constexpr std::chrono::milliseconds now{0};
 constexpr std::chrono::hours longTime{1};
 
-MCPRequestRecord request(std::uint64_t number) { return {.requestId = numberedUuid(number)}; }
+MCPRequestRecord numberedRequest(std::uint64_t number) { return {.requestId = numberedUuid(number)}; }
 
 TEST(RequestFeed, TellsEachWatcherWhatEndsFromThenOnWithItsCommand) {
   RequestFeed feed;
   EXPECT_FALSE(feed.isWatched());
   RequestFeed::Watcher first(feed);
   EXPECT_TRUE(feed.isWatched());
-  feed.tell(request(1), "ls");
+  feed.tell(numberedRequest(1), "ls");
   RequestFeed::Watcher second(feed);
-  feed.tell(request(2), "");
+  feed.tell(numberedRequest(2), "");
   const auto seen = first.next(now).requests;
   ASSERT_EQ(seen.size(), 2u);
   EXPECT_EQ(seen[0].commandBody, "ls");
@@ -36,7 +36,7 @@ TEST(RequestFeed, DropsTheOldestForASlowWatcherAndSaysHowMany) {
   RequestFeed feed;
   RequestFeed::Watcher watcher(feed);
   for (std::uint64_t number = 0; number < RequestFeed::mostWaiting + 3; ++number)
-    feed.tell(request(number), std::string(5'000, 'x'));
+    feed.tell(numberedRequest(number), std::string(5'000, 'x'));
   const auto seen = watcher.next(now);
   EXPECT_EQ(seen.missed, 3);
   EXPECT_EQ(seen.requests.size(), RequestFeed::mostWaiting);
@@ -52,7 +52,7 @@ TEST(RequestFeed, HasPlaceForAFewWatchersAndForAnotherOnceOneLeaves) {
   EXPECT_THROW(watchers.emplace_back(feed), TooManyWatchers);
   watchers.pop_front();
   watchers.emplace_back(feed);
-  feed.tell(request(1), "");
+  feed.tell(numberedRequest(1), "");
   EXPECT_EQ(watchers.back().next(now).requests.size(), 1u);
 }
 
@@ -60,7 +60,7 @@ TEST(RequestFeed, WakesWhoWaitsWhenSomethingEndsAndWhenItIsClosed) {
   RequestFeed feed;
   RequestFeed::Watcher watcher(feed);
   auto waiting = std::async(std::launch::async, [&] { return watcher.next(longTime); });
-  feed.tell(request(1), "");
+  feed.tell(numberedRequest(1), "");
   EXPECT_EQ(waiting.get().requests.size(), 1u);
   waiting = std::async(std::launch::async, [&] { return watcher.next(longTime); });
   feed.close();

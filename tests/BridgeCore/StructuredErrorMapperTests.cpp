@@ -10,12 +10,12 @@
 namespace velmora {
 namespace {
 
-const std::optional<SessionReference> session = testing::sampleReference();
+const std::optional<SessionReference> failedSession = testing::sampleReference();
 
 template <class Error>
 StructuredError mapped(Error error) {
   return StructuredErrorMapper::map(std::make_exception_ptr(std::move(error)), "terminal_send_command",
-                                    session);
+                                    failedSession);
 }
 
 TEST(StructuredErrorMapper, KeepsAStructuredErrorAsItIs) {
@@ -28,7 +28,7 @@ TEST(StructuredErrorMapper, AValidationErrorKeepsItsWords) {
   EXPECT_EQ(
       mapped(ToolValidationError("Command must not be empty.")),
       (StructuredError{ErrorCode::invalidArgument, "Command must not be empty.", "terminal_send_command",
-                       session, false, "Correct the request arguments and try again."}));
+                       failedSession, false, "Correct the request arguments and try again."}));
 }
 
 TEST(StructuredErrorMapper, ADecodingErrorGetsTheFixedWords) {
@@ -36,23 +36,23 @@ TEST(StructuredErrorMapper, ADecodingErrorGetsTheFixedWords) {
       mapped(JsonDecodeError("arguments.key: unknown value")),
       (StructuredError{
           ErrorCode::invalidArgument, "Tool arguments could not be decoded using the advertised schema.",
-          "terminal_send_command", session, false, "Correct the request arguments and try again."}));
+          "terminal_send_command", failedSession, false, "Correct the request arguments and try again."}));
 }
 
 TEST(StructuredErrorMapper, OnlyTheNumberOfAPlatformErrorCounts) {
   EXPECT_EQ(
       mapped(PlatformError("Any.Domain", -1743, "secret words")),
       (StructuredError{ErrorCode::automationPermissionDenied, "Terminal automation permission was denied.",
-                       "terminal_send_command", session, false,
+                       "terminal_send_command", failedSession, false,
                        "Allow Terminal automation for Velmora in System Settings, then retry."}));
-  EXPECT_EQ(
-      mapped(PlatformError("Any.Domain", -600)),
-      (StructuredError{ErrorCode::terminalNotRunning, "Terminal.app is not running.", "terminal_send_command",
-                       session, true, "Open Terminal.app or create a new managed session, then retry."}));
+  EXPECT_EQ(mapped(PlatformError("Any.Domain", -600)),
+            (StructuredError{ErrorCode::terminalNotRunning, "Terminal.app is not running.",
+                             "terminal_send_command", failedSession, true,
+                             "Open Terminal.app or create a new managed session, then retry."}));
   EXPECT_EQ(mapped(PlatformError("Any.Domain", -1708)),
             (StructuredError{ErrorCode::appleScriptExecutionFailed,
                              "Terminal.app could not complete the requested automation operation.",
-                             "terminal_send_command", session, true,
+                             "terminal_send_command", failedSession, true,
                              "Check Terminal.app and automation permission, then retry."}));
 }
 
@@ -68,25 +68,25 @@ TEST(StructuredErrorMapper, AnAbsentSessionStaysAbsent) {
 }
 
 TEST(StructuredErrorMapper, WarnsOfTruncation) {
-  EXPECT_EQ(StructuredErrorMapper::warningForTruncation("terminal_read_output", *session),
+  EXPECT_EQ(StructuredErrorMapper::warningForTruncation("terminal_read_output", *failedSession),
             (StructuredError{ErrorCode::outputTruncated, "The output exceeded the requested character limit.",
-                             "terminal_read_output", session, true,
+                             "terminal_read_output", failedSession, true,
                              "Request a larger maximum up to 50000 characters if more context is needed."}));
 }
 
 TEST(ErrorCatalogue, TheBusySuggestionsDifferInOneWord) {
-  const auto command = catalogue::sessionBusy(catalogue::BusyInput::command, *session);
-  const auto keys = catalogue::sessionBusy(catalogue::BusyInput::keys, *session);
+  const auto command = catalogue::sessionBusy(catalogue::BusyInput::command, *failedSession);
+  const auto keys = catalogue::sessionBusy(catalogue::BusyInput::keys, *failedSession);
   EXPECT_EQ(command, (StructuredError{
                          ErrorCode::sessionBusy, "The Terminal session is busy.", "terminal_send_command",
-                         session, true,
+                         failedSession, true,
                          "Enable busy session input in Velmora settings only when you intend to send input "
                          "to the foreground process, or wait for the current process to finish and retry."}));
-  EXPECT_EQ(keys,
-            (StructuredError{
-                ErrorCode::sessionBusy, "The Terminal session is busy.", "terminal_send_key", session, true,
-                "Enable busy session input in Velmora settings only when you intend to send keys "
-                "to the foreground process, or wait for the current process to finish and retry."}));
+  EXPECT_EQ(keys, (StructuredError{
+                      ErrorCode::sessionBusy, "The Terminal session is busy.", "terminal_send_key",
+                      failedSession, true,
+                      "Enable busy session input in Velmora settings only when you intend to send keys "
+                      "to the foreground process, or wait for the current process to finish and retry."}));
 }
 
 TEST(ErrorCatalogue, TheRestReadsAsPublished) {
@@ -98,19 +98,19 @@ TEST(ErrorCatalogue, TheRestReadsAsPublished) {
             (StructuredError{ErrorCode::noTerminalWindows, "Terminal.app has no selected tab.",
                              "terminal_get_active_session", std::nullopt, true,
                              "Open a Terminal window and retry."}));
-  EXPECT_EQ(catalogue::sessionNotAllowed("terminal_read_output", *session),
+  EXPECT_EQ(catalogue::sessionNotAllowed("terminal_read_output", *failedSession),
             (StructuredError{ErrorCode::sessionNotAllowed,
                              "This Terminal session is not allowed for the requested operation.",
-                             "terminal_read_output", session, false,
+                             "terminal_read_output", failedSession, false,
                              "Allow the session in Velmora or choose a managed session."}));
-  EXPECT_EQ(catalogue::outputUnavailable(*session),
+  EXPECT_EQ(catalogue::outputUnavailable(*failedSession),
             (StructuredError{ErrorCode::outputUnavailable, "Terminal output is unavailable.",
-                             "terminal_read_output", session, true,
+                             "terminal_read_output", failedSession, true,
                              "Check the Terminal tab and retry with visible output."}));
-  EXPECT_EQ(catalogue::screenCaptureUnavailable(*session),
+  EXPECT_EQ(catalogue::screenCaptureUnavailable(*failedSession),
             (StructuredError{
                 ErrorCode::screenCaptureUnavailable, "Terminal screen capture is unavailable.",
-                "terminal_capture_screen", session, true,
+                "terminal_capture_screen", failedSession, true,
                 "Allow Screen Recording for Velmora in System Settings, keep the Terminal window visible, "
                 "then retry."}));
   EXPECT_EQ(

@@ -10,7 +10,8 @@ using ::testing::HasSubstr;
 
 const ConfigPath cursorPath{"mcpServers", "terminal"};
 const std::vector<ConfigMember> helper{{"command", "/opt/velmora"}};
-const std::vector<ConfigMember> extended{{"command", "/opt/velmora"}, {"args", JSONArray{"--extended"}}};
+const std::vector<ConfigMember> extendedHelper{{"command", "/opt/velmora"},
+                                               {"args", JSONArray{"--extended"}}};
 
 std::string added(std::string_view text, ConfigLanguage language = jsonWithComments,
                   const std::vector<ConfigMember>& members = helper) {
@@ -109,7 +110,7 @@ TEST(ConfigText, TakesOutWhatItPutIn) {
   for (const auto* text : {"", "model = \"o\"\n", "[mcp_servers.other]\ncommand = \"x\" # c\n\n# end\n",
                            "[profiles.a]\r\nb = 1\r\n", "[[projects]]\nx = { y = [1, 2] }\n"}) {
     const ConfigPath path{"mcp_servers", "terminal"};
-    EXPECT_EQ(withoutEntry(toml, withEntry(toml, text, path, extended), path), text);
+    EXPECT_EQ(withoutEntry(toml, withEntry(toml, text, path, extendedHelper), path), text);
   }
 }
 
@@ -174,7 +175,7 @@ class TomlConfigText : public ::testing::Test {
 };
 
 TEST_F(TomlConfigText, GetsATableAtItsEnd) {
-  EXPECT_EQ(withEntry(toml, "model = \"o\" # mine", path, extended),
+  EXPECT_EQ(withEntry(toml, "model = \"o\" # mine", path, extendedHelper),
             "model = \"o\" # mine\n\n[mcp_servers.terminal]\ncommand = \"/opt/velmora\"\nargs = "
             "[\"--extended\"]\n");
 }

@@ -17,7 +17,7 @@ std::string snippet(std::string_view id, std::string_view path) {
   return client == nullptr ? "no such client" : snippetFor(*client, path);
 }
 
-JSONValue json(std::string_view id) { return decodeJson<JSONValue>(snippet(id, awkwardPath)); }
+JSONValue entryJson(std::string_view id) { return decodeJson<JSONValue>(snippet(id, awkwardPath)); }
 
 std::string printed(std::vector<std::string> command, const std::string& input) {
   testing::ChildProgram program(std::move(command), {{"PATH", "/usr/bin:/bin"}});
@@ -54,18 +54,18 @@ TEST(McpClients, GiveTheShapeThatEachReadsJsonIn) {
   const JSONObject command{{"command", awkwardPath}};
   const JSONObject servers{{"terminal", command}};
   for (const auto* id : {"claude-desktop", "cursor", "gemini-cli"}) {
-    EXPECT_EQ(json(id), JSONValue(JSONObject{{"mcpServers", servers}})) << id;
+    EXPECT_EQ(entryJson(id), JSONValue(JSONObject{{"mcpServers", servers}})) << id;
   }
-  EXPECT_EQ(json("openclaw"), JSONValue(JSONObject{{"mcp", JSONObject{{"servers", servers}}}}));
+  EXPECT_EQ(entryJson("openclaw"), JSONValue(JSONObject{{"mcp", JSONObject{{"servers", servers}}}}));
   EXPECT_EQ(
-      json("vscode"),
+      entryJson("vscode"),
       JSONValue(JSONObject{
           {"servers", JSONObject{{"terminal", JSONObject{{"type", "stdio"}, {"command", awkwardPath}}}}}}));
-  EXPECT_EQ(json("zed"),
+  EXPECT_EQ(entryJson("zed"),
             JSONValue(JSONObject{
                 {"context_servers",
                  JSONObject{{"terminal", JSONObject{{"command", awkwardPath}, {"args", JSONArray{}}}}}}}));
-  EXPECT_EQ(json("opencode"),
+  EXPECT_EQ(entryJson("opencode"),
             JSONValue(JSONObject{
                 {"mcp", JSONObject{{"terminal",
                                     JSONObject{{"type", "local"}, {"command", JSONArray{awkwardPath}}}}}}}));

@@ -21,7 +21,7 @@ const std::vector<std::string> awkwardTexts{
 };
 
 // What the program prints when it gets `input`.
-std::string printed(std::vector<std::string> command, const std::string& input) {
+std::string printedBy(std::vector<std::string> command, const std::string& input) {
   testing::ChildProgram program(std::move(command), {{"PATH", "/usr/bin:/bin"}, {"HOME", "/nonexistent"}});
   program.write(input);
   program.closeInput();
@@ -35,14 +35,14 @@ TEST(ShellQuoted, IsOneWordWithTheSameTextInEveryShell) {
   for (const auto& shell : shells) {
     for (const auto& text : awkwardTexts) {
       const auto script = "show() { printf '%s:%s' $# \"$1\"; }\nshow " + shellQuoted(text) + "\n";
-      EXPECT_EQ(printed(shell, script), "1:" + text) << shell.front();
+      EXPECT_EQ(printedBy(shell, script), "1:" + text) << shell.front();
     }
   }
 }
 
 TEST(ShellQuoted, IsNotTakenForTheHistoryOfAnInteractiveShell) {
   const std::string script = "true earlier\nprintf %s " + shellQuoted("a!true!!") + "\n";
-  EXPECT_EQ(printed({"bash", "--norc", "-o", "history", "-H"}, script), "a!true!!");
+  EXPECT_EQ(printedBy({"bash", "--norc", "-o", "history", "-H"}, script), "a!true!!");
 }
 
 TEST(ShellQuoted, EnclosesAnOrdinaryPathInDoubleQuotesAndChangesNothing) {
@@ -60,7 +60,7 @@ TEST(TomlQuoted, IsReadBackByATomlReader) {
     document += key + " = " + tomlQuoted(text) + "\n";
     expected.emplace(key, text);
   }
-  EXPECT_EQ(decodeJson<JSONValue>(printed(reader, document)), JSONValue(expected));
+  EXPECT_EQ(decodeJson<JSONValue>(printedBy(reader, document)), JSONValue(expected));
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ std::int64_t mappedBytes() {
   return pages * ::sysconf(_SC_PAGESIZE);
 }
 
-LocalControlResponse echo(const LocalControlRequest& request) {
+LocalControlResponse echoed(const LocalControlRequest& request) {
   LocalControlResponse response;
   response.requestId = request.requestId;
   response.ok = true;
@@ -54,7 +54,7 @@ TEST(LocalControlServerLoad, LosesNothingOf10000RequestsOn64ConnectionsAndLeaves
   {
     LocalControlServer server(testing::recordHandler([&handled](const LocalControlRequest& request) {
                                 ++handled;
-                                return echo(request);
+                                return echoed(request);
                               }),
                               temporary / "s");
     server.start();
@@ -65,7 +65,7 @@ TEST(LocalControlServerLoad, LosesNothingOf10000RequestsOn64ConnectionsAndLeaves
         for (int number = 0; number < requestsPerConnection; ++number) {
           auto request = sampleRequest(std::to_string(helper) + "/" + std::to_string(number));
           request.requestId = Uuid::random();
-          if (client.send(request) == echo(request)) ++answered;
+          if (client.send(request) == echoed(request)) ++answered;
         }
       });
     }
@@ -80,10 +80,10 @@ TEST(LocalControlServerLoad, LosesNothingOf10000RequestsOn64ConnectionsAndLeaves
 
 TEST(LocalControlServerLoad, DoesNotGrowOver10000ShortConnections) {
   const TemporaryDirectory temporary;
-  LocalControlServer server(testing::recordHandler(echo), temporary / "s");
+  LocalControlServer server(testing::recordHandler(echoed), temporary / "s");
   server.start();
   const auto frame = LocalControlCodec::frame(sampleRequest());
-  const auto answer = LocalControlCodec::frame(echo(sampleRequest()));
+  const auto answer = LocalControlCodec::frame(echoed(sampleRequest()));
   const auto exchange = [&] {
     auto connection = UnixSocketClient::connect(temporary / "s");
     connection.writeFrame(frame);
@@ -107,7 +107,7 @@ TEST(LocalControlServerLoad, EndsWith64ReadersBlocked) {
   const TemporaryDirectory temporary;
   std::vector<UnixSocketConnection> connections;
   {
-    LocalControlServer server(testing::recordHandler(echo), temporary / "s");
+    LocalControlServer server(testing::recordHandler(echoed), temporary / "s");
     server.start();
     for (int i = 0; i < 64; ++i) connections.push_back(UnixSocketClient::connect(temporary / "s"));
   }

@@ -30,7 +30,7 @@ using testing::sampleRecord;
 using testing::structuredError;
 using testing::writeFile;
 
-constexpr PrivacyRetentionSettings everything{
+constexpr PrivacyRetentionSettings everythingKept{
     .persistentHistoryEnabled = true, .storeCommandBody = true, .storeOutputPreview = true};
 constexpr PrivacyRetentionSettings nothing{};
 
@@ -49,7 +49,7 @@ class HistoryStoreTest : public ::testing::Test {
   }
 
   std::string storedPreview(const std::string& preview, std::int64_t mostCharacters) {
-    auto settings = everything;
+    auto settings = everythingKept;
     settings.outputPreviewMaxCharacters = mostCharacters;
     store.save({withPreview(preview)}, settings);
     return store.load().at(0).outputPreview.value();
@@ -77,24 +77,24 @@ TEST_F(HistoryStoreTest, LoadsNothingWithoutAFile) {
 TEST_F(HistoryStoreTest, WritesTheDocumentSortedAndPretty) {
   MCPRequestRecord small{
       .requestId = numberedUuid(2), .receivedAt = Date{816999999.75}, .client = {"other", {}}};
-  store.save({sampleRecord(), small}, everything);
+  store.save({sampleRecord(), small}, everythingKept);
   testing::expectGolden("stores/history.json", contentOf(file));
 }
 
 TEST_F(HistoryStoreTest, WritesAnEmptyHistoryToo) {
-  store.save({}, everything);
+  store.save({}, everythingKept);
   EXPECT_THAT(store.load(), IsEmpty());
   EXPECT_TRUE(std::filesystem::exists(file));
 }
 
 TEST_F(HistoryStoreTest, ReadsBackWhatItWroteInTheSameOrder) {
   const std::vector<MCPRequestRecord> records{numbered(3), numbered(1), numbered(2)};
-  store.save(records, everything);
+  store.save(records, everythingKept);
   EXPECT_EQ(store.load(), records);
 }
 
 TEST_F(HistoryStoreTest, DeletesTheFileWhenHistoryIsNotKept) {
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   store.save({sampleRecord()}, nothing);
   EXPECT_THAT(namesIn(folder), IsEmpty());
   store.save({sampleRecord()}, nothing);
@@ -107,7 +107,7 @@ TEST_F(HistoryStoreTest, CreatesNoFolderWhenHistoryIsNotKept) {
 }
 
 TEST_F(HistoryStoreTest, StoresNoCommandsWhenTheyAreOff) {
-  auto settings = everything;
+  auto settings = everythingKept;
   settings.storeCommandBody = false;
   const std::vector<MCPRequestRecord> records{sampleRecord()};
   store.save(records, settings);
@@ -121,7 +121,7 @@ TEST_F(HistoryStoreTest, StoresNoCommandsWhenTheyAreOff) {
 }
 
 TEST_F(HistoryStoreTest, StoresNoPreviewsWhenTheyAreOff) {
-  auto settings = everything;
+  auto settings = everythingKept;
   settings.storeOutputPreview = false;
   store.save({sampleRecord()}, settings);
   auto expected = sampleRecord();
@@ -143,7 +143,7 @@ TEST_F(HistoryStoreTest, KeepsFileAndFolderToTheUser) {
   std::filesystem::permissions(folder, std::filesystem::perms(0777));
   writeFile(file, "old");
   std::filesystem::permissions(file, std::filesystem::perms(0666));
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   EXPECT_EQ(modeOf(file), 0600u);
   EXPECT_EQ(modeOf(folder), 0700u);
   EXPECT_THAT(namesIn(folder), ElementsAre("history.json"));
@@ -168,7 +168,7 @@ TEST_F(HistoryStoreTest, SaysThatAFileCannotBeRead) {
 }
 
 TEST_F(HistoryStoreTest, SaysThatDatesMustBeText) {
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   auto stored = contentOf(file);
   for (auto at = stored.find("Z\""); at != std::string::npos; at = stored.find("Z\"")) {
     const auto start = stored.rfind('"', at);
@@ -179,7 +179,7 @@ TEST_F(HistoryStoreTest, SaysThatDatesMustBeText) {
 }
 
 TEST_F(HistoryStoreTest, SaysThatAFileCannotBeReadWhenTheDiskFails) {
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   files.failOn("read", std::errc::io_error);
   EXPECT_EQ(structuredError([&] { store.load(); }), storageError(StorageFailure::historyUnreadable));
   files.work();
@@ -191,10 +191,10 @@ TEST_F(HistoryStoreTest, KeepsAnUnreadableFileBesideTheNextSave) {
     writeFile(file, stored);
     structuredError([&] { store.load(); });
     EXPECT_EQ(contentOf(file), stored);
-    store.save({sampleRecord()}, everything);
+    store.save({sampleRecord()}, everythingKept);
     EXPECT_THAT(store.load(), ElementsAre(sampleRecord()));
     EXPECT_EQ(contentOf(unreadable), stored);
-    store.save({}, everything);
+    store.save({}, everythingKept);
     EXPECT_EQ(contentOf(unreadable), stored);
     EXPECT_THAT(namesIn(folder), ElementsAre("history.json", "history.json.unreadable"));
   }
@@ -204,13 +204,13 @@ TEST_F(HistoryStoreTest, SavesAlsoWhenTheUnreadableFileIsGone) {
   writeFile(file, "no JSON");
   structuredError([&] { store.load(); });
   std::filesystem::remove(file);
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   EXPECT_THAT(namesIn(folder), ElementsAre("history.json"));
 }
 
 TEST_F(HistoryStoreTest, ReplacesAFileThatItNeverFailedToRead) {
   writeFile(file, "no JSON");
-  store.save({sampleRecord()}, everything);
+  store.save({sampleRecord()}, everythingKept);
   EXPECT_THAT(namesIn(folder), ElementsAre("history.json"));
 }
 
@@ -241,7 +241,7 @@ TEST_F(HistoryStoreTest, LeavesNothingWhereALinkInItsPlaceLed) {
   const auto stored = R"({"schemaVersion":1,"records":[]})";
   link(stored);
   EXPECT_THAT(store.load(), IsEmpty());
-  store.save({numbered(1)}, everything);
+  store.save({numbered(1)}, everythingKept);
   EXPECT_THAT(store.load(), ElementsAre(numbered(1)));
   EXPECT_FALSE(std::filesystem::exists(target));
   EXPECT_FALSE(std::filesystem::is_symlink(file));
@@ -252,7 +252,7 @@ TEST_F(HistoryStoreTest, LeavesNothingWhereALinkInItsPlaceLed) {
   // What cannot be read is kept as it is, until it is deleted.
   link("no history");
   structuredError([&] { store.load(); });
-  store.save({}, everything);
+  store.save({}, everythingKept);
   EXPECT_EQ(contentOf(unreadable), "no history");
   store.delete_();
   EXPECT_FALSE(std::filesystem::exists(target));
@@ -265,7 +265,7 @@ TEST_F(HistoryStoreTest, DeletesNothingSuccessfully) {
 }
 
 TEST_F(HistoryStoreTest, SaysThatTheFileCannotBeDeleted) {
-  store.save({}, everything);
+  store.save({}, everythingKept);
   files.failOn("remove", std::errc::read_only_file_system);
   const auto expected = storageError(StorageFailure::historyUndeleted);
   EXPECT_EQ(structuredError([&] { store.delete_(); }), expected);
@@ -279,13 +279,13 @@ TEST_F(HistoryStoreTest, SaysThatTheFilesModeCannotBeSet) {
     if (operation == "setMode" && path == file)
       throw std::system_error(std::make_error_code(std::errc::io_error));
   };
-  EXPECT_EQ(structuredError([&] { store.save({}, everything); }),
+  EXPECT_EQ(structuredError([&] { store.save({}, everythingKept); }),
             storageError(StorageFailure::historyPermissions));
 }
 
 TEST_F(HistoryStoreTest, PassesOnThatTheFoldersModeCannotBeSet) {
   files.failOn("setMode", std::errc::operation_not_permitted);
-  EXPECT_EQ(structuredError([&] { store.save({}, everything); }),
+  EXPECT_EQ(structuredError([&] { store.save({}, everythingKept); }),
             storageError(StorageFailure::directoryPermissions));
 }
 
@@ -295,21 +295,21 @@ TEST_F(HistoryStoreTest, SaysThatItCouldNotSave) {
        {std::errc::no_space_on_device, std::errc::read_only_file_system, std::errc::permission_denied}) {
     for (const auto* operation : {"createDirectories", "create", "rename"}) {
       files.failOn(operation, error);
-      EXPECT_EQ(structuredError([&] { store.save({}, everything); }), expected) << operation;
+      EXPECT_EQ(structuredError([&] { store.save({}, everythingKept); }), expected) << operation;
     }
   }
 }
 
 TEST_F(HistoryStoreTest, AFolderThatCannotBeFlushedIsNoFailureOfTheSave) {
   files.failOn("flushDirectory", std::errc::io_error);
-  store.save({numbered(1)}, everything);
+  store.save({numbered(1)}, everythingKept);
   EXPECT_THAT(store.load(), ElementsAre(numbered(1)));
   EXPECT_EQ(log.count("may be lost in a power failure"), 1u);
 }
 
 TEST_F(HistoryStoreTest, TellsTheLogWhatTheErrorsLeaveOut) {
   files.failOn("create", std::errc::no_space_on_device);
-  structuredError([&] { store.save({sampleRecord()}, everything); });
+  structuredError([&] { store.save({sampleRecord()}, everythingKept); });
   files.failOn("remove", std::errc::read_only_file_system);
   writeFile(file, R"({"schemaVersion": 1, "records": [{}]})");
   structuredError([&] { store.delete_(); });
@@ -325,24 +325,24 @@ TEST_F(HistoryStoreTest, TellsTheLogWhatTheErrorsLeaveOut) {
 
 TEST_F(HistoryStoreTest, SaysThatItCouldNotSaveWhereAFileIsInTheWay) {
   writeFile(folder, "a file where the folder belongs");
-  EXPECT_EQ(structuredError([&] { store.save({}, everything); }),
+  EXPECT_EQ(structuredError([&] { store.save({}, everythingKept); }),
             storageError(StorageFailure::historyUnsaved));
 }
 
 TEST_F(HistoryStoreTest, SaysThatItCouldNotSaveADateThatHasNoText) {
   auto record = sampleRecord();
   record.receivedAt = Date{1e12};
-  EXPECT_EQ(structuredError([&] { store.save({record}, everything); }),
+  EXPECT_EQ(structuredError([&] { store.save({record}, everythingKept); }),
             storageError(StorageFailure::historyUnsaved));
 }
 
 TEST_F(HistoryStoreTest, KeepsTheOldFileWhereverASaveFailsBeforeItIsReplaced) {
   int step = 0;
   for (;; ++step) {
-    store.save({numbered(1)}, everything);
+    store.save({numbered(1)}, everythingKept);
     files.failAt(step, false, std::errc::no_space_on_device);
     try {
-      store.save({numbered(2)}, everything);
+      store.save({numbered(2)}, everythingKept);
     } catch (const StructuredError& error) {
       EXPECT_EQ(error.code, ErrorCode::historyStorageFailed);
     }
@@ -357,11 +357,11 @@ TEST_F(HistoryStoreTest, KeepsTheOldFileWhereverASaveFailsBeforeItIsReplaced) {
 
 TEST_F(HistoryStoreTest, LosesNothingWhereverTheMachineStopsInASave) {
   for (int step = 0;; ++step) {
-    store.save({numbered(1)}, everything);
+    store.save({numbered(1)}, everythingKept);
     files.failAt(step, true);
     bool failed = false;
     try {
-      store.save({numbered(2)}, everything);
+      store.save({numbered(2)}, everythingKept);
     } catch (const StructuredError&) {
       failed = true;
     }
@@ -370,7 +370,7 @@ TEST_F(HistoryStoreTest, LosesNothingWhereverTheMachineStopsInASave) {
     StagedFile::removeLeftovers(files, file);
     HistoryStore afterRestart(files, file);
     EXPECT_THAT(afterRestart.load(), AnyOf(ElementsAre(numbered(1)), ElementsAre(numbered(2)))) << step;
-    afterRestart.save({numbered(3)}, everything);
+    afterRestart.save({numbered(3)}, everythingKept);
     EXPECT_THAT(namesIn(folder), ElementsAre("history.json")) << step;
   }
 }
@@ -384,7 +384,7 @@ TEST_F(HistoryStoreTest, NeverLosesAnUnreadableFileWhereverASaveFails) {
       files.failAt(step, andAllAfter, std::errc::no_space_on_device);
       bool failed = false;
       try {
-        store.save({numbered(2)}, everything);
+        store.save({numbered(2)}, everythingKept);
       } catch (const StructuredError&) {
         failed = true;
       }
@@ -413,7 +413,7 @@ TEST_F(HistoryStoreTest, NeverLetsSavesDeletionsAndLoadsInterleave) {
   std::vector<std::thread> threads;
   for (const auto* records : {&one, &two}) {
     threads.emplace_back([this, records] {
-      for (int round = 0; round < 30; ++round) store.save(*records, everything);
+      for (int round = 0; round < 30; ++round) store.save(*records, everythingKept);
     });
   }
   threads.emplace_back([this] {

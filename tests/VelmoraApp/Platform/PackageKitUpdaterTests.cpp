@@ -15,7 +15,7 @@ namespace {
 
 using testing::FakePackageKit;
 
-constexpr int kPatience = 20000;
+constexpr int kUpdatePatience = 20000;
 constexpr double kHour = 3600;
 const QString kProgram = "/usr/bin/velmora-app";
 const QString kUpdate = "velmora;0.2.0-1;amd64;debian";
@@ -66,7 +66,7 @@ class PackageKitUpdaterTest : public ::testing::Test {
     waitFor([this] { return !updater->isChecking(); });
   }
   static void waitFor(const std::function<bool()>& condition) {
-    ASSERT_TRUE(QTest::qWaitFor(condition, kPatience));
+    ASSERT_TRUE(QTest::qWaitFor(condition, kUpdatePatience));
   }
   QString defaultsFile() const { return QString::fromStdString((home / "some.conf").string()); }
   qsizetype checks() const { return packageKit.calls.filter("RefreshCache").size(); }

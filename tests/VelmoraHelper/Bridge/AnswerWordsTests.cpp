@@ -7,16 +7,16 @@
 namespace velmora {
 namespace {
 
-const Uuid id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
+const Uuid answeredId = *Uuid::parse("11111111-2222-4333-8444-555555555555");
 
 LocalControlResponse told(ToolName tool, const LocalControlResponse& answer) {
-  const auto request = testing::bridgeRequest({.requestId = id, .operation = tool});
+  const auto request = testing::bridgeRequest({.requestId = answeredId, .operation = tool});
   return testing::recordOf(explained(request, testing::bridgeAnswer(answer)));
 }
 
 // What the client of `tool` is told when the application answers with `error`.
 StructuredError told(ToolName tool, const StructuredError& error) {
-  return told(tool, LocalControlResponse{.requestId = id, .error = error}).error.value();
+  return told(tool, LocalControlResponse{.requestId = answeredId, .error = error}).error.value();
 }
 
 TEST(AnswerWords, NeverAsksToRepeatWhatWasDeliveredAndOnlyNotRecorded) {
@@ -40,7 +40,7 @@ TEST(AnswerWords, SayWhetherWaitingForABusySessionCanHelp) {
   StructuredError busy{.code = ErrorCode::sessionBusy,
                        .message = "The Terminal session is busy.",
                        .operation = "terminal_send_key",
-                       .session = SessionReference{.sessionId = id, .title = "0: python3"},
+                       .session = SessionReference{.sessionId = answeredId, .title = "0: python3"},
                        .retryable = true,
                        .recoverySuggestion = "Wait."};
   auto expected = busy;
@@ -58,12 +58,12 @@ TEST(AnswerWords, SayBrieflyThatOutputWasCut) {
       .code = ErrorCode::outputTruncated,
       .message = "The output exceeded the requested character limit.",
       .operation = "terminal_read_output",
-      .session = SessionReference{.sessionId = id, .title = "title", .tty = "/dev/pts/1"},
+      .session = SessionReference{.sessionId = answeredId, .title = "title", .tty = "/dev/pts/1"},
       .retryable = true,
       .recoverySuggestion = "Request a larger maximum up to 50000 characters if more context is needed."};
-  const auto answer =
-      told(ToolName::readOutput,
-           LocalControlResponse{.requestId = id, .ok = true, .data = JSONObject{}, .warnings = {cut}});
+  const auto answer = told(
+      ToolName::readOutput,
+      LocalControlResponse{.requestId = answeredId, .ok = true, .data = JSONObject{}, .warnings = {cut}});
   ASSERT_EQ(answer.warnings.size(), 1u);
   EXPECT_EQ(encodeJson(answer.warnings[0]),
             R"({"code":"OUTPUT_TRUNCATED","message":"Only the end is shown.",)"

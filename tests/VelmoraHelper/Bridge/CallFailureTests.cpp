@@ -9,13 +9,13 @@
 namespace velmora {
 namespace {
 
-const Uuid id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
+const Uuid failedId = *Uuid::parse("11111111-2222-4333-8444-555555555555");
 
 // The answer to a call of `tool` when the application cannot be asked because of `failure`.
 template <class Failure>
 LocalControlResponse answerWhen(ToolName tool, Failure failure, JSONObject arguments = {}) {
   const auto request =
-      testing::bridgeRequest({.requestId = id, .operation = tool, .arguments = std::move(arguments)});
+      testing::bridgeRequest({.requestId = failedId, .operation = tool, .arguments = std::move(arguments)});
   return testing::recordOf(answerToFailure(request, std::make_exception_ptr(failure)));
 }
 
@@ -28,7 +28,7 @@ TEST(CallFailure, SaysThatVelmoraIsNotRunningWhenNothingListens) {
         .operation = "terminal_send_command",
         .retryable = true,
         .recoverySuggestion = "Open Velmora (or start velmora-headless), then retry."};
-    EXPECT_EQ(response, (LocalControlResponse{.requestId = id, .ok = false, .error = expected}));
+    EXPECT_EQ(response, (LocalControlResponse{.requestId = failedId, .ok = false, .error = expected}));
   }
 }
 

@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 using testing::FakeApplication;
 using ::testing::IsEmpty;
 
-const Uuid id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
+const Uuid bridgeId = *Uuid::parse("11111111-2222-4333-8444-555555555555");
 
 // An application that succeeds in what it can answer from here and refuses a command.
 LocalControlResponse answerTo(const LocalControlRequest& request) {
@@ -106,7 +106,7 @@ class McpServerTest : public ::testing::Test {
   BridgeCalls calls{[this] { return application.connect(); }};
   McpServer server{{.version = "1.2.3", .clientProcessId = 42},
                    calls,
-                   [] { return id; },
+                   [] { return bridgeId; },
                    [this](std::string message) { sent.push_back(std::move(message)); }};
 };
 
@@ -135,7 +135,7 @@ TEST_F(McpServerTest, GivesTheAnswerAsStructuredContentAndTheSameAsText) {
   EXPECT_EQ(result.at("content").as_array().size(), 1u);
   EXPECT_EQ(parseJson(std::string(result.at("content").at(0).at("text").as_string())),
             result.at("structuredContent"));
-  EXPECT_EQ(result.at("structuredContent").at("requestId"), id.toString().c_str());
+  EXPECT_EQ(result.at("structuredContent").at("requestId"), bridgeId.toString().c_str());
   EXPECT_EQ(result.at("structuredContent").at("data").at("text"),
             "$ echo \"\xED\x95\x9C\"\n\t\xED\x95\x9C\x1B[0m\r\n");
 }

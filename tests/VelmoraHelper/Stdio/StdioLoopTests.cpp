@@ -17,13 +17,13 @@ namespace {
 
 using testing::FakeApplication;
 
-const std::string ping = R"({"jsonrpc":"2.0","id":1,"method":"ping"})";
-const std::string pong = R"({"jsonrpc":"2.0","id":1,"result":{}})"
-                         "\n";
-const std::string initialize =
+const std::string pingLine = R"({"jsonrpc":"2.0","id":1,"method":"ping"})";
+const std::string pongLine = R"({"jsonrpc":"2.0","id":1,"result":{}})"
+                             "\n";
+const std::string initializeLine =
     R"({"jsonrpc":"2.0","id":0,"method":"initialize","params":{"protocolVersion":"2025-11-25"}})"
     "\n";
-const std::string call =
+const std::string callLine =
     R"({"jsonrpc":"2.0","id":2,"method":"tools/call","params":{"name":"terminal_status"}})"
     "\n";
 
@@ -122,40 +122,42 @@ std::string served(const std::vector<std::string>& pieces) {
 
 TEST(StdioLoop, AnswersALineWithALineAndEndsWithTheInput) {
   EXPECT_EQ(served({}), "");
-  EXPECT_EQ(served({ping + "\n"}), pong);
-  EXPECT_EQ(served({ping + "\r\n\n"}), pong);
+  EXPECT_EQ(served({pingLine + "\n"}), pongLine);
+  EXPECT_EQ(served({pingLine + "\r\n\n"}), pongLine);
 }
 
 TEST(StdioLoop, AnswersTwoMessagesOfOneWriteInTheirOrder) {
   const std::string second = R"({"jsonrpc":"2.0","id":"b","method":"ping"})";
-  EXPECT_EQ(served({ping + "\n" + second + "\n"}), pong + R"({"jsonrpc":"2.0","id":"b","result":{}})" + "\n");
+  EXPECT_EQ(served({pingLine + "\n" + second + "\n"}),
+            pongLine + R"({"jsonrpc":"2.0","id":"b","result":{}})" + "\n");
 }
 
-TEST(StdioLoop, AnswersTheLastLineThoughItsEndIsMissing) { EXPECT_EQ(served({ping}), pong); }
+TEST(StdioLoop, AnswersTheLastLineThoughItsEndIsMissing) { EXPECT_EQ(served({pingLine}), pongLine); }
 
 TEST(StdioLoop, AnswersTheSameWhereverTheInputIsSplit) {
-  const std::string stream = ping + "\n" + ping + "\r\n";
+  const std::string stream = pingLine + "\n" + pingLine + "\r\n";
   for (std::size_t split = 1; split < stream.size(); ++split) {
-    ASSERT_EQ(served({stream.substr(0, split), stream.substr(split)}), pong + pong) << "split at " << split;
+    ASSERT_EQ(served({stream.substr(0, split), stream.substr(split)}), pongLine + pongLine)
+        << "split at " << split;
   }
 }
 
 TEST(StdioLoop, RefusesALineThatIsTooLongAndReadsTheNextOne) {
   const std::string huge(maximumMessageBytes + 10, 'x');
-  EXPECT_EQ(served({ping + "\n", huge, huge, "\n" + ping + "\n"}),
-            pong + R"({"jsonrpc":"2.0","error":{"code":-32600,"message":"The message is too long."}})" +
-                "\n" + pong);
+  EXPECT_EQ(served({pingLine + "\n", huge, huge, "\n" + pingLine + "\n"}),
+            pongLine + R"({"jsonrpc":"2.0","error":{"code":-32600,"message":"The message is too long."}})" +
+                "\n" + pongLine);
 }
 
 TEST(StdioLoop, ReadsALineOfTheMaximumLength) {
-  EXPECT_EQ(served({ping + std::string(maximumMessageBytes - ping.size(), ' ') + "\n"}), pong);
+  EXPECT_EQ(served({pingLine + std::string(maximumMessageBytes - pingLine.size(), ' ') + "\n"}), pongLine);
 }
 
 TEST(StdioLoop, WritesManyAnswersWholeAlsoToDescriptorsThatDoNotBlock) {
   for (const int flags : {0, O_NONBLOCK}) {
     Served server([] { return false; }, flags);
     std::thread client([&] {
-      writeAll(server.input.client.get(), initialize);
+      writeAll(server.input.client.get(), initializeLine);
       for (int i = 0; i < 20; ++i) {
         writeAll(server.input.client.get(), R"({"jsonrpc":"2.0","id":3,"method":"tools/list"})"
                                             "\n");
@@ -175,16 +177,16 @@ TEST(StdioLoop, WritesManyAnswersWholeAlsoToDescriptorsThatDoNotBlock) {
 
 TEST(StdioLoop, AnswersPingWhileACallIsUnderWayAndTheCallAfterwards) {
   Served server;
-  writeAll(server.input.client.get(), initialize + call + ping + "\n");
+  writeAll(server.input.client.get(), initializeLine + callLine + pingLine + "\n");
   readLine(server.output.client.get());
-  EXPECT_EQ(readLine(server.output.client.get()), pong);
+  EXPECT_EQ(readLine(server.output.client.get()), pongLine);
   FakeApplication::answer(server.application.receiveOne(), {.ok = true});
   EXPECT_NE(readLine(server.output.client.get()).find(R"("id":2,"result")"), std::string::npos);
 }
 
 TEST(StdioLoop, FinishesACallThatIsUnderWayWhenTheInputEnds) {
   Served server;
-  writeAll(server.input.client.get(), initialize + call + ping + "\n");
+  writeAll(server.input.client.get(), initializeLine + callLine + pingLine + "\n");
   server.input.client.close();
   readLine(server.output.client.get());
   readLine(server.output.client.get());
@@ -194,7 +196,7 @@ TEST(StdioLoop, FinishesACallThatIsUnderWayWhenTheInputEnds) {
 
 TEST(StdioLoop, EndsThoughACallIsNeverAnswered) {
   Served server;
-  writeAll(server.input.client.get(), initialize + call);
+  writeAll(server.input.client.get(), initializeLine + callLine);
   server.input.client.close();
   readLine(server.output.client.get());
   EXPECT_EQ(readToEnd(server.output.client.get()), "");
@@ -216,7 +218,7 @@ TEST(StdioLoop, EndsWhenTheInputIsClosedByAClientThatReadsNothing) {
   });
   // So much that neither pipe takes it all.
   ::fcntl(client.get(), F_SETFL, O_NONBLOCK);
-  writeAll(client.get(), initialize);
+  writeAll(client.get(), initializeLine);
   std::string requests;
   for (int i = 0; i < 1000; ++i)
     requests += R"({"jsonrpc":"2.0","id":3,"method":"tools/list"})"
