@@ -25,8 +25,12 @@ endif()
 add_library(velmora_options INTERFACE)
 target_include_directories(velmora_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(velmora_options INTERFACE
-  -Wall -Wextra -Wconversion -Wsign-conversion -Wshadow -Wundef -Wformat=2 -Wnon-virtual-dtor
-  -Wold-style-cast -Wimplicit-fallthrough)
+  -Wall -Wextra -Wconversion -Wsign-conversion -Wundef -Wformat=2 -Wnon-virtual-dtor -Wold-style-cast
+  -Wimplicit-fallthrough)
+# Where files are compiled together, a name of one file would be said to hide that of another.
+if(NOT CMAKE_UNITY_BUILD)
+  target_compile_options(velmora_options INTERFACE -Wshadow)
+endif()
 # Qt's and Pango's users are told to say it; with everybody saying it, all can share compiled headers.
 target_compile_options(velmora_options INTERFACE -pthread)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
@@ -46,8 +50,8 @@ function(velmora_sanitized_program name)
   endif()
 endfunction()
 
-# The headers that most files include, compiled once for the libraries of a developer's build. Other builds, as that of the
-# packages, and clang-tidy do without, and show that each file includes what it uses. Objective-C++ would need its own.
+# The headers that most files include, compiled once for the libraries of a developer's build. That of the packages does
+# without, and shows that each file includes what it uses. Objective-C++ would need its own.
 if(VELMORA_COMMON_HEADERS AND VELMORA_PLATFORM STREQUAL "Linux")
   add_library(velmora_common_headers OBJECT "${CMAKE_SOURCE_DIR}/cmake/CommonHeaders.cpp")
   target_link_libraries(velmora_common_headers PRIVATE velmora_options)

@@ -88,28 +88,20 @@ gather_headers() {
   ln -sfn /usr/include/{boost,unicode,CLI,curses.h,ncurses_dll.h,unctrl.h} "$work/headers/"
 }
 
-# build CPU [CXX FLAGS]
+# build CPU [-DOPTION=VALUE...]
 build() {
   local cpu=$1
+  shift
   cmake -S . -B "$work/$cpu" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$check/toolchain.cmake" -DCMAKE_BUILD_TYPE=None \
     -DVELMORA_MACOS_TOOLS="$work/tools-$cpu" -DVELMORA_MACOS_CPU="$cpu" -DVELMORA_MACOS_HEADERS="$work/headers" \
-    -DCMAKE_MODULE_PATH="$check/cmake" -DCMAKE_CXX_FLAGS="${2:-}" \
-    -DVELMORA_BUILD_TESTS=OFF -DVELMORA_BUILD_APP=OFF || return 1
+    -DCMAKE_MODULE_PATH="$check/cmake" -DVELMORA_BUILD_TESTS=OFF -DVELMORA_BUILD_APP=OFF "$@" || return 1
   cmake --build "$work/$cpu" -- -k 0
 }
 
-# The second processor's files are read with the common headers compiled once, which halves the time; that each file
-# includes what it uses was seen with the first.
-compile_common_headers() {
-  printf '#include <%s>\n' boost/describe.hpp boost/json.hpp filesystem functional future map string variant vector \
-    >"$work/common.h"
-  "$work/tools-$1/c++" -std=c++20 -pthread -isystem "$work/headers" -x c++-header "$work/common.h" -o "$work/common.pch"
-}
-
-# compile_window CPU: every file of the window but those that only Linux has, with the Qt headers of this machine. They
-# find macOS by the compiler, like the ones that Qt installs there.
+# compile_window CPU: every file of the window but those that only Linux has, those of a folder together, with the Qt
+# headers of this machine. They find macOS by the compiler, like the ones that Qt installs there.
 compile_window() {
-  local cpu=$1 qt=/usr/include/x86_64-linux-gnu/qt6 module file files=()
+  local cpu=$1 qt=/usr/include/x86_64-linux-gnu/qt6 module folder file
   local flags=(-std=c++20 -fPIC -Wall -Wextra -Werror -DQT_NO_KEYWORDS -DVELMORA_VERSION='""' -I.
     -isystem "$work/headers" -isystem "$qt")
   for module in QtCore QtGui QtNetwork QtQml QtQmlIntegration QtQmlModels QtQuick QtQuickControls2 QtWidgets; do
@@ -117,11 +109,12 @@ compile_window() {
   done
   for file in $(git ls-files 'VelmoraApp/*.cpp' | grep -v 'Linux\.cpp$'); do
     if grep -qE 'QtDBus|glib\.h' "$file" "${file%.cpp}.h" 2>/dev/null; then continue; fi
-    files+=("$file")
-    mkdir -p "$work/window/$(dirname "$file")"
+    folder=$work/window-$cpu/$(dirname "$file")
+    mkdir -p "$folder"
+    echo "#include \"$file\"" >>"$folder/All.cpp"
   done
-  printf '%s\0' "${files[@]}" |
-    xargs -0 -P "$(getconf _NPROCESSORS_ONLN)" -I FILE "$work/tools-$cpu/c++" "${flags[@]}" -c FILE -o "$work/window/FILE.o"
+  find "$work/window-$cpu" -name All.cpp -print0 |
+    xargs -0 -P "$(getconf _NPROCESSORS_ONLN)" -I FILE "$work/tools-$cpu/c++" "${flags[@]}" -c FILE -o FILE.o
 }
 
 # link_shims CPU: every shim, with the updater that the build above leaves out.
@@ -218,8 +211,8 @@ step 'the analyzer finds nothing in the shims' analyze MacPlatform/*.mm Terminal
 step 'planted leaks are found' find_planted_leaks
 step 'everything compiles and links for arm64' build arm64
 write_tools x86_64
-step 'the common headers compile for x86_64' compile_common_headers x86_64
-step 'everything compiles and links for x86_64' build x86_64 "-pthread -include-pch $work/common.pch"
+# That each file includes what it uses was seen with the first processor.
+step 'everything compiles and links for x86_64' build x86_64 -DCMAKE_UNITY_BUILD=ON
 for cpu in arm64 x86_64; do
   step "the window compiles for $cpu" compile_window "$cpu"
   step "every shim and the updater link for $cpu" link_shims "$cpu"
