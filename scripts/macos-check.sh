@@ -90,7 +90,7 @@ TOOL
 # Headers that are the same on every system, and nothing else of /usr/include.
 gather_headers() {
   mkdir -p "$work/headers"
-  ln -sfn /usr/include/{boost,unicode,CLI,curses.h,ncurses_dll.h,unctrl.h} "$work/headers/"
+  ln -sfn /usr/include/{boost,unicode,CLI,curses.h,ncurses_dll.h,term.h,unctrl.h} "$work/headers/"
 }
 
 # build CPU [-DOPTION=VALUE...]

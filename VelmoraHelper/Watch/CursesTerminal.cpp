@@ -2,11 +2,11 @@
 
 #include <curses.h>
 
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 
 #include "VelmoraHelper/Commands/CellText.h"
+#include "VelmoraHelper/Watch/EndingSignals.h"
 
 namespace velmora {
 
@@ -82,21 +82,16 @@ bool canBeDrawnOn() {
   return has("cup") && has("clear");
 }
 
-// The library gives the terminal back at SIGINT and SIGTERM only.
-void giveTerminalBack(int signal) {
-  ::endwin();
-  std::signal(signal, SIG_DFL);
-  std::raise(signal);
-}
-
 }  // namespace
 
 struct CursesTerminal::Library {
+  EndingSignals signals{};
   SCREEN* screen = nullptr;
   bool hasColour = false;
   ~Library() {
     if (screen == nullptr) return;
     ::endwin();
+    signals.screenIsGivenBack();
     ::delscreen(screen);
   }
 };
@@ -110,8 +105,7 @@ CursesTerminal::CursesTerminal(const Environment& environment) : library_(std::m
   library_->screen = name.empty() ? nullptr : ::newterm(nullptr, stdout, stdin);
   if (library_->screen == nullptr) refuse("it is not known here");
   if (!canBeDrawnOn()) refuse("its cursor cannot be moved");
-  std::signal(SIGQUIT, giveTerminalBack);
-  if (std::signal(SIGHUP, giveTerminalBack) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
+  library_->signals.screenIsTaken();
   ::cbreak();
   ::noecho();
   ::nonl();
@@ -169,9 +163,13 @@ WatchInput CursesTerminal::read() {
   return {};
 }
 
-void CursesTerminal::handOver() { ::endwin(); }
+void CursesTerminal::handOver() {
+  ::endwin();
+  library_->signals.screenIsGivenBack();
+}
 
 void CursesTerminal::takeBack() {
+  library_->signals.screenIsTaken();
   ::clearok(stdscr, true);
   ::wrefresh(stdscr);
 }

@@ -8,6 +8,7 @@
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <stdexcept>
@@ -52,6 +53,12 @@ class PtyProgram {
 
   pid_t process() const { return process_; }
   const std::string& terminal() const { return name_; }  ///< Its device's path.
+
+  /// Whether the terminal shows what is typed, as it does for a shell.
+  bool echoes() const {
+    termios modes{};
+    return ::tcgetattr(terminal_.get(), &modes) == 0 && (modes.c_lflag & ECHO) != 0;
+  }
 
   void type(const std::string& text) const {
     if (!writeTo(terminal_, text).empty()) throw std::runtime_error("the terminal takes nothing");
