@@ -165,7 +165,7 @@ TEST_F(TmuxFailures, AQueueBehindAHungServerEndsWithTheFirstDeadline) {
   for (auto& answer : queue) {
     EXPECT_EQ(structuredError([&] { answer.get(); }).code, ErrorCode::terminalNotAvailable);
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 8 * 700ms) << "one after another they would take eight";
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 4 * 700ms) << "one after another they would take eight";
   ::kill(server, SIGCONT);
 }
 
@@ -223,7 +223,7 @@ TEST_F(TmuxFailures, DestructionDoesNotWaitForAHungServer) {
   EXPECT_TRUE(eventually([] { return children().starts_with("tmux"); })) << "the first has not begun";
   const auto start = std::chrono::steady_clock::now();
   executor_.reset();
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 4s) << "one deadline is five";
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 2s);
   EXPECT_EQ(structuredError([&] { first.get(); }).code, ErrorCode::terminalNotAvailable);
   EXPECT_ANY_THROW(second.get()) << "it waited in the queue, or was begun and ended at once";
   EXPECT_EQ(children(), "");
