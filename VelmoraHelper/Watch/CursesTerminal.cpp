@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "VelmoraHelper/Commands/CellText.h"
+#include "VelmoraHelper/Watch/Capability.h"
 #include "VelmoraHelper/Watch/EndingSignals.h"
 
 namespace velmora {
@@ -73,15 +74,6 @@ attr_t attributesOf(WatchStyle style, bool hasColour) {
   return A_NORMAL;
 }
 
-bool canBeDrawnOn() {
-  const auto has = [](const char* capability) {
-    // The library's older headers take it as text that may change.
-    const auto* value = ::tigetstr(const_cast<char*>(capability));
-    return value != nullptr && reinterpret_cast<std::intptr_t>(value) != -1;
-  };
-  return has("cup") && has("clear");
-}
-
 }  // namespace
 
 struct CursesTerminal::Library {
@@ -104,7 +96,7 @@ CursesTerminal::CursesTerminal(const Environment& environment) : library_(std::m
   };
   library_->screen = name.empty() ? nullptr : ::newterm(nullptr, stdout, stdin);
   if (library_->screen == nullptr) refuse("it is not known here");
-  if (!canBeDrawnOn()) refuse("its cursor cannot be moved");
+  if (!capability("cup") || !capability("clear")) refuse("its cursor cannot be moved");
   library_->signals.screenIsTaken();
   ::cbreak();
   ::noecho();

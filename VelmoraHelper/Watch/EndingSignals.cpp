@@ -7,8 +7,9 @@
 
 #include <array>
 #include <csignal>
-#include <cstdint>
 #include <string>
+
+#include "VelmoraHelper/Watch/Capability.h"
 
 namespace velmora {
 
@@ -41,13 +42,6 @@ void keep(const char* sequence) {
   if (sequence != nullptr) ::tputs(sequence, 1, keepByte);
 }
 
-// Nothing where the terminal has no such capability.
-const char* sequenceOf(const char* capability) {
-  // The library's older headers take it as text that may change.
-  const auto* value = ::tigetstr(const_cast<char*>(capability));
-  return reinterpret_cast<std::intptr_t>(value) == -1 ? nullptr : value;
-}
-
 }  // namespace
 
 EndingSignals::EndingSignals() {
@@ -57,14 +51,12 @@ EndingSignals::EndingSignals() {
   }
 }
 
-EndingSignals::~EndingSignals() { screenIsGivenBack(); }
-
 void EndingSignals::screenIsTaken() {
   if (restoring.empty()) {
-    for (const auto* capability : {"sgr0", "op", "rmkx", "cnorm"}) keep(sequenceOf(capability));
+    for (const auto* name : {"sgr0", "op", "rmkx", "cnorm"}) keep(capability(name));
     // Where the screen is no other one than the shell's, the prompt comes below what was drawn.
-    if (const auto* position = sequenceOf("cup")) keep(::tparm(position, LINES - 1, 0));
-    keep(sequenceOf("rmcup"));
+    if (const auto* position = capability("cup")) keep(::tparm(position, LINES - 1, 0));
+    keep(capability("rmcup"));
     restoring.push_back('\r');
   }
   isTaken = 1;

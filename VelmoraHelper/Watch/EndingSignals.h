@@ -12,7 +12,6 @@ namespace velmora {
 class EndingSignals {
  public:
   EndingSignals();
-  ~EndingSignals();
   EndingSignals(const EndingSignals&) = delete;
   EndingSignals& operator=(const EndingSignals&) = delete;
 

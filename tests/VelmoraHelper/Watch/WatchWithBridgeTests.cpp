@@ -103,6 +103,15 @@ TEST_F(WatchWithBridge, GivesTheTerminalBackWhateverSignalEndsIt) {
   }
 }
 
+TEST_F(WatchWithBridge, GoesOnAtASignalThatIsIgnored) {
+  testing::PtyProgram terminal({"/bin/sh", "-c", "trap '' HUP INT QUIT TERM; exec '" + program + "' watch"},
+                               environment);
+  terminal.shownWith("no bridge");
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) ::kill(terminal.process(), signal);
+  terminal.type("q");
+  EXPECT_EQ(terminal.wait(), 0);
+}
+
 TEST_F(WatchWithBridge, ResumesWithTheWordOnATerminalOfTheUsersOwn) {
   startTmux();
   startHeadless();
