@@ -1,3 +1,4 @@
+// Apart from what draws: the signals that end the program ask too.
 #include "VelmoraHelper/Watch/Capability.h"
 
 #include <curses.h>
